@@ -1,0 +1,107 @@
+#include "foundation/text_rules.h"
+
+#include "foundation/parser_text.h"
+#include "foundation/string_converter.h"
+#include "foundation/utf8.h"
+
+namespace norvask {
+namespace {
+
+const EMarkup P = EMarkup::PLAIN;
+const EMarkup D = EMarkup::DROPPED;
+
+// The classes of ASCII characters in names.
+const unsigned char NAME_START = 1;
+const unsigned char NAME_REST = 2;
+
+bool IsBetween(unsigned char c, char first, char last) noexcept {
+    return c >= static_cast<unsigned char>(first) && c <= static_cast<unsigned char>(last);
+}
+
+unsigned char NameClass(unsigned char c) noexcept {
+    if (IsBetween(c, 'a', 'z') || IsBetween(c, 'A', 'Z') || c == '_' || c == ':') {
+        return NAME_START;
+    }
+    return IsBetween(c, '0', '9') || c == '-' || c == '.' ? NAME_REST : 0;
+}
+
+template <typename Char>
+bool IsLayoutOf(const Char* text, std::size_t length) noexcept {
+    bool sawLayout = length == 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        switch (text[i]) {
+            case ' ':
+                break;
+            case '\t':
+            case '\n':
+            case '\r':
+                sawLayout = true;
+                break;
+            default:
+                return false;
+        }
+    }
+    return sawLayout;
+}
+
+}  // namespace
+
+const EMarkup MARKUP[128] = {
+    D, D, D, D, D, D, D, D, D, P, P, D, D, P, D, D,  //
+    D, D, D, D, D, D, D, D, D, D, D, D, D, D, D, D,  //
+    P, P, EMarkup::QUOTE, P, P, P, EMarkup::AMPERSAND, EMarkup::APOSTROPHE, P, P, P, P, P, P, P, P,
+    P, P, P, P, P, P, P, P, P, P, P, P, EMarkup::LESS, P, EMarkup::GREATER, P,  //
+    P, P, P, P, P, P, P, P, P, P, P, P, P, P, P, P,                              //
+    P, P, P, P, P, P, P, P, P, P, P, P, P, P, P, P,                              //
+    P, P, P, P, P, P, P, P, P, P, P, P, P, P, P, P,                              //
+    P, P, P, P, P, P, P, P, P, P, P, P, P, P, P, P,
+};
+
+const char* ReferenceFor(EMarkup markup) noexcept {
+    switch (markup) {
+        case EMarkup::LESS:
+            return "&#x3c;";
+        case EMarkup::GREATER:
+            return "&#x3e;";
+        case EMarkup::AMPERSAND:
+            return "&#x26;";
+        case EMarkup::APOSTROPHE:
+            return "&#x27;";
+        default:
+            return "&#x22;";
+    }
+}
+
+bool IsXmlName(const char* name) {
+    if (name == nullptr || *name == '\0') {
+        return false;
+    }
+    const char* p = name;
+    for (; static_cast<unsigned char>(*p) < 0x80; ++p) {
+        if (*p == '\0') {
+            return true;
+        }
+        const unsigned char nameClass = NameClass(static_cast<unsigned char>(*p));
+        if (nameClass == 0 || (p == name && nameClass != NAME_START)) {
+            return false;
+        }
+    }
+    return CStringConverter(name).IsValidName();
+}
+
+bool IsLayout(const char* text, std::size_t length) noexcept { return IsLayoutOf(text, length); }
+
+bool IsLayout(const char16_t* text, std::size_t length) noexcept {
+    return IsLayoutOf(text, length);
+}
+
+void CheckWritable(const char* text) {
+    if (LocalEncodingIsUtf8() && IsUtf8(text)) {
+        return;
+    }
+    char* data = nullptr;
+    std::size_t bytes = 0;
+    CStringConverter(text).GetEscapedUTF8(data, bytes);
+}
+
+}  // namespace norvask

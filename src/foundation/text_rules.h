@@ -1,0 +1,41 @@
+// Internal. The rules for names, layout and markup characters, shared by everything that checks or writes
+// text.
+#ifndef NORVASK_FOUNDATION_TEXT_RULES_H
+#define NORVASK_FOUNDATION_TEXT_RULES_H
+
+#include <cstddef>
+
+namespace norvask {
+
+// What becomes of an ASCII character in written text.
+enum class EMarkup : unsigned char {
+    PLAIN,    // written as it is
+    DROPPED,  // a control character that XML cannot hold, 0 included: left out
+    LESS,
+    GREATER,
+    AMPERSAND,
+    APOSTROPHE,
+    QUOTE,
+};
+
+extern const EMarkup MARKUP[128];
+
+inline EMarkup MarkupOf(unsigned char ascii) noexcept { return MARKUP[ascii]; }
+
+// The character reference for one of LESS to QUOTE. All have REFERENCE_LENGTH bytes.
+const std::size_t REFERENCE_LENGTH = 6;
+const char* ReferenceFor(EMarkup markup) noexcept;
+
+// Whether the string is an XML 1.0 name. NULL is none.
+bool IsXmlName(const char* name);
+
+// Whether the characters are layout (see CStringConverter::IsFormattingWhitespace).
+bool IsLayout(const char* text, std::size_t length) noexcept;
+bool IsLayout(const char16_t* text, std::size_t length) noexcept;
+
+// Throws the parser's transcoding exception when the text cannot be written.
+void CheckWritable(const char* text);
+
+}  // namespace norvask
+
+#endif
