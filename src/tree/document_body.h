@@ -1,0 +1,31 @@
+// Internal. What documents hold.
+#ifndef NORVASK_TREE_DOCUMENT_BODY_H
+#define NORVASK_TREE_DOCUMENT_BODY_H
+
+#include <cstdint>
+
+#include "norvask/document.h"
+
+namespace norvask {
+
+struct SDocumentBody {
+    std::uint32_t m_nOwners;  // documents that show this body
+    CXMLNode* m_pRoot;        // made by NewRoot, so its memory is the document's; or NULL
+    char* m_pDTDName;         // both DTD strings are set and not empty, or both are NULL
+    char* m_pDTDPath;
+    CXMLNode* m_Result[2];
+};
+
+class CDocumentAccess {
+public:
+    static SDocumentBody* BodyOf(CXMLDocument* document) noexcept { return document->m_pBody; }
+
+    // A document as CXMLManager::CreateDocument makes it. Throws std::bad_alloc.
+    static CXMLDocument* New(const char* dtdName, const char* dtdPath) {
+        return new CXMLDocument(dtdName, dtdPath);
+    }
+};
+
+}  // namespace norvask
+
+#endif

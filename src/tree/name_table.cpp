@@ -1,0 +1,157 @@
+#include "tree/name_table.h"
+
+#include <cstring>
+#include <new>
+
+#include "tree/tree_memory.h"
+#include "tree/tree_string.h"
+
+namespace norvask {
+namespace {
+
+const std::uint32_t FIRST_BUCKETS = 16;
+
+// Differs from process to process where the system loads libraries at random addresses, so that nobody can
+// prepare a document whose names all fall into one bucket.
+std::uint64_t Seed() noexcept {
+    static const char s_Anywhere = 0;
+    return reinterpret_cast<std::uintptr_t>(&s_Anywhere);
+}
+
+bool IsAscii(const char* text, std::size_t length) noexcept {
+    for (std::size_t i = 0; i < length; ++i) {
+        if (static_cast<unsigned char>(text[i]) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+struct CNameTable::SName {
+    SName* m_pNext;
+    std::uint32_t m_nHash;
+    std::uint32_t m_nUses;
+    std::uint32_t m_nLength;
+    SStringTag m_Tag;
+
+    char* Characters() noexcept { return reinterpret_cast<char*>(this + 1); }
+    std::size_t Bytes() const noexcept { return sizeof(SName) + m_nLength + 1; }
+};
+
+CNameTable::SName* CNameTable::NameOf(const char* characters) noexcept {
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(characters);
+    return reinterpret_cast<SName*>(address - sizeof(SName));
+}
+
+std::uint32_t CNameTable::Hash(const char* text, std::size_t length) noexcept {
+    const std::uint64_t MULTIPLIER = 0x9E3779B97F4A7C15U;
+    std::uint64_t hash = Seed() ^ length;
+    while (length >= sizeof(std::uint64_t)) {
+        std::uint64_t chunk = 0;
+        std::memcpy(&chunk, text, sizeof(chunk));
+        hash = (hash ^ chunk) * MULTIPLIER;
+        hash ^= hash >> 29;
+        text += sizeof(chunk);
+        length -= sizeof(chunk);
+    }
+    std::uint64_t rest = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        rest = (rest << 8) | static_cast<unsigned char>(text[i]);
+    }
+    hash = (hash ^ rest) * MULTIPLIER;
+    return static_cast<std::uint32_t>(hash >> 32);
+}
+
+std::size_t CNameTable::Length(const char* name) noexcept { return NameOf(name)->m_nLength; }
+
+std::uint32_t CNameTable::HashOf(const char* name) noexcept { return NameOf(name)->m_nHash; }
+
+CNameTable::SName* CNameTable::FindIn(std::uint32_t hash, const char* text,
+                                      std::size_t length) const noexcept {
+    if (m_nBuckets == 0) {
+        return nullptr;
+    }
+    for (SName* name = m_ppBuckets[hash & (m_nBuckets - 1)]; name != nullptr; name = name->m_pNext) {
+        if (name->m_nHash == hash && name->m_nLength == length &&
+            std::memcmp(name->Characters(), text, length) == 0) {
+            return name;
+        }
+    }
+    return nullptr;
+}
+
+const char* CNameTable::Find(const char* text, std::size_t length) const noexcept {
+    SName* name = FindIn(Hash(text, length), text, length);
+    return name == nullptr ? nullptr : name->Characters();
+}
+
+void CNameTable::Grow(CTreeMemory& memory) {
+    const std::uint32_t buckets = m_nBuckets == 0 ? FIRST_BUCKETS : 2 * m_nBuckets;
+    SName** grown = static_cast<SName**>(memory.AllocatePlain(buckets * sizeof(SName*)));
+    std::memset(grown, 0, buckets * sizeof(SName*));
+    for (std::uint32_t i = 0; i < m_nBuckets; ++i) {
+        for (SName* name = m_ppBuckets[i]; name != nullptr;) {
+            SName* next = name->m_pNext;
+            SName*& bucket = grown[name->m_nHash & (buckets - 1)];
+            name->m_pNext = bucket;
+            bucket = name;
+            name = next;
+        }
+    }
+    if (m_ppBuckets != nullptr) {
+        memory.FreePlain(m_ppBuckets, m_nBuckets * sizeof(SName*));
+    }
+    m_ppBuckets = grown;
+    m_nBuckets = buckets;
+}
+
+const char* CNameTable::Acquire(CTreeMemory& memory, const char* text, std::size_t length) {
+    const std::uint32_t hash = Hash(text, length);
+    if (SName* known = FindIn(hash, text, length)) {
+        ++known->m_nUses;
+        return known->Characters();
+    }
+    if (length > UINT32_MAX) {
+        throw std::bad_alloc();
+    }
+    if (m_nNames >= m_nBuckets) {
+        Grow(memory);
+    }
+    SPage* page = nullptr;
+    void* block = memory.AllocateTagged(sizeof(SName) + length + 1, page);
+    SName* name = new (block) SName;
+    SName*& bucket = m_ppBuckets[hash & (m_nBuckets - 1)];
+    name->m_pNext = bucket;
+    name->m_nHash = hash;
+    name->m_nUses = 1;
+    name->m_nLength = static_cast<std::uint32_t>(length);
+    name->m_Tag.m_nDistance = DistanceTo(page, &name->m_Tag);
+    name->m_Tag.m_nFlags =
+        static_cast<std::uint16_t>(STRING_NAME | (IsAscii(text, length) ? STRING_ASCII : 0));
+    std::memcpy(name->Characters(), text, length);
+    name->Characters()[length] = '\0';
+    bucket = name;
+    ++m_nNames;
+    return name->Characters();
+}
+
+void CNameTable::AddUse(const char* name) noexcept { ++NameOf(name)->m_nUses; }
+
+void CNameTable::Release(CTreeMemory& memory, const char* characters) noexcept {
+    SName* name = NameOf(characters);
+    // A name that is shown outside of the tree stays, and serves again when it is asked for.
+    if (--name->m_nUses != 0 || HasFlag(characters, STRING_SHOWN)) {
+        return;
+    }
+    SName** link = &m_ppBuckets[name->m_nHash & (m_nBuckets - 1)];
+    while (*link != name) {
+        link = &(*link)->m_pNext;
+    }
+    *link = name->m_pNext;
+    --m_nNames;
+    memory.FreeTagged(name, name->Bytes(), PageOf(characters));
+}
+
+}  // namespace norvask

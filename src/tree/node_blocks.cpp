@@ -1,0 +1,94 @@
+// Making nodes in blocks of their tree's memory.
+#include <cstring>
+
+#include "tree/node_access.h"
+
+namespace norvask {
+
+static_assert(sizeof(CXMLNode) == sizeof(CXMLTextNode) && sizeof(CXMLNode) == sizeof(CXMLBinNode),
+              "a body lies directly behind its object");
+static_assert(sizeof(CXMLNode) % alignof(SElementBody) == 0, "the body must be aligned");
+
+template <typename Node, typename Body>
+Node* CNodeAccess::NewBlock(CTreeMemory& memory, EObject object, CXMLNode* parent) {
+    SPage* page = nullptr;
+    char* block = static_cast<char*>(memory.AllocateTagged(sizeof(Node) + sizeof(Body), page));
+    Body* body = new (block + sizeof(Node)) Body();
+    body->m_nDistance = DistanceTo(page, body);
+    body->m_nKind = static_cast<std::uint8_t>(static_cast<std::uintptr_t>(object) - 1);
+    body->m_nFlags = BODY_IN_BLOCK;
+    body->m_nOwners = 1;
+    body->m_pParent = parent;
+    return new (block)
+        Node(reinterpret_cast<std::uintptr_t>(body) | static_cast<std::uintptr_t>(object));
+}
+
+CXMLNode* CNodeAccess::NewElement(CTreeMemory& memory, const char* name, CXMLNode* parent) {
+    CXMLNode* node = NewBlock<CXMLNode, SElementBody>(memory, EObject::ELEMENT, parent);
+    ElementOf(node)->m_pName = name;
+    return node;
+}
+
+CXMLTextNode* CNodeAccess::NewText(CTreeMemory& memory, const char* text, std::size_t length,
+                                   CXMLNode* parent) {
+    char* copy = NewTextCopy(memory, text, length);
+    try {
+        CXMLTextNode* node = NewBlock<CXMLTextNode, STextBody>(memory, EObject::TEXT, parent);
+        TextOf(node)->m_pText = copy;
+        return node;
+    } catch (...) {
+        FreeTextCopy(memory, copy);
+        throw;
+    }
+}
+
+CXMLBinNode* CNodeAccess::NewBinary(CTreeMemory& memory, CXMLNode* parent) {
+    return NewBlock<CXMLBinNode, SBinaryBody>(memory, EObject::BINARY, parent);
+}
+
+SNodeBody* CNodeAccess::NewDerivedLeaf(CXMLNode::NodeType kind, CXMLNode* parent) {
+    CTreeMemory* memory = CTreeMemory::Create();
+    try {
+        SPage* page = nullptr;
+        SDerivedLeafBody* leaf =
+            new (memory->AllocateTagged(sizeof(SDerivedLeafBody), page)) SDerivedLeafBody();
+        SNodeBody* body = &leaf->m_Leaf.m_Text;
+        body->m_nDistance = DistanceTo(page, body);
+        body->m_nKind = static_cast<std::uint8_t>(kind);
+        body->m_nOwners = 1;
+        body->m_pParent = parent;
+        return body;
+    } catch (...) {
+        memory->ReleaseOwner();
+        throw;
+    }
+}
+
+char* NewTextCopy(CTreeMemory& memory, const char* text, std::size_t length) {
+    if (length == 0) {
+        return nullptr;
+    }
+    char* copy = static_cast<char*>(memory.AllocatePlain(length + 1));
+    std::memcpy(copy, text, length);
+    copy[length] = '\0';
+    return copy;
+}
+
+void FreeTextCopy(CTreeMemory& memory, char* text) noexcept {
+    if (text != nullptr) {
+        memory.FreePlain(text, std::strlen(text) + 1);
+    }
+}
+
+std::size_t CNodeAccess::BlockSize(unsigned int kind) noexcept {
+    switch (kind) {
+        case CXMLNode::NODE_TEXT:
+            return sizeof(CXMLTextNode) + sizeof(STextBody);
+        case CXMLNode::NODE_BINARY:
+            return sizeof(CXMLBinNode) + sizeof(SBinaryBody);
+        default:
+            return sizeof(CXMLNode) + sizeof(SElementBody);
+    }
+}
+
+}  // namespace norvask

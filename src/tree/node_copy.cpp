@@ -1,0 +1,234 @@
+// CXMLNode: copying subtrees.
+//
+// The walk keeps its own stack. Where both the source and the copy are objects of the library the copy is built
+// directly; wherever one of them is of a derived class, its virtual operations are called.
+#include "tree/node_copy.h"
+
+#include <cstring>
+#include <vector>
+
+#include "foundation/errors.h"
+#include "tree/attribute_access.h"
+#include "tree/attribute_array.h"
+#include "tree/child_array.h"
+#include "tree/tree_building.h"
+
+namespace norvask {
+namespace {
+
+bool IsOwn(CXMLNode* node, EObject object) noexcept {
+    return CNodeAccess::ObjectOf(node) == object;
+}
+
+// A copy below its own source would meet itself on the way. The copies that are being made on this thread
+// are remembered, innermost first, and left out: the source is copied as it stood.
+struct SCopyUnderWay {
+    explicit SCopyUnderWay(const CXMLNode* started) noexcept : copy(started), outer(s_pInnermost) {
+        s_pInnermost = this;
+    }
+    SCopyUnderWay(const SCopyUnderWay&) = delete;
+    SCopyUnderWay& operator=(const SCopyUnderWay&) = delete;
+    ~SCopyUnderWay() { s_pInnermost = outer; }
+
+    static bool Has(const CXMLNode* node) noexcept {
+        const SCopyUnderWay* under = s_pInnermost;
+        while (under != nullptr && under->copy != node) {
+            under = under->outer;
+        }
+        return under != nullptr;
+    }
+
+    const CXMLNode* copy;
+    const SCopyUnderWay* outer;
+    static thread_local const SCopyUnderWay* s_pInnermost;
+};
+thread_local const SCopyUnderWay* SCopyUnderWay::s_pInnermost = nullptr;
+
+// Names of the source's memory and the same names of the copy's, so that a repeated name is looked up once.
+class CNameMemo {
+public:
+    explicit CNameMemo(CTreeMemory* memory) noexcept : m_pMemory(memory), m_Entries() {}
+
+    // The name in the copy's memory, with one more use. `name` is a valid name of the source's memory.
+    const char* Acquire(const char* name) {
+        SEntry& entry = m_Entries[(reinterpret_cast<std::uintptr_t>(name) >> 4) % ENTRIES];
+        if (entry.source == name) {
+            CNameTable::AddUse(entry.copy);
+        } else {
+            entry.copy = AcquireValidName(*m_pMemory, name);
+            entry.source = name;
+        }
+        return entry.copy;
+    }
+
+private:
+    static const std::size_t ENTRIES = 64;
+    struct SEntry {
+        const char* source;
+        const char* copy;
+    };
+    CTreeMemory* m_pMemory;
+    SEntry m_Entries[ENTRIES];
+};
+
+// Whether an element's attributes can be copied without looking for equal names.
+bool HasPlainAttributes(SElementBody* source) noexcept {
+    return !MemoryOf(source).Happened(CTreeMemory::ATTRIBUTE_RENAMED);
+}
+
+void CopyPlainAttributes(SElementBody* copy, SElementBody* source, CNameMemo& names) {
+    const std::uint32_t count = AttributeCount(source);
+    if (count == 0) {
+        return;
+    }
+    ReserveAttributes(copy, count);
+    CTreeMemory& memory = MemoryOf(copy);
+    for (CXMLAttribut** slots = AttributeSlots(source); *slots != nullptr; ++slots) {
+        const char* value = CAttributeAccess::Value(*slots);
+        if (*value == '\0') {
+            continue;
+        }
+        const char* name = names.Acquire(CAttributeAccess::Name(*slots));
+        try {
+            AppendAttribute(copy, name, value, std::strlen(value));
+        } catch (...) {
+            memory.Names().Release(memory, name);
+            throw;
+        }
+    }
+}
+
+// An element whose children are being copied.
+struct SLevel {
+    CXMLNode* source;
+    CXMLNode* copy;
+    std::uint32_t next;
+};
+
+class CSubtreeCopy {
+public:
+    explicit CSubtreeCopy(CTreeMemory* memory) noexcept : m_Names(memory) {}
+
+    // Copies the children of the source below the copy, and everything below them.
+    void CopyBelow(CXMLNode* source, CXMLNode* copy);
+    void CopyAttributes(CXMLNode* source, CXMLNode* copy);
+
+private:
+    void Descend(CXMLNode* source, CXMLNode* copy);
+    void CopyOne(CXMLNode* source, CXMLNode* parent);
+
+    CNameMemo m_Names;
+    std::vector<SLevel> m_Levels;
+};
+
+void CSubtreeCopy::CopyAttributes(CXMLNode* source, CXMLNode* copy) {
+    if (IsOwn(source, EObject::ELEMENT) && IsOwn(copy, EObject::ELEMENT)) {
+        SElementBody* from = CNodeAccess::ElementOf(source);
+        if (HasPlainAttributes(from)) {
+            CopyPlainAttributes(CNodeAccess::ElementOf(copy), from, m_Names);
+            return;
+        }
+    }
+    for (CXMLAttribut** slots = source->GetAttributes(); *slots != nullptr; ++slots) {
+        copy->SetAttribute((*slots)->GetName(), (*slots)->GetValue());
+    }
+}
+
+void CSubtreeCopy::Descend(CXMLNode* source, CXMLNode* copy) {
+    if (IsOwn(copy, EObject::ELEMENT)) {
+        if (IsOwn(source, EObject::ELEMENT)) {
+            ReserveChildren(CNodeAccess::ElementOf(copy),
+                            ChildCount(CNodeAccess::ElementOf(source)));
+        }
+        m_Levels.push_back({source, copy, 0});
+        return;
+    }
+    for (std::uint32_t i = 0; CXMLNode* child = source->GetChildren()[i]; ++i) {
+        if (!SCopyUnderWay::Has(child)) {
+            copy->CopyChild(child, nullptr);
+        }
+    }
+}
+
+// Copies one node, and prepares for what is below it. The parent is an element of the library.
+void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
+    switch (CNodeAccess::ObjectOf(source)) {
+        case EObject::ELEMENT: {
+            const char* name = CNodeAccess::ElementOf(source)->m_pName;
+            CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(parent));
+            CXMLNode* copy = AddElement(parent,
+                                        HasFlag(name, STRING_VALID)
+                                            ? m_Names.Acquire(name)
+                                            : AcquireValidName(memory, name),
+                                        nullptr);
+            CopyAttributes(source, copy);
+            Descend(source, copy);
+            break;
+        }
+        case EObject::TEXT: {
+            const char* text = CNodeAccess::TextOf(source)->m_pText;
+            AddText(parent, text == nullptr ? "" : text, text == nullptr ? 0 : std::strlen(text));
+            break;
+        }
+        case EObject::BINARY: {
+            const SBinaryBody* from = CNodeAccess::BinaryOf(source);
+            AddBinary(parent)->SetData(from->m_pData, from->m_nLength);
+            break;
+        }
+        default:
+            parent->CopyChild(source, nullptr);
+            break;
+    }
+}
+
+void CSubtreeCopy::CopyBelow(CXMLNode* source, CXMLNode* copy) {
+    Descend(source, copy);
+    while (!m_Levels.empty()) {
+        SLevel& level = m_Levels.back();
+        CXMLNode** children = IsOwn(level.source, EObject::ELEMENT)
+                                  ? ChildSlots(CNodeAccess::ElementOf(level.source))
+                                  : level.source->GetChildren();
+        CXMLNode* child = children[level.next];
+        if (child == nullptr) {
+            m_Levels.pop_back();
+            continue;
+        }
+        ++level.next;
+        if (!SCopyUnderWay::Has(child)) {
+            CopyOne(child, level.copy);
+        }
+    }
+}
+
+}  // namespace
+
+void CopyContent(CXMLNode* source, CXMLNode* copy) {
+    CSubtreeCopy copying(&MemoryOf(CNodeAccess::BodyOf(copy)));
+    copying.CopyAttributes(source, copy);
+    copying.CopyBelow(source, copy);
+}
+
+CXMLNode* CXMLNode::CopyChild(CXMLNode* source, CXMLNode* before) {
+    if (source == nullptr) {
+        ThrowInvalidParameter();
+    }
+    if (CXMLTextNode* text = dynamic_cast<CXMLTextNode*>(source)) {
+        return CreateTextChild(text->GetText());
+    }
+    if (CXMLBinNode* binary = dynamic_cast<CXMLBinNode*>(source)) {
+        CXMLBinNode* copy = CreateBinChild();
+        const unsigned char* data = nullptr;
+        std::size_t length = 0;
+        binary->GetData(data, length);
+        copy->SetData(data, length);
+        return copy;
+    }
+    CXMLNode* copy = CreateChild(source->GetTagName(), before);
+    if (copy != nullptr) {  // an override may have made nothing
+        const SCopyUnderWay underWay(copy);
+        CopyContent(source, copy);
+    }
+    return copy;
+}
+
+}  // namespace norvask

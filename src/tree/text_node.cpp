@@ -1,0 +1,110 @@
+#include "norvask/text_node.h"
+
+#include <cstring>
+
+#include "foundation/errors.h"
+#include "foundation/parser_text.h"
+#include "foundation/text_rules.h"
+#include "norvask/convert.h"
+#include "norvask/sax_handler.h"
+#include "tree/node_access.h"
+
+namespace norvask {
+
+CXMLTextNode::CXMLTextNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
+
+CXMLTextNode::CXMLTextNode(const char* text, CXMLNode* parent)
+    : CXMLNode(reinterpret_cast<std::uintptr_t>(CNodeAccess::NewDerivedLeaf(NODE_TEXT, parent))) {
+    CXMLTextNode::SetText(text);
+}
+
+CXMLTextNode::CXMLTextNode(const CXMLTextNode&) noexcept = default;
+CXMLTextNode& CXMLTextNode::operator=(const CXMLTextNode&) noexcept = default;
+CXMLTextNode::~CXMLTextNode() = default;
+
+void CXMLTextNode::SetTagName(const char*) { ThrowNotSupportedByLeaf(); }
+CXMLNode* CXMLTextNode::CreateChild(const char*, CXMLNode*) { ThrowNotSupportedByLeaf(); }
+CXMLTextNode* CXMLTextNode::CreateTextChild(const char*) { ThrowNotSupportedByLeaf(); }
+CXMLBinNode* CXMLTextNode::CreateBinChild() { ThrowNotSupportedByLeaf(); }
+void CXMLTextNode::SetAttribute(const char*, const char*) { ThrowNotSupportedByLeaf(); }
+CXMLNode::NodeType CXMLTextNode::GetNodeType() { return NODE_TEXT; }
+const char* CXMLTextNode::GetTextChildValue() { ThrowNotSupportedByLeaf(); }
+void CXMLTextNode::SetTextChildValue(const char*) { ThrowNotSupportedByLeaf(); }
+CXMLNode** CXMLTextNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullptr); }
+
+void CXMLTextNode::SetText(const char* text) {
+    STextBody* body = CNodeAccess::TextOf(this);
+    CTreeMemory& memory = MemoryOf(body);
+    const char* given = text == nullptr ? "" : text;
+    char* copy = NewTextCopy(memory, given, std::strlen(given));
+    FreeTextCopy(memory, body->m_pText);
+    body->m_pText = nullptr;
+    if (copy == nullptr) {
+        return;
+    }
+    try {
+        CheckWritable(copy);
+    } catch (...) {
+        FreeTextCopy(memory, copy);
+        throw;
+    }
+    body->m_pText = copy;
+}
+
+void CXMLTextNode::SetDateTimeText(int year, int month, int day, int hour, int minute,
+                                   int second) {
+    SetText(XMLConvertDateTime2Text(year, month, day, hour, minute, second));
+}
+
+void CXMLTextNode::SetDateText(int year, int month, int day) {
+    SetText(XMLConvertDate2Text(year, month, day));
+}
+
+void CXMLTextNode::SetTimeText(int hour, int minute, int second) {
+    SetText(XMLConvertTime2Text(hour, minute, second));
+}
+
+void CXMLTextNode::SetDoubleText(const double& value) { SetText(XMLConvertDouble2Text(value)); }
+
+void CXMLTextNode::SetLongText(long value) { SetText(XMLConvertLong2Text(value)); }
+
+void CXMLTextNode::SetBoolText(bool value, bool numeric) {
+    SetText(XMLConvertBool2Text(value, numeric));
+}
+
+void CXMLTextNode::SetBinaryText(const unsigned char* data, long length) {
+    const CBase64Text text(data, length < 1 ? 0 : static_cast<std::size_t>(length));
+    SetText(text.Get() == nullptr ? "" : text.Get());
+}
+
+const char* CXMLTextNode::GetText() {
+    const char* text = CNodeAccess::TextOf(this)->m_pText;
+    return text == nullptr ? "" : text;
+}
+
+bool CXMLTextNode::GetDateText(int& year, int& month, int& day) {
+    return CXMLSaxHandler::GetDate(GetText(), year, month, day);
+}
+
+bool CXMLTextNode::GetDateTimeText(int& year, int& month, int& day, int& hour, int& minute,
+                                   int& second) {
+    return CXMLSaxHandler::GetDateTime(GetText(), year, month, day, hour, minute, second);
+}
+
+bool CXMLTextNode::GetTimeText(int& hour, int& minute, int& second) {
+    return CXMLSaxHandler::GetTime(GetText(), hour, minute, second);
+}
+
+bool CXMLTextNode::GetDoubleText(double& value) {
+    return CXMLSaxHandler::GetDouble(GetText(), value);
+}
+
+bool CXMLTextNode::GetLongText(long& value) { return CXMLSaxHandler::GetLong(GetText(), value); }
+
+bool CXMLTextNode::GetBoolText(bool& value) { return CXMLSaxHandler::GetBool(GetText(), value); }
+
+bool CXMLTextNode::GetBinaryText(unsigned char*& data, std::size_t& length) {
+    return CXMLSaxHandler::GetData(GetText(), data, length);
+}
+
+}  // namespace norvask

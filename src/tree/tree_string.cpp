@@ -1,0 +1,69 @@
+#include "tree/tree_string.h"
+
+#include <cstring>
+#include <new>
+
+namespace norvask {
+namespace {
+
+struct SEmptyString {
+    SStringTag m_Tag;
+    char m_Text[4];
+};
+
+// Never written: what is done to a constant string looks at its flag first.
+SEmptyString s_EmptyString = {{0, STRING_STATIC}, ""};
+
+const char* WriteString(void* block, SPage* page, const char* text, std::size_t length) noexcept {
+    SStringTag* tag = new (block) SStringTag{DistanceTo(page, block), 0};
+    char* characters = reinterpret_cast<char*>(tag + 1);
+    std::memcpy(characters, text, length);
+    characters[length] = '\0';
+    return characters;
+}
+
+}  // namespace
+
+const char* EmptyString() noexcept { return s_EmptyString.m_Text; }
+
+const char* NewTreeString(CTreeMemory& memory, const char* text, std::size_t length) {
+    SPage* page = nullptr;
+    void* block = memory.AllocateTagged(sizeof(SStringTag) + length + 1, page);
+    return WriteString(block, page, text, length);
+}
+
+void FreeTreeString(CTreeMemory& memory, const char* text) noexcept {
+    SStringTag& tag = TagOf(text);
+    if ((tag.m_nFlags & (STRING_STATIC | STRING_SHOWN)) == 0) {
+        memory.FreeTagged(&tag, sizeof(SStringTag) + std::strlen(text) + 1, PageOf(text));
+    }
+}
+
+const char* NewHeldString(const char* text) {
+    if (text == nullptr || *text == '\0') {
+        return EmptyString();
+    }
+    const std::size_t length = std::strlen(text);
+    SPage* page = NewPage(sizeof(SStringTag) + length + 1);
+    return WriteString(page + 1, page, text, length);
+}
+
+void HoldString(const char* text) noexcept {
+    SStringTag& tag = TagOf(text);
+    if ((tag.m_nFlags & STRING_STATIC) != 0) {
+        return;
+    }
+    // A string that is shown already may be held by another thread, which reads the flags.
+    if ((tag.m_nFlags & STRING_SHOWN) == 0) {
+        AddFlag(text, STRING_SHOWN);
+    }
+    HoldPage(PageOf(text));
+}
+
+void ReleaseHeldString(const char* text) noexcept {
+    if (!HasFlag(text, STRING_STATIC)) {
+        ReleasePage(PageOf(text));
+    }
+}
+
+}  // namespace norvask
