@@ -1,0 +1,108 @@
+// CXMLManager: start here. Makes documents, loads them, and holds the two settings of the library.
+//
+// Role: the one manager is built when the library is loaded, which initialises the parser, and ends it
+// at process exit. Reach it with CXMLManager::GetInstance().
+// Owner: documents that CreateDocument and LoadDocument return belong to the caller, who ends them with
+// CXMLDocument::Delete.
+// Threads: loads on different threads are independent of each other. The settings are plain values:
+// change them while no load runs.
+#ifndef NORVASK_MANAGER_H
+#define NORVASK_MANAGER_H
+
+#include "norvask/document.h"
+#include "norvask/export.h"
+#include "norvask/wide_char_to_string.h"
+
+namespace norvask {
+
+class NORVASK_API CXMLManager {
+public:
+    static CXMLManager& GetInstance();
+
+    // Whether the parser was initialised. If not, every operation below that makes or loads a document
+    // throws CXMLException (4, "Error during initialisation of the XML parser").
+    bool IsInitialized();
+
+    // Whether loads that report to a client handler track the position in the source. Off at first; a
+    // load that builds a tree never does. Takes effect for the loads that start afterwards.
+    void SetCalculateSourceOffsets(bool calculate);
+
+    // Installs a converter for all strings that loads produce and for parser messages; NULL restores the
+    // library's own (UTF-8, see wide_char_to_string.h). The converter is asked on every conversion, is
+    // never released, and must live as long as it is installed.
+    void SetWideCharToStringConverter(CWideCharToString* converter);
+
+    // A new document without a root; see CXMLDocument::SetDTDRef for the arguments. NULL when there is
+    // no memory for it.
+    CXMLDocument* CreateDocument(const char* dtdName, const char* dtdPath);
+
+    // Load a document from a file or from memory into a tree, which belongs to the caller.
+    //
+    // fileName: a path, or a URL as the parser understands it (file:, and http: or ftp: where the parser
+    //   was built with network access). NULL throws (1, "invalid parameter").
+    // buffer, length: the bytes of the document, only read, and used only during the call. NULL or 0
+    //   throws (1, "invalid parameter").
+    // validate: true validates a document that names a grammar (a DTD, or a schema with doSchema) and
+    //   loads any other as if it were false. With false the next three parameters have no effect. A
+    //   DTD is read in either case, for its entities and default attributes.
+    // doSchema: whether XML Schema is used for validation.
+    // schemaLocation: a schema to use as if the document had named it; NULL for none. With
+    //   schemaHasNamespace it is a list of pairs of namespace and location separated by blanks, without
+    //   it the location of a schema for elements in no namespace.
+    // keepPrefixes: true takes element and attribute names with their prefix and keeps each namespace
+    //   declaration as an attribute "xmlns:prefix", in front of the element's own and in the order of
+    //   the prefixes. Deliberate: the default namespace is kept under the name "xmlns:" (an empty
+    //   prefix), which tells it from a plain attribute; saved like that, no parser reads it back, so
+    //   rename or remove it before saving. False takes local names and drops prefixes and declarations.
+    //
+    // What the tree holds: elements; attributes with a value (empty ones are dropped, as
+    // CXMLNode::SetAttribute does); each run of text between tags or CDATA sections as one text node,
+    // untrimmed, unless it is layout (blanks, line ends and TABs with at least one line end or TAB; a run
+    // of blanks alone is content); each CDATA section as one binary node if it holds Base64, else as one
+    // text node, nothing if it is empty; the DTD's name and system identifier if it has both. Comments,
+    // processing instructions, the public identifier and the internal subset leave no trace.
+    //
+    // Failures are CXMLExceptions, and nothing of the document remains:
+    //   (2, "Load error:\nFile: '%s'  Line '%s':\n\n'%s'") for everything that the parser reports, the
+    //     first error found: malformed or (with validate) invalid content, unknown encodings, missing
+    //     DTDs. The file is the one in which the error lies, as the parser resolved it ("Memfile" for
+    //     memory), the line counts from 1. A file that is missing, unreadable or a directory is
+    //     reported like this too, with an empty file name and line 0, and the parser's own text names it.
+    //   (1, "Error loading '%s':\n\n'%s'") from a file, (1, "XML parser error\n\n'%s'") from memory, for
+    //     exceptions that the parser raises otherwise.
+    //   (3, "Invalid XML name: '%s'.") for a name that XML 1.1 allows and XML 1.0 does not.
+    // std::bad_alloc and the exceptions of an installed converter pass through unchanged, and so does
+    // the parser's own out-of-memory exception.
+    CXMLDocument* LoadDocument(const char* fileName, bool validate, bool doSchema,
+                               const char* schemaLocation, bool schemaHasNamespace,
+                               bool keepPrefixes);
+    CXMLDocument* LoadDocument(unsigned char* buffer, unsigned int length, bool validate,
+                               bool doSchema, const char* schemaLocation, bool schemaHasNamespace,
+                               bool keepPrefixes);
+
+protected:
+    CXMLManager();
+
+    // Deliberate: a copy takes nothing over but a converter of its own. It is not initialised, so it
+    // makes no documents, and it leaves the parser alone when it ends.
+    CXMLManager(const CXMLManager& other) noexcept;
+    ~CXMLManager();
+    CXMLManager& operator=(const CXMLManager& other) = delete;
+
+private:
+    friend class CDOMString;
+    friend class CManagerAccess;
+    CWideCharToString* GetWideCharToStringConverter();
+
+    bool m_bInitialized;
+    CWideCharToString* m_pConverter;
+    CWideCharToString m_Converter;
+    bool m_bCalculateSourceOffsets;
+    bool m_bTerminatesParser;
+
+    static CXMLManager sm_TheInstance;
+};
+
+}  // namespace norvask
+
+#endif

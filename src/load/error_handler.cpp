@@ -1,0 +1,26 @@
+#include "load/error_handler.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <xercesc/sax/SAXParseException.hpp>
+
+#include "foundation/dom_string.h"
+#include "foundation/errors.h"
+
+namespace norvask {
+
+void CMyErrorHandler::warning(const xercesc::SAXParseException&) {}
+
+void CMyErrorHandler::error(const xercesc::SAXParseException& exception) {
+    char line[16];
+    std::snprintf(line, sizeof(line), "%d", static_cast<std::int32_t>(exception.getLineNumber()));
+    CDOMString message(exception.getMessage());
+    CDOMString source(exception.getSystemId());
+    ThrowParseError(source.GetString(), line, message.GetString());
+}
+
+void CMyErrorHandler::fatalError(const xercesc::SAXParseException& exception) { error(exception); }
+
+void CMyErrorHandler::resetErrors() {}
+
+}  // namespace norvask

@@ -1,0 +1,67 @@
+#include "norvask/manager.h"
+
+#include <new>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include "foundation/errors.h"
+#include "foundation/parser_text.h"
+#include "tree/document_body.h"
+
+namespace norvask {
+
+CXMLManager CXMLManager::sm_TheInstance;
+
+CXMLManager::CXMLManager()
+    : m_bInitialized(false),
+      m_pConverter(&m_Converter),
+      m_bCalculateSourceOffsets(false),
+      m_bTerminatesParser(true) {
+    try {
+        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale);
+        ProbeLocalEncoding();
+        m_bInitialized = true;
+    } catch (const xercesc::XMLException&) {
+        // Told by IsInitialized and by everything that needs the parser.
+    }
+}
+
+CXMLManager::CXMLManager(const CXMLManager&) noexcept
+    : m_bInitialized(false),
+      m_pConverter(&m_Converter),
+      m_bCalculateSourceOffsets(false),
+      m_bTerminatesParser(false) {}
+
+CXMLManager::~CXMLManager() {
+    if (m_bTerminatesParser) {
+        xercesc::XMLPlatformUtils::Terminate();
+    }
+}
+
+CXMLManager& CXMLManager::GetInstance() { return sm_TheInstance; }
+
+bool CXMLManager::IsInitialized() { return m_bInitialized; }
+
+void CXMLManager::SetCalculateSourceOffsets(bool calculate) {
+    m_bCalculateSourceOffsets = calculate;
+}
+
+void CXMLManager::SetWideCharToStringConverter(CWideCharToString* converter) {
+    m_pConverter = converter == nullptr ? &m_Converter : converter;
+}
+
+CWideCharToString* CXMLManager::GetWideCharToStringConverter() { return m_pConverter; }
+
+CXMLDocument* CXMLManager::CreateDocument(const char* dtdName, const char* dtdPath) {
+    if (!m_bInitialized) {
+        ThrowParserNotInitialised();
+    }
+    try {
+        return CDocumentAccess::New(dtdName, dtdPath);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+}  // namespace norvask

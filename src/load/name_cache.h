@@ -1,0 +1,41 @@
+// Internal. CNameCache: the parser's names of one load and the tree's names for them.
+//
+// A document repeats few names very often. Each is converted and checked once; afterwards its UTF-16 form leads
+// straight to the name in the tree's memory.
+#ifndef NORVASK_LOAD_NAME_CACHE_H
+#define NORVASK_LOAD_NAME_CACHE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tree/tree_memory.h"
+
+namespace norvask {
+
+class CNameCache {
+public:
+    // The tree's name for a parser name, with one more use. Throws CXMLException (invalid name) for what the
+    // parser takes for a name and XML 1.0 does not, and std::bad_alloc.
+    const char* Acquire(CTreeMemory& memory, const char16_t* parserName);
+
+    // Forgets all names; the load is over.
+    void Clear(CTreeMemory& memory) noexcept;
+
+private:
+    struct SEntry {
+        std::uint32_t hash;
+        std::u16string parserName;
+        const char* treeName;
+    };
+
+    void Grow();
+
+    std::vector<SEntry> m_Entries;       // in the order in which they came
+    std::vector<std::uint32_t> m_Slots;  // open addressing: positions in m_Entries, counted from 1
+};
+
+}  // namespace norvask
+
+#endif

@@ -1,0 +1,33 @@
+// Internal. CNarrowText: the library's own conversion of parser strings, into a buffer that is used again.
+//
+// It gives what the default CWideCharToString gives, without a new block for each string. Where an application
+// has installed a converter, that one is asked instead (CDOMString).
+#ifndef NORVASK_LOAD_NARROW_TEXT_H
+#define NORVASK_LOAD_NARROW_TEXT_H
+
+#include <cstddef>
+#include <memory>
+
+namespace norvask {
+
+class CNarrowText {
+public:
+    CNarrowText() noexcept : m_nCapacity(0), m_nLength(0) {}
+
+    // The text as a terminated narrow string, valid until the next call. Throws std::bad_alloc.
+    const char* Convert(const char16_t* text, std::size_t units);
+
+    // The length of the last result.
+    std::size_t Length() const noexcept { return m_nLength; }
+
+private:
+    void Reserve(std::size_t bytes);
+
+    std::unique_ptr<char[]> m_pBuffer;
+    std::size_t m_nCapacity;
+    std::size_t m_nLength;
+};
+
+}  // namespace norvask
+
+#endif

@@ -1,0 +1,225 @@
+#include "load/sax_handler_adapter.h"
+
+#include <cstring>
+#include <new>
+#include <xercesc/sax2/Attributes.hpp>
+#include <xercesc/util/Base64.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "foundation/dom_string.h"
+#include "foundation/text_rules.h"
+#include "foundation/utf8.h"
+#include "tree/attribute_array.h"
+#include "tree/document_body.h"
+#include "tree/tree_building.h"
+
+namespace norvask {
+namespace {
+
+const char DECLARATION_PREFIX[] = "xmlns:";
+
+bool IsAscii(const char16_t* text, std::size_t length) noexcept {
+    char16_t bits = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        bits = static_cast<char16_t>(bits | text[i]);
+    }
+    return bits < 0x80;
+}
+
+// What the parser decoded, released at the end of the scope.
+class CDecoded {
+public:
+    explicit CDecoded(const XMLCh* base64)
+        : m_nLength(0), m_pData(xercesc::Base64::decodeToXMLByte(base64, &m_nLength)) {}
+    CDecoded(const CDecoded&) = delete;
+    CDecoded& operator=(const CDecoded&) = delete;
+    ~CDecoded() { ::operator delete(m_pData); }
+
+    const unsigned char* Data() const noexcept { return m_pData; }
+    std::size_t Length() const noexcept { return m_pData == nullptr ? 0 : m_nLength; }
+
+private:
+    XMLSize_t m_nLength;
+    XMLByte* m_pData;
+};
+
+}  // namespace
+
+CMySAXHandler::CMySAXHandler(bool keepPrefixes, bool ownConverter)
+    : m_pDocument(nullptr),
+      m_pCurrent(nullptr),
+      m_bInCDATA(false),
+      m_bKeepPrefixes(keepPrefixes),
+      m_bOwnConverter(ownConverter) {}
+
+CMySAXHandler::~CMySAXHandler() {
+    if (m_pDocument != nullptr) {
+        m_pDocument->Delete();
+    }
+}
+
+CXMLDocument* CMySAXHandler::TakeDocument() noexcept {
+    CXMLDocument* document = m_pDocument;
+    if (document != nullptr && document->GetRoot() != nullptr) {
+        m_Names.Clear(MemoryOf(CNodeAccess::BodyOf(document->GetRoot())));
+    }
+    m_pDocument = nullptr;
+    m_pCurrent = nullptr;
+    return document;
+}
+
+void CMySAXHandler::startDocument() {
+    if (m_pDocument != nullptr) {
+        m_pDocument->Delete();
+        m_pDocument = nullptr;
+    }
+    m_pCurrent = nullptr;
+    m_pDocument = CDocumentAccess::New(nullptr, nullptr);
+}
+
+// No flush: what stands behind the root belongs to no element.
+void CMySAXHandler::endDocument() {}
+
+void CMySAXHandler::startElement(const XMLCh*, const XMLCh* localname, const XMLCh* qname,
+                                 const xercesc::Attributes& attributes) {
+    if (m_pDocument == nullptr) {
+        return;
+    }
+    FlushText();
+    AddElement(m_bKeepPrefixes ? qname : localname);
+    if (!m_Declarations.empty()) {
+        SetDeclarations();
+    }
+    const XMLSize_t count = attributes.getLength();
+    for (XMLSize_t i = 0; i < count; ++i) {
+        SetAttribute(m_bKeepPrefixes ? attributes.getQName(i) : attributes.getLocalName(i),
+                     attributes.getValue(i));
+    }
+}
+
+void CMySAXHandler::endElement(const XMLCh*, const XMLCh*, const XMLCh*) {
+    if (m_pCurrent != nullptr) {
+        FlushText();
+        m_pCurrent = m_pCurrent->GetParentNode();
+    }
+}
+
+void CMySAXHandler::characters(const XMLCh* text, XMLSize_t length) {
+    // An empty CDATA section is reported as a run of no length.
+    if (m_pCurrent != nullptr && length != 0) {
+        m_Pending.Append(text, length);
+    }
+}
+
+void CMySAXHandler::startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) {
+    if (!m_bKeepPrefixes || prefix == nullptr || uri == nullptr) {
+        return;
+    }
+    CDOMString narrowPrefix(prefix);
+    CDOMString narrowUri(uri);
+    std::string name(DECLARATION_PREFIX);
+    if (narrowPrefix.GetString() != nullptr) {
+        name += narrowPrefix.GetString();
+    }
+    m_Declarations[name] = narrowUri.GetString() == nullptr ? "" : narrowUri.GetString();
+}
+
+void CMySAXHandler::endPrefixMapping(const XMLCh*) {}
+
+void CMySAXHandler::startCDATA() {
+    FlushText();
+    m_bInCDATA = true;
+}
+
+void CMySAXHandler::endCDATA() {
+    FlushText();
+    m_bInCDATA = false;
+}
+
+void CMySAXHandler::startDTD(const XMLCh* name, const XMLCh*, const XMLCh* systemId) {
+    if (m_pDocument != nullptr) {
+        CDOMString narrowName(name);
+        CDOMString narrowSystemId(systemId);
+        m_pDocument->SetDTDRef(narrowName.GetString(), narrowSystemId.GetString());
+    }
+}
+
+void CMySAXHandler::FlushText() {
+    if (m_Pending.IsEmpty()) {
+        return;
+    }
+    const XMLCh* text = m_Pending.Text();
+    const std::size_t length = m_Pending.Length();
+    if (!m_bInCDATA || !AddBinary(text, length)) {
+        AddText(text, length, m_bInCDATA);
+    }
+    m_Pending.Clear();
+}
+
+void CMySAXHandler::AddElement(const XMLCh* name) {
+    if (m_bOwnConverter && m_pCurrent != nullptr) {
+        CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(m_pCurrent));
+        m_pCurrent = norvask::AddElement(m_pCurrent, m_Names.Acquire(memory, name), nullptr);
+        return;
+    }
+    CDOMString narrow(name);
+    m_pCurrent = m_pCurrent == nullptr ? m_pDocument->CreateRoot(narrow.GetString())
+                                       : m_pCurrent->CreateChild(narrow.GetString(), nullptr);
+}
+
+void CMySAXHandler::SetAttribute(const XMLCh* name, const XMLCh* value) {
+    if (!m_bOwnConverter) {
+        CDOMString narrowName(name);
+        CDOMString narrowValue(value);
+        m_pCurrent->SetAttribute(narrowName.GetString(), narrowValue.GetString());
+        return;
+    }
+    SElementBody* body = CNodeAccess::ElementOf(m_pCurrent);
+    const char* known = m_Names.Acquire(MemoryOf(body), name);
+    try {
+        const char* narrow = m_Narrow.Convert(value, Utf16Length(value));
+        SetNamedAttribute(body, known, narrow, m_Narrow.Length());
+    } catch (...) {
+        MemoryOf(body).Names().Release(MemoryOf(body), known);
+        throw;
+    }
+}
+
+void CMySAXHandler::SetDeclarations() {
+    for (const auto& declaration : m_Declarations) {
+        m_pCurrent->SetAttribute(declaration.first.c_str(), declaration.second.c_str());
+    }
+    m_Declarations.clear();
+}
+
+// The content of a CDATA section, if it is Base64.
+bool CMySAXHandler::AddBinary(const XMLCh* base64, std::size_t length) {
+    // The parser's decoder looks at the low byte of each unit only, in a table that does not hold all of
+    // them, and nothing beyond ASCII is Base64.
+    if (!IsAscii(base64, length)) {
+        return false;
+    }
+    const CDecoded decoded(base64);
+    if (decoded.Length() == 0) {
+        return false;
+    }
+    m_pCurrent->CreateBinChild()->SetData(decoded.Data(), decoded.Length());
+    return true;
+}
+
+void CMySAXHandler::AddText(const XMLCh* text, std::size_t length, bool keepLayout) {
+    if (m_bOwnConverter) {
+        if (keepLayout || !IsLayout(text, length)) {
+            const char* narrow = m_Narrow.Convert(text, length);
+            norvask::AddText(m_pCurrent, narrow, m_Narrow.Length());
+        }
+        return;
+    }
+    CDOMString narrow(text);
+    const char* converted = narrow.GetString() == nullptr ? "" : narrow.GetString();
+    if (keepLayout || !IsLayout(converted, std::strlen(converted))) {
+        m_pCurrent->CreateTextChild(converted);
+    }
+}
+
+}  // namespace norvask

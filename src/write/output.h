@@ -1,0 +1,79 @@
+// Internal. COutput: the byte-level rules of all XML that the library writes.
+//
+// Markup tokens are literals; everything else is escaped. Bytes are gathered and handed to the stream in
+// larger pieces, which nobody can tell from token by token:
+//   - literals behave as if inserted with operator<<, so a width that is pending on the stream pads the next
+//     literal, and only that;
+//   - whoever is called in between (an override, the parser) finds everything before it written, and so does
+//     whoever catches an exception, if the walk calls Flush on its way out.
+#ifndef NORVASK_WRITE_OUTPUT_H
+#define NORVASK_WRITE_OUTPUT_H
+
+#include <cstddef>
+#include <cstring>
+#include <ostream>
+
+namespace norvask {
+
+class COutput {
+public:
+    explicit COutput(std::ostream& out) : m_Out(out), m_pEnd(m_Buffer), m_bPads(out.width() != 0) {}
+    COutput(const COutput&) = delete;
+    COutput& operator=(const COutput&) = delete;
+
+    // A markup token.
+    template <std::size_t N>
+    void Literal(const char (&token)[N]) {
+        if (m_bPads) {
+            LiteralPadded(token);
+            return;
+        }
+        Bytes(token, N - 1);
+    }
+
+    // A name, value or text, escaped; NULL writes nothing. Throws the parser's transcoding exception.
+    void Escaped(const char* text);
+
+    // A name that is known to need no escaping, of this length.
+    void Plain(const char* name, std::size_t length) { Bytes(name, length); }
+
+    // Base64, unescaped; with the markers of a CDATA section around it or without.
+    void Base64(const unsigned char* data, std::size_t length, bool cdata);
+
+    // A line end, the indentation `indent` and behind it `tabs` TABs.
+    void NewLine(const char* indent, std::size_t tabs);
+
+    void Flush();
+
+    // The stream, for somebody else to write to; everything before is written. Call Resume afterwards.
+    std::ostream& Suspend() {
+        Flush();
+        return m_Out;
+    }
+    void Resume() { m_bPads = m_Out.width() != 0; }
+
+private:
+    static const std::size_t SIZE = 4096;
+
+    std::size_t Room() const noexcept { return static_cast<std::size_t>(m_Buffer + SIZE - m_pEnd); }
+    void Bytes(const char* bytes, std::size_t length) {
+        if (length <= Room()) {
+            std::memcpy(m_pEnd, bytes, length);
+            m_pEnd += length;
+        } else {
+            BytesBeyondRoom(bytes, length);
+        }
+    }
+    void BytesBeyondRoom(const char* bytes, std::size_t length);
+    void LiteralPadded(const char* token);
+    void EscapedByParser(const char* text);
+
+    std::ostream& m_Out;
+    char* m_pEnd;
+    bool m_bPads;
+    char m_Buffer[SIZE];
+};
+
+}  // namespace norvask
+
+#endif

@@ -1,0 +1,175 @@
+#include "write/tree_writer.h"
+
+#include <cstring>
+
+#include "foundation/errors.h"
+#include "foundation/text_rules.h"
+#include "tree/attribute_access.h"
+#include "tree/attribute_array.h"
+#include "tree/child_array.h"
+
+namespace norvask {
+namespace {
+
+bool IsKnownPlainName(const char* name) noexcept {
+    const std::uint16_t PLAIN = STRING_NAME | STRING_VALID | STRING_ASCII;
+    return (TagOf(name).m_nFlags & PLAIN) == PLAIN;
+}
+
+// Calls the stream through the guard on the way out, and lets the first exception go on.
+template <typename Walk>
+void FlushedAlways(COutput& output, Walk walk) {
+    try {
+        walk();
+    } catch (...) {
+        try {
+            output.Flush();
+        } catch (...) {  // the stream's own exception; the one under way came first
+        }
+        throw;
+    }
+    output.Flush();
+}
+
+}  // namespace
+
+CTreeWriter::CTreeWriter(std::ostream& out, bool format, const char* indent)
+    : m_Output(out), m_bFormat(format), m_Indent(indent == nullptr ? "" : indent) {}
+
+void CTreeWriter::Write(CXMLNode* top) {
+    FlushedAlways(m_Output, [this, top] {
+        switch (CNodeAccess::BodyOf(top)->m_nKind) {
+            case CXMLNode::NODE_TEXT:
+                m_Output.Escaped(CNodeAccess::TextOf(top)->m_pText);
+                break;
+            case CXMLNode::NODE_BINARY: {
+                const SBinaryBody* body = CNodeAccess::BinaryOf(top);
+                m_Output.Base64(body->m_pData, body->m_nLength, true);
+                break;
+            }
+            default:
+                WriteElement(top);
+                WriteChildren();
+                break;
+        }
+    });
+}
+
+// The start tag; an element with children becomes the innermost level.
+void CTreeWriter::WriteElement(CXMLNode* element) {
+    WriteStartTag(element);
+    if (ChildSlots(CNodeAccess::ElementOf(element))[0] == nullptr) {
+        m_Output.Literal("/>");
+        return;
+    }
+    m_Output.Literal(">");
+    m_Levels.push_back({element, 0, false});
+}
+
+void CTreeWriter::WriteChildren() {
+    while (!m_Levels.empty()) {
+        SLevel& level = m_Levels.back();
+        CXMLNode* child = ChildSlots(CNodeAccess::ElementOf(level.element))[level.next];
+        if (child == nullptr) {
+            WriteEndTag();
+        } else {
+            ++level.next;
+            WriteChild(child, level);
+        }
+    }
+}
+
+void CTreeWriter::WriteChild(CXMLNode* child, SLevel& level) {
+    const EObject object = CNodeAccess::ObjectOf(child);
+    const bool isContent = object == EObject::DERIVED
+                               ? child->GetNodeType() != CXMLNode::NODE_ELEMENT
+                               : object != EObject::ELEMENT;
+    if (isContent) {
+        level.textSeen = true;
+    }
+    if (m_bFormat && !level.textSeen) {
+        m_Output.NewLine(m_Indent.c_str(), m_Levels.size());
+    }
+    switch (object) {
+        case EObject::ELEMENT:
+            WriteElement(child);
+            break;
+        case EObject::TEXT:
+            m_Output.Escaped(CNodeAccess::TextOf(child)->m_pText);
+            break;
+        case EObject::BINARY: {
+            const SBinaryBody* body = CNodeAccess::BinaryOf(child);
+            m_Output.Base64(body->m_pData, body->m_nLength, true);
+            break;
+        }
+        default:
+            WriteDerived(child);
+            break;
+    }
+}
+
+void CTreeWriter::WriteStartTag(CXMLNode* element) {
+    const SElementBody* body = CNodeAccess::ElementOf(element);
+    if (!HasFlag(body->m_pName, STRING_VALID) && !IsXmlName(body->m_pName)) {
+        ThrowInvalidName(body->m_pName);
+    }
+    m_Output.Literal("<");
+    WriteName(body->m_pName);
+    for (CXMLAttribut** slots = AttributeSlots(body); *slots != nullptr; ++slots) {
+        WriteAttribute(*slots);
+    }
+}
+
+void CTreeWriter::WriteEndTag() {
+    const SLevel level = m_Levels.back();
+    m_Levels.pop_back();
+    if (m_bFormat && !level.textSeen) {
+        m_Output.NewLine(m_Indent.c_str(), m_Levels.size());
+    }
+    m_Output.Literal("</");
+    WriteName(CNodeAccess::ElementOf(level.element)->m_pName);
+    m_Output.Literal(">");
+}
+
+void CTreeWriter::WriteAttribute(const CXMLAttribut* attribute) {
+    const char* name = CAttributeAccess::Name(attribute);
+    if (!HasFlag(name, STRING_VALID) && !IsXmlName(name)) {
+        ThrowInvalidName(name);
+    }
+    m_Output.Literal(" ");
+    WriteName(name);
+    m_Output.Literal("=\"");
+    m_Output.Escaped(CAttributeAccess::Value(attribute));
+    m_Output.Literal("\"");
+}
+
+void CTreeWriter::WriteName(const char* name) {
+    if (IsKnownPlainName(name)) {
+        m_Output.Plain(name, CNameTable::Length(name));
+    } else {
+        m_Output.Escaped(name);
+    }
+}
+
+// An object of a derived class writes itself, with a copy of its indentation that it may scribble on.
+void CTreeWriter::WriteDerived(CXMLNode* node) {
+    m_ChildIndent = m_Indent;
+    m_ChildIndent.append(m_Levels.size(), '\t');
+    std::ostream& out = m_Output.Suspend();
+    CNodeAccess::Save(node, out, m_bFormat, &m_ChildIndent[0]);
+    m_Output.Resume();
+}
+
+void CXMLNode::Save(std::ostream& out, bool format, char* indent) {
+    CTreeWriter(out, format, indent).Write(this);
+}
+
+void CXMLTextNode::Save(std::ostream& out, bool format, char* indent) {
+    CTreeWriter(out, format, indent).Write(this);
+}
+
+void CXMLBinNode::Save(std::ostream& out, bool format, char* indent) {
+    CTreeWriter(out, format, indent).Write(this);
+}
+
+}  // namespace norvask

@@ -1,0 +1,53 @@
+// Internal. CTreeWriter: writes an element with everything below it.
+//
+//   element := "<" name (" " name "=" quoted-value)* ( "/>" | ">" child* "</" name ">" )
+//
+// With format every child stands on a line of its own, indented by one more TAB than its parent, and so does the
+// end tag behind children; from the first text or binary child of an element on, no line end is written in it.
+#ifndef NORVASK_WRITE_TREE_WRITER_H
+#define NORVASK_WRITE_TREE_WRITER_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tree/node_access.h"
+#include "write/output.h"
+
+namespace norvask {
+
+class CTreeWriter {
+public:
+    // `indent` is the indentation of the topmost element.
+    CTreeWriter(std::ostream& out, bool format, const char* indent);
+
+    // Writes the node. Keeps its own stack, so depth costs no call. Whatever is thrown, what came before has
+    // been written.
+    void Write(CXMLNode* top);
+
+private:
+    struct SLevel {
+        CXMLNode* element;
+        std::uint32_t next;
+        bool textSeen;
+    };
+
+    void WriteElement(CXMLNode* element);
+    void WriteChildren();
+    void WriteChild(CXMLNode* child, SLevel& level);
+    void WriteStartTag(CXMLNode* element);
+    void WriteEndTag();
+    void WriteAttribute(const CXMLAttribut* attribute);
+    void WriteName(const char* name);
+    void WriteDerived(CXMLNode* node);
+
+    COutput m_Output;
+    const bool m_bFormat;
+    const std::string m_Indent;
+    std::string m_ChildIndent;
+    std::vector<SLevel> m_Levels;
+};
+
+}  // namespace norvask
+
+#endif
