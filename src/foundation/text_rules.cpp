@@ -29,16 +29,11 @@ template <typename Char>
 bool IsLayoutOf(const Char* text, std::size_t length) noexcept {
     bool sawLayout = length == 0;
     for (std::size_t i = 0; i < length; ++i) {
-        switch (text[i]) {
-            case ' ':
-                break;
-            case '\t':
-            case '\n':
-            case '\r':
-                sawLayout = true;
-                break;
-            default:
-                return false;
+        const Char c = text[i];
+        if (c == '\t' || c == '\n' || c == '\r') {
+            sawLayout = true;
+        } else if (c != ' ') {
+            return false;
         }
     }
     return sawLayout;

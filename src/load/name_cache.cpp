@@ -1,5 +1,7 @@
 #include "load/name_cache.h"
 
+#include <cstring>
+
 #include "foundation/utf8.h"
 #include "load/narrow_text.h"
 #include "tree/tree_building.h"
@@ -7,7 +9,7 @@
 namespace norvask {
 namespace {
 
-const std::size_t FIRST_SLOTS = 64;
+const std::size_t FIRST_SLOTS = 32;
 
 }  // namespace
 
@@ -22,6 +24,7 @@ void CNameCache::Grow() {
         grown[slot] = i + 1;
     }
     m_Slots.swap(grown);
+    m_Entries.reserve(m_Slots.size() / 2);
 }
 
 const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName) {
@@ -35,8 +38,9 @@ const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName)
     std::size_t slot = hash & mask;
     while (m_Slots[slot] != 0) {
         const SEntry& entry = m_Entries[m_Slots[slot] - 1];
-        if (entry.hash == hash && entry.parserName.size() == length &&
-            entry.parserName.compare(0, length, parserName, length) == 0) {
+        if (entry.hash == hash && entry.length == length &&
+            std::memcmp(m_Characters.data() + entry.start, parserName,
+                        length * sizeof(char16_t)) == 0) {
             CNameTable::AddUse(entry.treeName);
             return entry.treeName;
         }
@@ -45,7 +49,9 @@ const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName)
     CNarrowText narrow;
     const char* treeName = AcquireValidName(memory, narrow.Convert(parserName, length));
     try {
-        m_Entries.push_back({hash, std::u16string(parserName, length), treeName});
+        const std::size_t start = m_Characters.size();
+        m_Characters.append(parserName, length);
+        m_Entries.push_back({hash, static_cast<std::uint32_t>(length), start, treeName});
     } catch (...) {
         memory.Names().Release(memory, treeName);
         throw;
@@ -62,6 +68,7 @@ void CNameCache::Clear(CTreeMemory& memory) noexcept {
     }
     m_Entries.clear();
     m_Slots.clear();
+    m_Characters.clear();
 }
 
 }  // namespace norvask

@@ -26,7 +26,8 @@ public:
 private:
     struct SEntry {
         std::uint32_t hash;
-        std::u16string parserName;
+        std::uint32_t length;
+        std::size_t start;  // in m_Characters
         const char* treeName;
     };
 
@@ -34,6 +35,7 @@ private:
 
     std::vector<SEntry> m_Entries;       // in the order in which they came
     std::vector<std::uint32_t> m_Slots;  // open addressing: positions in m_Entries, counted from 1
+    std::u16string m_Characters;         // of all parser names
 };
 
 }  // namespace norvask

@@ -10,7 +10,9 @@ namespace norvask {
 
 void CNarrowText::Reserve(std::size_t bytes) {
     if (bytes > m_nCapacity) {
-        const std::size_t capacity = bytes < 2 * m_nCapacity ? 2 * m_nCapacity : bytes;
+        const std::size_t FIRST_CAPACITY = 512;
+        const std::size_t least = m_nCapacity == 0 ? FIRST_CAPACITY : 2 * m_nCapacity;
+        const std::size_t capacity = bytes < least ? least : bytes;
         m_nCapacity = 0;
         m_pBuffer.reset();
         m_pBuffer.reset(new char[capacity]);

@@ -2,13 +2,6 @@
 
 #include <new>
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define NORVASK_POISONS_MEMORY
-#endif
-#elif defined(__SANITIZE_ADDRESS__)
-#define NORVASK_POISONS_MEMORY
-#endif
 #if defined(NORVASK_POISONS_MEMORY)
 #include <sanitizer/asan_interface.h>
 #endif
@@ -16,57 +9,36 @@
 namespace norvask {
 namespace {
 
-const std::size_t BLOCK_UNIT = 8;
-const std::size_t LARGEST_SMALL_BLOCK = 512;
-const std::size_t SIZE_CLASSES = LARGEST_SMALL_BLOCK / BLOCK_UNIT + 1;
-const std::size_t FIRST_PAGE = 1024;
+// The first page is small, since many documents are, and stays below the size from which the general allocator
+// starts to tidy up its free blocks.
+const std::size_t FIRST_PAGE = 960;
+const std::size_t SECOND_PAGE = 4096;
 const std::size_t LARGEST_PAGE = 32768;
 
-std::size_t RoundUp(std::size_t bytes) noexcept {
-    return (bytes + BLOCK_UNIT - 1) / BLOCK_UNIT * BLOCK_UNIT;
-}
-
-const std::size_t HEADER = (sizeof(SPage) + BLOCK_UNIT - 1) / BLOCK_UNIT * BLOCK_UNIT;
+const std::size_t HEADER = sizeof(SPage);
+static_assert(HEADER % 8 == 0, "blocks are aligned to eight bytes");
 
 char* Content(SPage* page) noexcept { return reinterpret_cast<char*>(page) + HEADER; }
 
+}  // namespace
+
 #if defined(NORVASK_POISONS_MEMORY)
-void Poison(void* memory, std::size_t bytes) noexcept { ASAN_POISON_MEMORY_REGION(memory, bytes); }
-void Unpoison(void* memory, std::size_t bytes) noexcept {
+void PoisonMemory(void* memory, std::size_t bytes) noexcept {
+    ASAN_POISON_MEMORY_REGION(memory, bytes);
+}
+void UnpoisonMemory(void* memory, std::size_t bytes) noexcept {
     ASAN_UNPOISON_MEMORY_REGION(memory, bytes);
 }
-#else
-void Poison(void*, std::size_t) noexcept {}
-void Unpoison(void*, std::size_t) noexcept {}
 #endif
 
-// What a free block holds. Tagged blocks keep their page, so they have at least this size.
-struct SFreeBlock {
-    SFreeBlock* m_pNext;
-};
-struct SFreeTagged : SFreeBlock {
-    SPage* m_pPage;
-};
-
-std::size_t TaggedSize(std::size_t bytes) noexcept {
-    const std::size_t size = RoundUp(bytes);
-    return size < sizeof(SFreeTagged) ? sizeof(SFreeTagged) : size;
-}
-
 template <typename Block>
-Block* Take(SFreeBlock*& list, std::size_t bytes) noexcept {
+Block* CTreeMemory::Take(SFreeBlock*& list, std::size_t bytes) noexcept {
+    static_assert(sizeof(Block) <= SMALLEST_TAGGED, "a free block fits into the smallest one");
     Block* block = static_cast<Block*>(list);
-    Unpoison(block, bytes);
+    UnpoisonMemory(block, bytes);
     list = block->m_pNext;
     return block;
 }
-
-}  // namespace
-
-struct CTreeMemory::SFreeLists {
-    SFreeBlock* m_Tagged[SIZE_CLASSES];
-    SFreeBlock* m_Plain[SIZE_CLASSES];
-};
 
 SPage* NewPage(std::size_t bytes) {
     SPage* page = static_cast<SPage*>(::operator new(HEADER + bytes));
@@ -78,13 +50,13 @@ void HoldPage(SPage* page) noexcept { page->m_nHolders.fetch_add(1, std::memory_
 
 void ReleasePage(SPage* page) noexcept {
     if (page->m_nHolders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-        Unpoison(Content(page), page->m_nBytes);
+        UnpoisonMemory(Content(page), page->m_nBytes);
         ::operator delete(page);
     }
 }
 
 CTreeMemory* CTreeMemory::Create() {
-    SPage* page = NewPage(FIRST_PAGE);
+    SPage* page = NewPage(FIRST_PAGE - HEADER);
     return new (Content(page)) CTreeMemory(page);
 }
 
@@ -95,10 +67,10 @@ CTreeMemory::CTreeMemory(SPage* firstPage) noexcept
       m_pCurrent(firstPage),
       m_pCursor(Content(firstPage) + RoundUp(sizeof(CTreeMemory))),
       m_pEnd(Content(firstPage) + firstPage->m_nBytes),
-      m_nNextPage(2 * FIRST_PAGE),
+      m_nNextPage(SECOND_PAGE),
       m_pFreeLists(nullptr) {
     firstPage->m_pTree = this;
-    Poison(m_pCursor, static_cast<std::size_t>(m_pEnd - m_pCursor));
+    PoisonMemory(m_pCursor, static_cast<std::size_t>(m_pEnd - m_pCursor));
 }
 
 void CTreeMemory::ReleaseOwner() noexcept {
@@ -136,49 +108,23 @@ void* CTreeMemory::AllocateFromNewPage(std::size_t bytes, SPage*& page) {
     }
     m_pCursor = Content(m_pCurrent);
     m_pEnd = m_pCursor + m_pCurrent->m_nBytes;
-    Poison(m_pCursor, m_pCurrent->m_nBytes);
+    PoisonMemory(m_pCursor, m_pCurrent->m_nBytes);
     page = m_pCurrent;
-    void* block = m_pCursor;
-    m_pCursor += bytes;
-    Unpoison(block, bytes);
-    return block;
+    return TakeFromCursor(bytes);
 }
 
-void* CTreeMemory::AllocateTagged(std::size_t bytes, SPage*& page) {
-    bytes = TaggedSize(bytes);
-    if (bytes <= LARGEST_SMALL_BLOCK) {
-        SFreeBlock** list =
-            m_pFreeLists == nullptr ? nullptr : &m_pFreeLists->m_Tagged[bytes / BLOCK_UNIT];
-        if (list != nullptr && *list != nullptr) {
-            SFreeTagged* block = Take<SFreeTagged>(*list, bytes);
-            page = block->m_pPage;
-            return block;
-        }
-        if (static_cast<std::size_t>(m_pEnd - m_pCursor) >= bytes) {
-            void* block = m_pCursor;
-            m_pCursor += bytes;
-            Unpoison(block, bytes);
-            page = m_pCurrent;
-            return block;
-        }
+void* CTreeMemory::AllocateTaggedSlowly(std::size_t bytes, SPage*& page) {
+    if (bytes <= LARGEST_SMALL_BLOCK && HasFreeTagged(bytes)) {
+        SFreeTagged* block = Take<SFreeTagged>(m_pFreeLists->m_Tagged[bytes / BLOCK_UNIT], bytes);
+        page = block->m_pPage;
+        return block;
     }
     return AllocateFromNewPage(bytes, page);
 }
 
-void* CTreeMemory::AllocatePlain(std::size_t bytes) {
-    bytes = RoundUp(bytes);
-    if (bytes <= LARGEST_SMALL_BLOCK) {
-        SFreeBlock** list =
-            m_pFreeLists == nullptr ? nullptr : &m_pFreeLists->m_Plain[bytes / BLOCK_UNIT];
-        if (list != nullptr && *list != nullptr) {
-            return Take<SFreeBlock>(*list, bytes);
-        }
-        if (static_cast<std::size_t>(m_pEnd - m_pCursor) >= bytes) {
-            void* block = m_pCursor;
-            m_pCursor += bytes;
-            Unpoison(block, bytes);
-            return block;
-        }
+void* CTreeMemory::AllocatePlainSlowly(std::size_t bytes) {
+    if (bytes <= LARGEST_SMALL_BLOCK && HasFreePlain(bytes)) {
+        return Take<SFreeBlock>(m_pFreeLists->m_Plain[bytes / BLOCK_UNIT], bytes);
     }
     SPage* page = nullptr;
     return AllocateFromNewPage(bytes, page);
@@ -213,7 +159,7 @@ void CTreeMemory::FreeTagged(void* block, std::size_t bytes, SPage* page) noexce
         freed->m_pNext = list;
         freed->m_pPage = page;
         list = freed;
-        Poison(block, bytes);
+        PoisonMemory(block, bytes);
     }
 }
 
@@ -228,7 +174,7 @@ void CTreeMemory::FreePlain(void* block, std::size_t bytes) noexcept {
         SFreeBlock* freed = new (block) SFreeBlock;
         freed->m_pNext = list;
         list = freed;
-        Poison(block, bytes);
+        PoisonMemory(block, bytes);
     }
 }
 

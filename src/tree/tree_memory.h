@@ -52,6 +52,22 @@ inline std::uint16_t DistanceTo(const SPage* page, const void* tag) noexcept {
         static_cast<std::size_t>(static_cast<const char*>(tag) - from) / TAG_UNIT);
 }
 
+// What is not handed out may not be touched, and AddressSanitizer watches over it.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define NORVASK_POISONS_MEMORY
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define NORVASK_POISONS_MEMORY
+#endif
+#if defined(NORVASK_POISONS_MEMORY)
+void PoisonMemory(void* memory, std::size_t bytes) noexcept;
+void UnpoisonMemory(void* memory, std::size_t bytes) noexcept;
+#else
+inline void PoisonMemory(void*, std::size_t) noexcept {}
+inline void UnpoisonMemory(void*, std::size_t) noexcept {}
+#endif
+
 // A page without a tree, with room for `bytes` bytes behind its header; the caller holds it.
 SPage* NewPage(std::size_t bytes);
 void HoldPage(SPage* page) noexcept;
@@ -71,8 +87,21 @@ public:
     bool HasOneOwner() const noexcept { return m_nOwners == 1; }
 
     // A tagged block; `page` is where it lies. Throw std::bad_alloc.
-    void* AllocateTagged(std::size_t bytes, SPage*& page);
-    void* AllocatePlain(std::size_t bytes);
+    void* AllocateTagged(std::size_t bytes, SPage*& page) {
+        bytes = TaggedSize(bytes);
+        if (FitsCursor(bytes) && !HasFreeTagged(bytes)) {
+            page = m_pCurrent;
+            return TakeFromCursor(bytes);
+        }
+        return AllocateTaggedSlowly(bytes, page);
+    }
+    void* AllocatePlain(std::size_t bytes) {
+        bytes = RoundUp(bytes);
+        if (FitsCursor(bytes) && !HasFreePlain(bytes)) {
+            return TakeFromCursor(bytes);
+        }
+        return AllocatePlainSlowly(bytes);
+    }
     // `bytes` as allocated.
     void FreeTagged(void* block, std::size_t bytes, SPage* page) noexcept;
     void FreePlain(void* block, std::size_t bytes) noexcept;
@@ -92,7 +121,47 @@ public:
     bool Happened(unsigned int events) const noexcept { return (m_nEvents & events) != 0; }
 
 private:
-    struct SFreeLists;
+    static const std::size_t BLOCK_UNIT = 8;
+    static const std::size_t SMALLEST_TAGGED = 16;  // of SFreeTagged
+    static const std::size_t LARGEST_SMALL_BLOCK = 512;
+
+    static std::size_t RoundUp(std::size_t bytes) noexcept {
+        return (bytes + BLOCK_UNIT - 1) / BLOCK_UNIT * BLOCK_UNIT;
+    }
+    static std::size_t TaggedSize(std::size_t bytes) noexcept {
+        return bytes < SMALLEST_TAGGED ? SMALLEST_TAGGED : RoundUp(bytes);
+    }
+    // What a free block holds. Tagged blocks keep their page, so they have at least this size.
+    struct SFreeBlock {
+        SFreeBlock* m_pNext;
+    };
+    struct SFreeTagged : SFreeBlock {
+        SPage* m_pPage;
+    };
+    static const std::size_t SIZE_CLASSES = LARGEST_SMALL_BLOCK / BLOCK_UNIT + 1;
+    struct SFreeLists {
+        SFreeBlock* m_Tagged[SIZE_CLASSES];
+        SFreeBlock* m_Plain[SIZE_CLASSES];
+    };
+    bool HasFreeTagged(std::size_t bytes) const noexcept {
+        return m_pFreeLists != nullptr && m_pFreeLists->m_Tagged[bytes / BLOCK_UNIT] != nullptr;
+    }
+    bool HasFreePlain(std::size_t bytes) const noexcept {
+        return m_pFreeLists != nullptr && m_pFreeLists->m_Plain[bytes / BLOCK_UNIT] != nullptr;
+    }
+    bool FitsCursor(std::size_t bytes) const noexcept {
+        return bytes <= LARGEST_SMALL_BLOCK && bytes <= static_cast<std::size_t>(m_pEnd - m_pCursor);
+    }
+    template <typename Block>
+    static Block* Take(SFreeBlock*& list, std::size_t bytes) noexcept;
+    void* TakeFromCursor(std::size_t bytes) noexcept {
+        void* block = m_pCursor;
+        m_pCursor += bytes;
+        UnpoisonMemory(block, bytes);
+        return block;
+    }
+    void* AllocateTaggedSlowly(std::size_t bytes, SPage*& page);
+    void* AllocatePlainSlowly(std::size_t bytes);
 
     explicit CTreeMemory(SPage* firstPage) noexcept;
     ~CTreeMemory() = default;
