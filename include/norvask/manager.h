@@ -66,8 +66,9 @@ public:
     //   (2, "Load error:\nFile: '%s'  Line '%s':\n\n'%s'") for everything that the parser reports, the
     //     first error found: malformed or (with validate) invalid content, unknown encodings, missing
     //     DTDs. The file is the one in which the error lies, as the parser resolved it ("Memfile" for
-    //     memory), the line counts from 1. A file that is missing, unreadable or a directory is
-    //     reported like this too, with an empty file name and line 0, and the parser's own text names it.
+    //     memory), the line counts from 1. A file that cannot be opened is reported like this too, with an
+    //     empty file name and line 0; the parser's own text names it. A directory can be opened but not
+    //     read: its report ("unable to read data from file") names it nowhere.
     //   (1, "Error loading '%s':\n\n'%s'") from a file, (1, "XML parser error\n\n'%s'") from memory, for
     //     exceptions that the parser raises otherwise.
     //   (3, "Invalid XML name: '%s'.") for a name that XML 1.1 allows and XML 1.0 does not.

@@ -47,11 +47,12 @@ public:
 
     // Deliberate: copy and assignment copy what the fields say, not the tree: the copy has the same
     // name, children, attributes and query result, the very same objects, and what one of the two
-    // changes the other shows. What they share is released when the last of them ends. (Between nodes
-    // of different kinds, through references to the base class, assignment takes over the parent
-    // only: a leaf has no content that an element could share, nor the other way round.) CopyChild
-    // and CXMLDocument::Clone make real copies.
-    CXMLNode(const CXMLNode& other) noexcept;
+    // changes the other shows. What they share is released when the last of them ends. CopyChild and
+    // CXMLDocument::Clone make real copies.
+    // A leaf, seen through this base class, has nothing that an element could share: an element copied
+    // from one is empty and without a name (the one case that may throw std::bad_alloc), and
+    // assignment between nodes of different kinds takes over the parent only.
+    CXMLNode(const CXMLNode& other);
     CXMLNode& operator=(const CXMLNode& other) noexcept;
 
 protected:

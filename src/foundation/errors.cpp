@@ -10,9 +10,7 @@ void ThrowFileLoadFailed(const char* fileName, const char* parserMessage) {
     throw CXMLException(1, 2, fileName, parserMessage);
 }
 
-void ThrowMemoryLoadFailed(const char* parserMessage) {
-    throw CXMLException(1, 11, parserMessage);
-}
+void ThrowMemoryLoadFailed(const char* parserMessage) { throw CXMLException(1, 11, parserMessage); }
 
 void ThrowParseError(const char* source, const char* line, const char* parserMessage) {
     throw CXMLException(2, 3, source, line, parserMessage);

@@ -32,7 +32,8 @@ std::vector<XMLCh> Escaped(const XMLCh* text) {
     out.reserve(2 * xercesc::XMLString::stringLen(text) + 12);
     for (; *text != 0; ++text) {
         const XMLCh unit = *text;
-        const EMarkup markup = unit < 0x80 ? MarkupOf(static_cast<unsigned char>(unit)) : EMarkup::PLAIN;
+        const EMarkup markup =
+            unit < 0x80 ? MarkupOf(static_cast<unsigned char>(unit)) : EMarkup::PLAIN;
         if (markup == EMarkup::PLAIN) {
             out.push_back(unit);
         } else if (markup != EMarkup::DROPPED) {
@@ -46,7 +47,8 @@ std::vector<XMLCh> Escaped(const XMLCh* text) {
 
 CStringConverter::CStringConverter() : CStringConverter(nullptr) {}
 
-CStringConverter::CStringConverter(const char* text) : m_pText(NewCopy(text)), m_pEncoded(nullptr) {}
+CStringConverter::CStringConverter(const char* text)
+    : m_pText(NewCopy(text)), m_pEncoded(nullptr) {}
 
 CStringConverter::CStringConverter(const CStringConverter& other)
     : CStringConverter(other.m_pText) {}
@@ -72,9 +74,7 @@ bool CStringConverter::IsValidName() {
     return name.Get() != nullptr && xercesc::XMLChar1_0::isValidName(name.Get());
 }
 
-bool CStringConverter::IsFormattingWhitespace() {
-    return IsLayout(m_pText, std::strlen(m_pText));
-}
+bool CStringConverter::IsFormattingWhitespace() { return IsLayout(m_pText, std::strlen(m_pText)); }
 
 const char* CStringConverter::GetString() { return m_pText; }
 
@@ -101,10 +101,10 @@ void CStringConverter::GetEscapedUTF8(char*& data, std::size_t& bytes) {
     std::size_t length = 0;
     while (done < escaped.size()) {
         XMLSize_t eaten = 0;
-        length += transcoder.transcodeTo(escaped.data() + done, escaped.size() - done,
-                                         reinterpret_cast<XMLByte*>(encoded.get()) + length,
-                                         capacity - length, eaten,
-                                         xercesc::XMLTranscoder::UnRep_Throw);
+        length +=
+            transcoder.transcodeTo(escaped.data() + done, escaped.size() - done,
+                                   reinterpret_cast<XMLByte*>(encoded.get()) + length,
+                                   capacity - length, eaten, xercesc::XMLTranscoder::UnRep_Throw);
         if (eaten == 0) {
             break;  // half a surrogate pair at the very end, which the transcoder leaves unread
         }

@@ -32,7 +32,8 @@ const char* SkipBlanks(const char* text) noexcept {
 // The leading decimal integer, with blanks and a sign before it; NULL when there is none, else the end of
 // it. What does not fit becomes the nearest value that does.
 template <typename Integer>
-const char* ReadInteger(const char* text, Integer lowest, Integer highest, Integer& value) noexcept {
+const char* ReadInteger(const char* text, Integer lowest, Integer highest,
+                        Integer& value) noexcept {
     text = SkipBlanks(text);
     const bool negative = *text == '-';
     if (negative || *text == '+') {
@@ -191,24 +192,24 @@ bool CXMLSaxHandler::GetData(const char* text, unsigned char*& data, std::size_t
     // Has no state, so it can serve after everything else has ended.
     static CBlockMemory s_BlockMemory;
 
-    ::operator delete(m_pBinBlock);
-    m_pBinBlock = nullptr;
-    m_nBinBlockLength = 0;
-
-    // The parser's decoder looks bytes up in a table that does not reach the last of them, and none
-    // beyond ASCII is Base64.
-    if (IsNothing(text) || !IsAscii(text)) {
-        return false;
-    }
+    // The text may lie in the block of the call before, which goes when it has been read. Bytes beyond ASCII
+    // are no Base64, and the parser's decoder looks bytes up in a table that does not reach the last of them.
     XMLSize_t decoded = 0;
-    XMLByte* block = xercesc::Base64::decode(reinterpret_cast<const XMLByte*>(text), &decoded,
-                                             &s_BlockMemory);
-    if (block == nullptr || decoded == 0) {
+    XMLByte* block = nullptr;
+    if (!IsNothing(text) && IsAscii(text)) {
+        block = xercesc::Base64::decode(reinterpret_cast<const XMLByte*>(text), &decoded,
+                                        &s_BlockMemory);
+    }
+    ::operator delete(m_pBinBlock);
+    if (block != nullptr && decoded == 0) {
         ::operator delete(block);
-        return false;
+        block = nullptr;
     }
     m_pBinBlock = block;
-    m_nBinBlockLength = decoded;
+    m_nBinBlockLength = block == nullptr ? 0 : decoded;
+    if (block == nullptr) {
+        return false;
+    }
     data = m_pBinBlock;
     length = m_nBinBlockLength;
     return true;

@@ -39,8 +39,8 @@ const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName)
     while (m_Slots[slot] != 0) {
         const SEntry& entry = m_Entries[m_Slots[slot] - 1];
         if (entry.hash == hash && entry.length == length &&
-            std::memcmp(m_Characters.data() + entry.start, parserName,
-                        length * sizeof(char16_t)) == 0) {
+            std::memcmp(m_Characters.data() + entry.start, parserName, length * sizeof(char16_t)) ==
+                0) {
             CNameTable::AddUse(entry.treeName);
             return entry.treeName;
         }

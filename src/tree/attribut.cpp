@@ -55,8 +55,7 @@ std::uint64_t CAttributeAccess::RenameCount() noexcept {
     return s_nRenames.load(std::memory_order_relaxed);
 }
 
-void CAttributeAccess::ReplaceName(CXMLAttribut* attribute, const char* name,
-                                   bool holds) noexcept {
+void CAttributeAccess::ReplaceName(CXMLAttribut* attribute, const char* name, bool holds) noexcept {
     const char* old = Name(attribute);
     const bool held = Holds(attribute);
     if ((attribute->m_nName & ATTRIBUTE_INDEXED) != 0) {
@@ -73,7 +72,8 @@ void CAttributeAccess::ReplaceName(CXMLAttribut* attribute, const char* name,
     EndName(old, held);
 }
 
-void CAttributeAccess::ReplaceValue(CXMLAttribut* attribute, const char* value, bool held) noexcept {
+void CAttributeAccess::ReplaceValue(CXMLAttribut* attribute, const char* value,
+                                    bool held) noexcept {
     const char* old = Value(attribute);
     attribute->m_nValue = Number(value);
     EndValue(old, held);

@@ -163,9 +163,7 @@ void SetValidAttribute(SElementBody* body, const char* name, std::size_t nameLen
 }
 
 SNodeExtras* NewExtras(CTreeMemory& memory) {
-    SNodeExtras* extras = new (memory.AllocatePlain(sizeof(SNodeExtras))) SNodeExtras();
-    extras->m_nResultUsed = 1;
-    return extras;
+    return new (memory.AllocatePlain(sizeof(SNodeExtras))) SNodeExtras();
 }
 
 SNodeExtras& ExtrasOf(SElementBody* body) {
@@ -179,20 +177,22 @@ SNodeExtras& ExtrasOf(SElementBody* body) {
     return *extras;
 }
 
+void MakeResult(CTreeMemory& memory, SNodeExtras& extras) {
+    extras.m_pResult =
+        static_cast<CXMLNode**>(memory.AllocatePlain(FIRST_RESULT_CAPACITY * sizeof(CXMLNode*)));
+    extras.m_pResult[0] = nullptr;
+    extras.m_nResultCapacity = FIRST_RESULT_CAPACITY;
+    extras.m_nResultUsed = 1;
+}
+
 void GrowResult(CTreeMemory& memory, SNodeExtras& extras) {
-    const bool fresh = extras.m_pResult == nullptr;
-    const std::uint32_t capacity = fresh ? FIRST_RESULT_CAPACITY : 2 * extras.m_nResultCapacity;
-    if (capacity == 0) {
+    if (extras.m_nResultCapacity == LARGEST_CAPACITY) {
         throw std::bad_alloc();
     }
-    CXMLNode** grown =
-        static_cast<CXMLNode**>(memory.AllocatePlain(capacity * sizeof(CXMLNode*)));
-    if (fresh) {
-        grown[0] = nullptr;
-    } else {
-        std::memcpy(grown, extras.m_pResult, extras.m_nResultUsed * sizeof(CXMLNode*));
-        memory.FreePlain(extras.m_pResult, extras.m_nResultCapacity * sizeof(CXMLNode*));
-    }
+    const std::uint32_t capacity = 2 * extras.m_nResultCapacity;
+    CXMLNode** grown = static_cast<CXMLNode**>(memory.AllocatePlain(capacity * sizeof(CXMLNode*)));
+    std::memcpy(grown, extras.m_pResult, extras.m_nResultUsed * sizeof(CXMLNode*));
+    memory.FreePlain(extras.m_pResult, extras.m_nResultCapacity * sizeof(CXMLNode*));
     extras.m_pResult = grown;
     extras.m_nResultCapacity = capacity;
 }

@@ -42,8 +42,10 @@ SNodeExtras& ExtrasOf(SElementBody* body);
 // Ends all attributes and frees the array with the extras.
 void FreeAttributes(SElementBody* body) noexcept;
 
-// A query result array and its growth, for elements and for leaves of derived classes.
+// The extras and their query result array, for elements and for leaves of derived classes: made empty, made
+// with the first capacity, doubled, freed. All but the last throw std::bad_alloc.
 SNodeExtras* NewExtras(CTreeMemory& memory);
+void MakeResult(CTreeMemory& memory, SNodeExtras& extras);
 void GrowResult(CTreeMemory& memory, SNodeExtras& extras);
 void FreeExtras(CTreeMemory& memory, SNodeExtras* extras) noexcept;
 

@@ -8,9 +8,10 @@ namespace norvask {
 CXMLBinNode::CXMLBinNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
 
 CXMLBinNode::CXMLBinNode(CXMLNode* parent)
-    : CXMLNode(reinterpret_cast<std::uintptr_t>(CNodeAccess::NewDerivedLeaf(NODE_BINARY, parent))) {}
+    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedLeaf(NODE_BINARY, parent))) {}
 
-CXMLBinNode::CXMLBinNode(const CXMLBinNode&) noexcept = default;
+CXMLBinNode::CXMLBinNode(const CXMLBinNode& other) noexcept
+    : CXMLNode(CNodeAccess::Number(CNodeAccess::ShareBody(&other))) {}
 CXMLBinNode& CXMLBinNode::operator=(const CXMLBinNode&) noexcept = default;
 CXMLBinNode::~CXMLBinNode() = default;
 

@@ -15,8 +15,8 @@ void SetUsed(SElementBody* body, std::uint32_t used) noexcept {
 }
 
 void SetCapacity(SElementBody* body, std::uint32_t capacity) {
-    CXMLNode** grown = static_cast<CXMLNode**>(
-        MemoryOf(body).AllocatePlain(capacity * sizeof(CXMLNode*)));
+    CXMLNode** grown =
+        static_cast<CXMLNode**>(MemoryOf(body).AllocatePlain(capacity * sizeof(CXMLNode*)));
     const std::uint32_t used = ChildrenUsed(body);
     std::memcpy(grown, ChildSlots(body), used * sizeof(CXMLNode*));
     FreeChildArray(body);

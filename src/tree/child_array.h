@@ -21,7 +21,9 @@ inline std::uint32_t ChildrenUsed(const SElementBody* body) noexcept {
     }
     return body->m_Children.m_Inline[0] == nullptr ? 1 : 2;
 }
-inline std::uint32_t ChildCount(const SElementBody* body) noexcept { return ChildrenUsed(body) - 1; }
+inline std::uint32_t ChildCount(const SElementBody* body) noexcept {
+    return ChildrenUsed(body) - 1;
+}
 
 // Makes room for `count` children in all. Throws std::bad_alloc.
 void ReserveChildren(SElementBody* body, std::size_t count);

@@ -73,7 +73,8 @@ CNameTable::SName* CNameTable::FindIn(std::uint32_t hash, const char* text,
     if (m_nBuckets == 0) {
         return nullptr;
     }
-    for (SName* name = m_ppBuckets[hash & (m_nBuckets - 1)]; name != nullptr; name = name->m_pNext) {
+    for (SName* name = m_ppBuckets[hash & (m_nBuckets - 1)]; name != nullptr;
+         name = name->m_pNext) {
         if (name->m_nHash == hash && name->m_nLength == length &&
             std::memcmp(name->Characters(), text, length) == 0) {
             return name;

@@ -25,32 +25,15 @@ SElementBody* ElementOrNull(const CXMLNode* node) noexcept {
 
 CXMLNode::CXMLNode(std::uintptr_t body) noexcept : m_nBody(body) {}
 
-CXMLNode::CXMLNode(const char* name, CXMLNode* parent) : m_nBody(0) {
-    const char* text = name == nullptr ? "" : name;
-    CTreeMemory* memory = CTreeMemory::Create();
-    try {
-        SPage* page = nullptr;
-        SElementBody* body =
-            new (memory->AllocateTagged(sizeof(SElementBody), page)) SElementBody();
-        body->m_nDistance = DistanceTo(page, body);
-        body->m_nKind = NODE_ELEMENT;
-        body->m_nOwners = 1;
-        body->m_pParent = parent;
-        body->m_pName = memory->Names().Acquire(*memory, text, std::strlen(text));
-        CNodeAccess::SetBody(this, body);
-    } catch (...) {
-        memory->ReleaseOwner();
-        throw;
-    }
-}
+CXMLNode::CXMLNode(const char* name, CXMLNode* parent)
+    : m_nBody(CNodeAccess::Number(CNodeAccess::NewDerivedElement(name, parent))) {}
 
 // A copy is an object outside of any block, whatever its source is.
-CXMLNode::CXMLNode(const CXMLNode& other) noexcept
-    : m_nBody(reinterpret_cast<std::uintptr_t>(CNodeAccess::BodyOf(&other))) {
-    SNodeBody* body = CNodeAccess::BodyOf(this);
-    ++body->m_nOwners;
-    MemoryOf(body).AddOwner();
-}
+CXMLNode::CXMLNode(const CXMLNode& other)
+    : m_nBody(CNodeAccess::Number(
+          ElementOrNull(&other) != nullptr
+              ? CNodeAccess::ShareBody(&other)
+              : CNodeAccess::NewDerivedElement("", CNodeAccess::BodyOf(&other)->m_pParent))) {}
 
 // Objects outside of blocks own the memory of the body that they show, objects in blocks that of bodies in
 // other memories.

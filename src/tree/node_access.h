@@ -50,8 +50,23 @@ public:
                                  CXMLNode* parent);
     static CXMLBinNode* NewBinary(CTreeMemory& memory, CXMLNode* parent);
 
-    // A body for a leaf object of a derived class, in a memory of its own that the object owns.
+    // Bodies for objects outside of blocks, each in a memory of its own that the object owns. Throw
+    // std::bad_alloc. The name is not checked; NULL gives an empty one.
+    static SNodeBody* NewDerivedElement(const char* name, CXMLNode* parent);
     static SNodeBody* NewDerivedLeaf(CXMLNode::NodeType kind, CXMLNode* parent);
+
+    // The body of another object, for one more object outside of blocks that shows it.
+    static SNodeBody* ShareBody(const CXMLNode* other) noexcept {
+        SNodeBody* body = BodyOf(other);
+        ++body->m_nOwners;
+        MemoryOf(body).AddOwner();
+        return body;
+    }
+
+    // What an object outside of blocks keeps of its body.
+    static std::uintptr_t Number(const SNodeBody* body) noexcept {
+        return reinterpret_cast<std::uintptr_t>(body);
+    }
 
     // The size of the block of a node of this kind.
     static std::size_t BlockSize(unsigned int kind) noexcept;
@@ -67,6 +82,9 @@ public:
 private:
     static const std::uintptr_t OBJECT_BITS = 3;
 
+    template <typename Allocated>
+    static SNodeBody* NewDerivedBody(CTreeMemory& memory, CXMLNode::NodeType kind,
+                                     CXMLNode* parent);
     template <typename Node, typename Body>
     static Node* NewBlock(CTreeMemory& memory, EObject object, CXMLNode* parent);
 };

@@ -46,18 +46,38 @@ CXMLBinNode* CNodeAccess::NewBinary(CTreeMemory& memory, CXMLNode* parent) {
     return NewBlock<CXMLBinNode, SBinaryBody>(memory, EObject::BINARY, parent);
 }
 
+template <typename Allocated>
+SNodeBody* CNodeAccess::NewDerivedBody(CTreeMemory& memory, CXMLNode::NodeType kind,
+                                       CXMLNode* parent) {
+    SPage* page = nullptr;
+    void* block = memory.AllocateTagged(sizeof(Allocated), page);
+    // The body is the first member of whatever is allocated for it.
+    SNodeBody* body = reinterpret_cast<SNodeBody*>(new (block) Allocated());
+    body->m_nDistance = DistanceTo(page, body);
+    body->m_nKind = static_cast<std::uint8_t>(kind);
+    body->m_nOwners = 1;
+    body->m_pParent = parent;
+    return body;
+}
+
+SNodeBody* CNodeAccess::NewDerivedElement(const char* name, CXMLNode* parent) {
+    const char* text = name == nullptr ? "" : name;
+    CTreeMemory* memory = CTreeMemory::Create();
+    try {
+        SNodeBody* body = NewDerivedBody<SElementBody>(*memory, CXMLNode::NODE_ELEMENT, parent);
+        static_cast<SElementBody*>(body)->m_pName =
+            memory->Names().Acquire(*memory, text, std::strlen(text));
+        return body;
+    } catch (...) {
+        memory->ReleaseOwner();
+        throw;
+    }
+}
+
 SNodeBody* CNodeAccess::NewDerivedLeaf(CXMLNode::NodeType kind, CXMLNode* parent) {
     CTreeMemory* memory = CTreeMemory::Create();
     try {
-        SPage* page = nullptr;
-        SDerivedLeafBody* leaf =
-            new (memory->AllocateTagged(sizeof(SDerivedLeafBody), page)) SDerivedLeafBody();
-        SNodeBody* body = &leaf->m_Leaf.m_Text;
-        body->m_nDistance = DistanceTo(page, body);
-        body->m_nKind = static_cast<std::uint8_t>(kind);
-        body->m_nOwners = 1;
-        body->m_pParent = parent;
-        return body;
+        return NewDerivedBody<SDerivedLeafBody>(*memory, kind, parent);
     } catch (...) {
         memory->ReleaseOwner();
         throw;

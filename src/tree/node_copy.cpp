@@ -156,11 +156,11 @@ void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
         case EObject::ELEMENT: {
             const char* name = CNodeAccess::ElementOf(source)->m_pName;
             CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(parent));
-            CXMLNode* copy = AddElement(parent,
-                                        HasFlag(name, STRING_VALID)
-                                            ? m_Names.Acquire(name)
-                                            : AcquireValidName(memory, name),
-                                        nullptr);
+            CXMLNode* copy =
+                AddElement(parent,
+                           HasFlag(name, STRING_VALID) ? m_Names.Acquire(name)
+                                                       : AcquireValidName(memory, name),
+                           nullptr);
             CopyAttributes(source, copy);
             Descend(source, copy);
             break;

@@ -43,6 +43,15 @@ SNodeExtras& MadeExtras(CXMLNode* node) {
     return *extras;
 }
 
+// The extras with a result array, which has its first capacity when it is new.
+SNodeExtras& MadeResult(CXMLNode* node) {
+    SNodeExtras& extras = MadeExtras(node);
+    if (extras.m_pResult == nullptr) {
+        MakeResult(MemoryOf(CNodeAccess::BodyOf(node)), extras);
+    }
+    return extras;
+}
+
 CXMLNode** ResultOf(const CXMLNode* node) noexcept {
     const SNodeExtras* extras = ExtrasOrNull(node);
     return extras == nullptr || extras->m_pResult == nullptr ? const_cast<CXMLNode**>(NO_RESULT)
@@ -57,9 +66,8 @@ void EmptyResult(CXMLNode* node) noexcept {
     }
 }
 
-// An array of which the first two slots are not there yet counts as full.
 bool IsFull(const SNodeExtras& extras) noexcept {
-    return extras.m_pResult == nullptr || extras.m_nResultUsed == extras.m_nResultCapacity;
+    return extras.m_nResultUsed == extras.m_nResultCapacity;
 }
 
 void Put(SNodeExtras& extras, CXMLNode* found) noexcept {
@@ -73,7 +81,7 @@ void AddFound(CXMLNode* node, CXMLNode* found) {
         CNodeAccess::AddToQueryResult(node, found);
         return;
     }
-    SNodeExtras& extras = MadeExtras(node);
+    SNodeExtras& extras = MadeResult(node);
     if (IsFull(extras)) {
         GrowResult(MemoryOf(CNodeAccess::BodyOf(node)), extras);
     }
@@ -84,8 +92,8 @@ void AddFound(CXMLNode* node, CXMLNode* found) {
 struct SStep {
     explicit SStep(const char* path) noexcept : name(path), rest(nullptr) {
         const char* separator = std::strchr(path, '/');
-        length = separator == nullptr ? std::strlen(path)
-                                      : static_cast<std::size_t>(separator - path);
+        length =
+            separator == nullptr ? std::strlen(path) : static_cast<std::size_t>(separator - path);
         if (separator != nullptr && separator[1] != '\0') {
             rest = separator + 1;
         }
@@ -179,8 +187,7 @@ void CQuery::HandUp() {
 
 CXMLNode** CXMLNode::GetNodes(const char* path) {
     EmptyResult(this);
-    if (path != nullptr && *path != '\0' &&
-        CNodeAccess::BodyOf(this)->m_nKind == NODE_ELEMENT) {
+    if (path != nullptr && *path != '\0' && CNodeAccess::BodyOf(this)->m_nKind == NODE_ELEMENT) {
         // A copy: overrides are called on the way, and the path may lie in what they change.
         const std::string copy(path);
         CQuery(this, copy.c_str()).Run();
@@ -189,14 +196,17 @@ CXMLNode** CXMLNode::GetNodes(const char* path) {
 }
 
 void CXMLNode::IncQueryResult() {
-    GrowResult(MemoryOf(CNodeAccess::BodyOf(this)), MadeExtras(this));
+    GrowResult(MemoryOf(CNodeAccess::BodyOf(this)), MadeResult(this));
 }
 
 void CXMLNode::AddToQueryResult(CXMLNode* node) {
-    if (IsFull(MadeExtras(this))) {
+    if (IsFull(MadeResult(this))) {
         IncQueryResult();
+        if (IsFull(MadeResult(this))) {  // an override has not made room
+            CXMLNode::IncQueryResult();
+        }
     }
-    Put(MadeExtras(this), node);
+    Put(MadeResult(this), node);
 }
 
 }  // namespace norvask

@@ -14,11 +14,12 @@ namespace norvask {
 CXMLTextNode::CXMLTextNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
 
 CXMLTextNode::CXMLTextNode(const char* text, CXMLNode* parent)
-    : CXMLNode(reinterpret_cast<std::uintptr_t>(CNodeAccess::NewDerivedLeaf(NODE_TEXT, parent))) {
+    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedLeaf(NODE_TEXT, parent))) {
     CXMLTextNode::SetText(text);
 }
 
-CXMLTextNode::CXMLTextNode(const CXMLTextNode&) noexcept = default;
+CXMLTextNode::CXMLTextNode(const CXMLTextNode& other) noexcept
+    : CXMLNode(CNodeAccess::Number(CNodeAccess::ShareBody(&other))) {}
 CXMLTextNode& CXMLTextNode::operator=(const CXMLTextNode&) noexcept = default;
 CXMLTextNode::~CXMLTextNode() = default;
 
@@ -51,8 +52,7 @@ void CXMLTextNode::SetText(const char* text) {
     body->m_pText = copy;
 }
 
-void CXMLTextNode::SetDateTimeText(int year, int month, int day, int hour, int minute,
-                                   int second) {
+void CXMLTextNode::SetDateTimeText(int year, int month, int day, int hour, int minute, int second) {
     SetText(XMLConvertDateTime2Text(year, month, day, hour, minute, second));
 }
 

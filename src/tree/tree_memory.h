@@ -150,7 +150,8 @@ private:
         return m_pFreeLists != nullptr && m_pFreeLists->m_Plain[bytes / BLOCK_UNIT] != nullptr;
     }
     bool FitsCursor(std::size_t bytes) const noexcept {
-        return bytes <= LARGEST_SMALL_BLOCK && bytes <= static_cast<std::size_t>(m_pEnd - m_pCursor);
+        return bytes <= LARGEST_SMALL_BLOCK &&
+               bytes <= static_cast<std::size_t>(m_pEnd - m_pCursor);
     }
     template <typename Block>
     static Block* Take(SFreeBlock*& list, std::size_t bytes) noexcept;
