@@ -210,13 +210,16 @@ bool IsLayout(const char16_t* text, std::size_t length) noexcept {
     return IsLayoutOf(text, length);
 }
 
-void CheckWritable(const char* text) {
-    if (LocalEncodingIsUtf8() && IsUtf8(text)) {
-        return;
+bool IsKnownUtf8(const char* text) noexcept { return LocalEncodingIsUtf8() && IsUtf8(text); }
+
+bool CheckWritable(const char* text) {
+    if (IsKnownUtf8(text)) {
+        return true;
     }
     char* data = nullptr;
     std::size_t bytes = 0;
     CStringConverter(text).GetEscapedUTF8(data, bytes);
+    return false;
 }
 
 }  // namespace norvask

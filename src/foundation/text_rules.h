@@ -33,8 +33,12 @@ bool IsXmlName(const char* name);
 bool IsLayout(const char* text, std::size_t length) noexcept;
 bool IsLayout(const char16_t* text, std::size_t length) noexcept;
 
-// Throws the parser's transcoding exception when the text cannot be written.
-void CheckWritable(const char* text);
+// Whether a narrow string is well-formed UTF-8 and the parser takes narrow strings for UTF-8, so that it can be
+// written without asking the parser's transcoders.
+bool IsKnownUtf8(const char* text) noexcept;
+
+// Throws the parser's transcoding exception when the text cannot be written; answers IsKnownUtf8.
+bool CheckWritable(const char* text);
 
 }  // namespace norvask
 

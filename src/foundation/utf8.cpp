@@ -66,19 +66,17 @@ std::size_t Utf8SequenceLength(const char* text) noexcept {
     return 0;
 }
 
-bool IsUtf8(const char* text) noexcept {
-    while (*text != '\0') {
-        if (Byte(*text) < 0x80) {
+const char* EndOfUtf8(const char* text) noexcept {
+    for (;;) {
+        while (Byte(*text) - 1 < 0x7F) {  // 1 to 127
             ++text;
-            continue;
         }
-        const std::size_t length = Utf8SequenceLength(text);
+        const std::size_t length = *text == '\0' ? 0 : Utf8SequenceLength(text);
         if (length == 0) {
-            return false;
+            return text;
         }
         text += length;
     }
-    return true;
 }
 
 std::size_t CutAtCharacter(const char* text, std::size_t limit) noexcept {
@@ -103,30 +101,34 @@ std::size_t Utf16ToUtf8(const char16_t* text, std::size_t units, char* out) noex
     char* p = out;
     std::size_t i = 0;
     while (i < units) {
-        if (text[i] < 0x80) {
+        const unsigned int c = text[i];
+        if (c < 0x80) {
             const std::size_t ascii = CopyAscii(text + i, units - i, p);
             i += ascii;
             p += ascii;
-            continue;
-        }
-        const unsigned int c = text[i++];
-        if (c < 0x800) {
-            *p++ = ToByte(0xC0U | (c >> 6));
+        } else if (c < 0x800) {
+            p[0] = ToByte(0xC0U | (c >> 6));
+            p[1] = ToByte(0x80U | (c & 0x3FU));
+            p += 2;
+            ++i;
         } else if (c < 0xD800 || c >= 0xE000) {
-            *p++ = ToByte(0xE0U | (c >> 12));
-            *p++ = ToByte(0x80U | ((c >> 6) & 0x3FU));
+            p[0] = ToByte(0xE0U | (c >> 12));
+            p[1] = ToByte(0x80U | ((c >> 6) & 0x3FU));
+            p[2] = ToByte(0x80U | (c & 0x3FU));
+            p += 3;
+            ++i;
         } else {
-            if (c >= 0xDC00 || i == units || text[i] < 0xDC00 || text[i] >= 0xE000) {
+            if (c >= 0xDC00 || i + 1 == units || text[i + 1] < 0xDC00 || text[i + 1] >= 0xE000) {
                 return NOT_UTF16;
             }
-            const unsigned int point = 0x10000U + ((c - 0xD800U) << 10) + (text[i++] - 0xDC00U);
-            *p++ = ToByte(0xF0U | (point >> 18));
-            *p++ = ToByte(0x80U | ((point >> 12) & 0x3FU));
-            *p++ = ToByte(0x80U | ((point >> 6) & 0x3FU));
-            *p++ = ToByte(0x80U | (point & 0x3FU));
-            continue;
+            const unsigned int point = 0x10000U + ((c - 0xD800U) << 10) + (text[i + 1] - 0xDC00U);
+            p[0] = ToByte(0xF0U | (point >> 18));
+            p[1] = ToByte(0x80U | ((point >> 12) & 0x3FU));
+            p[2] = ToByte(0x80U | ((point >> 6) & 0x3FU));
+            p[3] = ToByte(0x80U | (point & 0x3FU));
+            p += 4;
+            i += 2;
         }
-        *p++ = ToByte(0x80U | (c & 0x3FU));
     }
     return static_cast<std::size_t>(p - out);
 }

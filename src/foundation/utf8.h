@@ -13,8 +13,12 @@ namespace norvask {
 // further than the first byte that does not fit, so a terminated string needs no length.
 std::size_t Utf8SequenceLength(const char* text) noexcept;
 
+// The end of the well-formed beginning of a terminated string: its terminator, or the first byte that is no
+// UTF-8.
+const char* EndOfUtf8(const char* text) noexcept;
+
 // Whether the whole terminated string is well-formed UTF-8.
-bool IsUtf8(const char* text) noexcept;
+inline bool IsUtf8(const char* text) noexcept { return *EndOfUtf8(text) == '\0'; }
 
 // The largest length up to `limit` at which `text`, which has more than `limit` bytes, can be cut without
 // splitting a UTF-8 character. Bytes that are no UTF-8 count as characters.

@@ -24,7 +24,8 @@ const char* CNarrowText::Convert(const char16_t* text, std::size_t units) {
     Reserve(Utf8Capacity(units) + 1);
     std::size_t bytes =
         LocalEncodingIsUtf8() ? Utf16ToUtf8(text, units, m_pBuffer.get()) : NOT_UTF16;
-    if (bytes == NOT_UTF16) {
+    m_bIsUtf8 = bytes != NOT_UTF16;
+    if (!m_bIsUtf8) {
         const std::unique_ptr<char[]> converted(CWideCharToString().Convert(text, units));
         bytes = std::strlen(converted.get());
         Reserve(bytes + 1);

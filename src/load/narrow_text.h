@@ -12,7 +12,7 @@ namespace norvask {
 
 class CNarrowText {
 public:
-    CNarrowText() noexcept : m_nCapacity(0), m_nLength(0) {}
+    CNarrowText() noexcept : m_nCapacity(0), m_nLength(0), m_bIsUtf8(false) {}
 
     // The text as a terminated narrow string, valid until the next call. Throws std::bad_alloc.
     const char* Convert(const char16_t* text, std::size_t units);
@@ -20,12 +20,16 @@ public:
     // The length of the last result.
     std::size_t Length() const noexcept { return m_nLength; }
 
+    // Whether the last result is known to be well-formed UTF-8.
+    bool IsUtf8() const noexcept { return m_bIsUtf8; }
+
 private:
     void Reserve(std::size_t bytes);
 
     std::unique_ptr<char[]> m_pBuffer;
     std::size_t m_nCapacity;
     std::size_t m_nLength;
+    bool m_bIsUtf8;
 };
 
 }  // namespace norvask

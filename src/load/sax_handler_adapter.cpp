@@ -178,7 +178,7 @@ void CMySAXHandler::SetAttribute(const XMLCh* name, const XMLCh* value) {
     const char* known = m_Names.Acquire(MemoryOf(body), name);
     try {
         const char* narrow = m_Narrow.Convert(value, Utf16Length(value));
-        SetNamedAttribute(body, known, narrow, m_Narrow.Length());
+        SetNamedAttribute(body, known, narrow, m_Narrow.Length(), m_Narrow.IsUtf8());
     } catch (...) {
         MemoryOf(body).Names().Release(MemoryOf(body), known);
         throw;
@@ -211,7 +211,7 @@ void CMySAXHandler::AddText(const XMLCh* text, std::size_t length, bool keepLayo
     if (m_bOwnConverter) {
         if (keepLayout || !IsLayout(text, length)) {
             const char* narrow = m_Narrow.Convert(text, length);
-            norvask::AddText(m_pCurrent, narrow, m_Narrow.Length());
+            norvask::AddText(m_pCurrent, narrow, m_Narrow.Length(), m_Narrow.IsUtf8());
         }
         return;
     }

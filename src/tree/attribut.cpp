@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstring>
 
+#include "foundation/text_rules.h"
 #include "norvask/convert.h"
 #include "norvask/sax_handler.h"
 #include "tree/attribute_access.h"
@@ -135,7 +136,8 @@ void CXMLAttribut::SetValue(const char* value) {
     if (holds) {
         copy = NewHeldString(value);
     } else if (value != nullptr && *value != '\0') {
-        copy = NewTreeString(TreeOf(CAttributeAccess::Name(this)), value, std::strlen(value));
+        copy = NewTreeString(TreeOf(CAttributeAccess::Name(this)), value, std::strlen(value),
+                             IsKnownUtf8(value));
     }
     CAttributeAccess::ReplaceValue(this, copy, holds);
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <new>
 
+#include "foundation/text_rules.h"
 #include "tree/attribute_access.h"
 #include "tree/attribute_index.h"
 
@@ -90,10 +91,11 @@ void ReserveAttributes(SElementBody* body, std::size_t count) {
     }
 }
 
-void AppendAttribute(SElementBody* body, const char* name, const char* value, std::size_t length) {
+void AppendAttribute(SElementBody* body, const char* name, const char* value, std::size_t length,
+                     bool isUtf8) {
     CTreeMemory& memory = MemoryOf(body);
     ReserveAttributes(body, static_cast<std::size_t>(AttributeCount(body)) + 1);
-    const char* copy = NewTreeString(memory, value, length);
+    const char* copy = NewTreeString(memory, value, length, isUtf8);
     CXMLAttribut* attribute = nullptr;
     try {
         attribute = CAttributeAccess::New(memory, name, copy);
@@ -122,11 +124,11 @@ void RemoveAttribute(SElementBody* body, CXMLAttribut* attribute) noexcept {
     CAttributeAccess::End(MemoryOf(body), attribute);
 }
 
-void SetNamedAttribute(SElementBody* body, const char* name, const char* value,
-                       std::size_t length) {
+void SetNamedAttribute(SElementBody* body, const char* name, const char* value, std::size_t length,
+                       bool isUtf8) {
     CXMLAttribut* attribute = Find(body, name, name, CNameTable::Length(name));
     if (attribute == nullptr && length != 0) {
-        AppendAttribute(body, name, value, length);
+        AppendAttribute(body, name, value, length, isUtf8);
         return;
     }
     CTreeMemory& memory = MemoryOf(body);
@@ -154,7 +156,7 @@ void SetValidAttribute(SElementBody* body, const char* name, std::size_t nameLen
     CTreeMemory& memory = MemoryOf(body);
     const char* known = memory.Names().Acquire(memory, name, nameLength);
     try {
-        AppendAttribute(body, known, value, valueLength);
+        AppendAttribute(body, known, value, valueLength, IsKnownUtf8(value));
     } catch (...) {
         memory.Names().Release(memory, known);
         throw;

@@ -24,8 +24,10 @@ CXMLAttribut* FindAttribute(SElementBody* body, const char* name, std::size_t le
 void ReserveAttributes(SElementBody* body, std::size_t count);
 
 // Appends an attribute that the element does not have. `name` is a name of the tree's memory of which the
-// use is taken over when the call succeeds. Throws std::bad_alloc.
-void AppendAttribute(SElementBody* body, const char* name, const char* value, std::size_t length);
+// use is taken over when the call succeeds; `isUtf8` tells whether the value is known to be well-formed.
+// Throws std::bad_alloc.
+void AppendAttribute(SElementBody* body, const char* name, const char* value, std::size_t length,
+                     bool isUtf8);
 
 void RemoveAttribute(SElementBody* body, CXMLAttribut* attribute) noexcept;
 
@@ -34,7 +36,8 @@ void SetValidAttribute(SElementBody* body, const char* name, std::size_t nameLen
                        const char* value, std::size_t valueLength);
 
 // The same for a name of the tree's memory, of which the use is taken over when the call succeeds.
-void SetNamedAttribute(SElementBody* body, const char* name, const char* value, std::size_t length);
+void SetNamedAttribute(SElementBody* body, const char* name, const char* value, std::size_t length,
+                       bool isUtf8);
 
 // The extras, made when there are none. Throws std::bad_alloc.
 SNodeExtras& ExtrasOf(SElementBody* body);

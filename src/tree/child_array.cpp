@@ -39,16 +39,6 @@ void ReserveChildren(SElementBody* body, std::size_t count) {
     }
 }
 
-void ReserveOneChild(SElementBody* body) { ReserveChildren(body, ChildrenUsed(body)); }
-
-void AppendReserved(SElementBody* body, CXMLNode* child) noexcept {
-    const std::uint32_t used = ChildrenUsed(body);
-    CXMLNode** slots = ChildSlots(body);
-    slots[used - 1] = child;
-    slots[used] = nullptr;
-    SetUsed(body, used + 1);
-}
-
 void InsertReserved(SElementBody* body, CXMLNode* child, CXMLNode* before) noexcept {
     const std::uint32_t used = ChildrenUsed(body);
     CXMLNode** slots = ChildSlots(body);

@@ -29,10 +29,24 @@ inline std::uint32_t ChildCount(const SElementBody* body) noexcept {
 void ReserveChildren(SElementBody* body, std::size_t count);
 
 // Doubles the capacity when the array is full, so that one more child can be added without failing.
-void ReserveOneChild(SElementBody* body);
+inline void ReserveOneChild(SElementBody* body) {
+    const std::uint32_t used = ChildrenUsed(body);
+    if (used == ChildCapacity(body)) {
+        ReserveChildren(body, used);
+    }
+}
 
 // Appends, or inserts in front of `before`, which when it is no child means in front of all. There is room.
-void AppendReserved(SElementBody* body, CXMLNode* child) noexcept;
+inline void AppendReserved(SElementBody* body, CXMLNode* child) noexcept {
+    if (HasFlag(body, BODY_HEAP_CHILDREN)) {
+        SHeapChildren& heap = body->m_Children.m_Heap;
+        heap.m_pSlots[heap.m_nUsed - 1] = child;
+        heap.m_pSlots[heap.m_nUsed] = nullptr;
+        ++heap.m_nUsed;
+    } else {
+        body->m_Children.m_Inline[0] = child;
+    }
+}
 void InsertReserved(SElementBody* body, CXMLNode* child, CXMLNode* before) noexcept;
 
 // Takes the child at this index out of the array.

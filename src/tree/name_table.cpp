@@ -29,22 +29,6 @@ bool IsAscii(const char* text, std::size_t length) noexcept {
 
 }  // namespace
 
-struct CNameTable::SName {
-    SName* m_pNext;
-    std::uint32_t m_nHash;
-    std::uint32_t m_nUses;
-    std::uint32_t m_nLength;
-    SStringTag m_Tag;
-
-    char* Characters() noexcept { return reinterpret_cast<char*>(this + 1); }
-    std::size_t Bytes() const noexcept { return sizeof(SName) + m_nLength + 1; }
-};
-
-CNameTable::SName* CNameTable::NameOf(const char* characters) noexcept {
-    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(characters);
-    return reinterpret_cast<SName*>(address - sizeof(SName));
-}
-
 std::uint32_t CNameTable::Hash(const char* text, std::size_t length) noexcept {
     const std::uint64_t MULTIPLIER = 0x9E3779B97F4A7C15U;
     std::uint64_t hash = Seed() ^ length;
@@ -63,10 +47,6 @@ std::uint32_t CNameTable::Hash(const char* text, std::size_t length) noexcept {
     hash = (hash ^ rest) * MULTIPLIER;
     return static_cast<std::uint32_t>(hash >> 32);
 }
-
-std::size_t CNameTable::Length(const char* name) noexcept { return NameOf(name)->m_nLength; }
-
-std::uint32_t CNameTable::HashOf(const char* name) noexcept { return NameOf(name)->m_nHash; }
 
 CNameTable::SName* CNameTable::FindIn(std::uint32_t hash, const char* text,
                                       std::size_t length) const noexcept {
@@ -128,17 +108,16 @@ const char* CNameTable::Acquire(CTreeMemory& memory, const char* text, std::size
     name->m_nHash = hash;
     name->m_nUses = 1;
     name->m_nLength = static_cast<std::uint32_t>(length);
-    name->m_Tag.m_nDistance = DistanceTo(page, &name->m_Tag);
-    name->m_Tag.m_nFlags =
-        static_cast<std::uint16_t>(STRING_NAME | (IsAscii(text, length) ? STRING_ASCII : 0));
+    new (&name->m_nTag) SStringTag{
+        DistanceTo(page, &name->m_nTag),
+        FlagsWithLength(STRING_NAME | (IsAscii(text, length) ? STRING_ASCII | STRING_UTF8 : 0),
+                        length)};
     std::memcpy(name->Characters(), text, length);
     name->Characters()[length] = '\0';
     bucket = name;
     ++m_nNames;
     return name->Characters();
 }
-
-void CNameTable::AddUse(const char* name) noexcept { ++NameOf(name)->m_nUses; }
 
 void CNameTable::Release(CTreeMemory& memory, const char* characters) noexcept {
     SName* name = NameOf(characters);

@@ -29,15 +29,27 @@ public:
     const char* Acquire(CTreeMemory& memory, const char* text, std::size_t length);
 
     // One more or one less use of a name of this table.
-    static void AddUse(const char* name) noexcept;
+    static void AddUse(const char* name) noexcept { ++NameOf(name)->m_nUses; }
     void Release(CTreeMemory& memory, const char* name) noexcept;
 
-    static std::size_t Length(const char* name) noexcept;
-    static std::uint32_t HashOf(const char* name) noexcept;
+    static std::size_t Length(const char* name) noexcept { return NameOf(name)->m_nLength; }
+    static std::uint32_t HashOf(const char* name) noexcept { return NameOf(name)->m_nHash; }
 
 private:
-    struct SName;
-    static SName* NameOf(const char* characters) noexcept;
+    struct SName {
+        SName* m_pNext;
+        std::uint32_t m_nHash;
+        std::uint32_t m_nUses;
+        std::uint32_t m_nLength;
+        std::uint32_t m_nTag;  // an SStringTag
+
+        char* Characters() noexcept { return reinterpret_cast<char*>(this + 1); }
+        std::size_t Bytes() const noexcept { return sizeof(SName) + m_nLength + 1; }
+    };
+    static SName* NameOf(const char* characters) noexcept {
+        const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(characters);
+        return reinterpret_cast<SName*>(address - sizeof(SName));
+    }
     SName* FindIn(std::uint32_t hash, const char* text, std::size_t length) const noexcept;
     void Grow(CTreeMemory& memory);
 

@@ -47,7 +47,7 @@ public:
     // memory and its use is taken over. Throw std::bad_alloc.
     static CXMLNode* NewElement(CTreeMemory& memory, const char* name, CXMLNode* parent);
     static CXMLTextNode* NewText(CTreeMemory& memory, const char* text, std::size_t length,
-                                 CXMLNode* parent);
+                                 bool isUtf8, CXMLNode* parent);
     static CXMLBinNode* NewBinary(CTreeMemory& memory, CXMLNode* parent);
 
     // Bodies for objects outside of blocks, each in a memory of its own that the object owns. Throw
@@ -88,10 +88,6 @@ private:
     template <typename Node, typename Body>
     static Node* NewBlock(CTreeMemory& memory, EObject object, CXMLNode* parent);
 };
-
-// The characters of a text node; NULL for none. New throws std::bad_alloc.
-char* NewTextCopy(CTreeMemory& memory, const char* text, std::size_t length);
-void FreeTextCopy(CTreeMemory& memory, char* text) noexcept;
 
 }  // namespace norvask
 

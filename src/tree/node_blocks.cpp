@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "tree/node_access.h"
+#include "tree/tree_string.h"
 
 namespace norvask {
 
@@ -30,14 +31,14 @@ CXMLNode* CNodeAccess::NewElement(CTreeMemory& memory, const char* name, CXMLNod
 }
 
 CXMLTextNode* CNodeAccess::NewText(CTreeMemory& memory, const char* text, std::size_t length,
-                                   CXMLNode* parent) {
-    char* copy = NewTextCopy(memory, text, length);
+                                   bool isUtf8, CXMLNode* parent) {
+    const char* copy = length == 0 ? EmptyString() : NewTreeString(memory, text, length, isUtf8);
     try {
         CXMLTextNode* node = NewBlock<CXMLTextNode, STextBody>(memory, EObject::TEXT, parent);
         TextOf(node)->m_pText = copy;
         return node;
     } catch (...) {
-        FreeTextCopy(memory, copy);
+        FreeTreeString(memory, copy);
         throw;
     }
 }
@@ -77,26 +78,14 @@ SNodeBody* CNodeAccess::NewDerivedElement(const char* name, CXMLNode* parent) {
 SNodeBody* CNodeAccess::NewDerivedLeaf(CXMLNode::NodeType kind, CXMLNode* parent) {
     CTreeMemory* memory = CTreeMemory::Create();
     try {
-        return NewDerivedBody<SDerivedLeafBody>(*memory, kind, parent);
+        SNodeBody* body = NewDerivedBody<SDerivedLeafBody>(*memory, kind, parent);
+        if (kind == CXMLNode::NODE_TEXT) {
+            static_cast<STextBody*>(body)->m_pText = EmptyString();
+        }
+        return body;
     } catch (...) {
         memory->ReleaseOwner();
         throw;
-    }
-}
-
-char* NewTextCopy(CTreeMemory& memory, const char* text, std::size_t length) {
-    if (length == 0) {
-        return nullptr;
-    }
-    char* copy = static_cast<char*>(memory.AllocatePlain(length + 1));
-    std::memcpy(copy, text, length);
-    copy[length] = '\0';
-    return copy;
-}
-
-void FreeTextCopy(CTreeMemory& memory, char* text) noexcept {
-    if (text != nullptr) {
-        memory.FreePlain(text, std::strlen(text) + 1);
     }
 }
 

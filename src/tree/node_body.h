@@ -70,7 +70,7 @@ struct SElementBody : SNodeBody {
 };
 
 struct STextBody : SNodeBody {
-    char* m_pText;  // NULL for an empty text
+    const char* m_pText;  // a tree string
 };
 
 struct SBinaryBody : SNodeBody {

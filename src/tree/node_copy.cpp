@@ -30,12 +30,12 @@ struct SCopyUnderWay {
     SCopyUnderWay& operator=(const SCopyUnderWay&) = delete;
     ~SCopyUnderWay() { s_pInnermost = outer; }
 
-    static bool Has(const CXMLNode* node) noexcept {
-        const SCopyUnderWay* under = s_pInnermost;
-        while (under != nullptr && under->copy != node) {
-            under = under->outer;
+    // Whether the node is one of the copies under way, from this one outwards.
+    static bool Has(const SCopyUnderWay* innermost, const CXMLNode* node) noexcept {
+        while (innermost != nullptr && innermost->copy != node) {
+            innermost = innermost->outer;
         }
-        return under != nullptr;
+        return innermost != nullptr;
     }
 
     const CXMLNode* copy;
@@ -90,7 +90,7 @@ void CopyPlainAttributes(SElementBody* copy, SElementBody* source, CNameMemo& na
         }
         const char* name = names.Acquire(CAttributeAccess::Name(*slots));
         try {
-            AppendAttribute(copy, name, value, std::strlen(value));
+            AppendAttribute(copy, name, value, LengthOf(value), HasFlag(value, STRING_UTF8));
         } catch (...) {
             memory.Names().Release(memory, name);
             throw;
@@ -107,7 +107,8 @@ struct SLevel {
 
 class CSubtreeCopy {
 public:
-    explicit CSubtreeCopy(CTreeMemory* memory) noexcept : m_Names(memory) {}
+    explicit CSubtreeCopy(CTreeMemory* memory) noexcept
+        : m_Names(memory), m_pUnderWay(SCopyUnderWay::s_pInnermost) {}
 
     // Copies the children of the source below the copy, and everything below them.
     void CopyBelow(CXMLNode* source, CXMLNode* copy);
@@ -118,6 +119,7 @@ private:
     void CopyOne(CXMLNode* source, CXMLNode* parent);
 
     CNameMemo m_Names;
+    const SCopyUnderWay* const m_pUnderWay;
     std::vector<SLevel> m_Levels;
 };
 
@@ -137,14 +139,19 @@ void CSubtreeCopy::CopyAttributes(CXMLNode* source, CXMLNode* copy) {
 void CSubtreeCopy::Descend(CXMLNode* source, CXMLNode* copy) {
     if (IsOwn(copy, EObject::ELEMENT)) {
         if (IsOwn(source, EObject::ELEMENT)) {
-            ReserveChildren(CNodeAccess::ElementOf(copy),
-                            ChildCount(CNodeAccess::ElementOf(source)));
+            const std::uint32_t count = ChildCount(CNodeAccess::ElementOf(source));
+            if (count == 0) {
+                return;
+            }
+            if (count >= FIRST_CHILD_CAPACITY) {
+                ReserveChildren(CNodeAccess::ElementOf(copy), count);
+            }
         }
         m_Levels.push_back({source, copy, 0});
         return;
     }
     for (std::uint32_t i = 0; CXMLNode* child = source->GetChildren()[i]; ++i) {
-        if (!SCopyUnderWay::Has(child)) {
+        if (!SCopyUnderWay::Has(m_pUnderWay, child)) {
             copy->CopyChild(child, nullptr);
         }
     }
@@ -167,7 +174,7 @@ void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
         }
         case EObject::TEXT: {
             const char* text = CNodeAccess::TextOf(source)->m_pText;
-            AddText(parent, text == nullptr ? "" : text, text == nullptr ? 0 : std::strlen(text));
+            AddText(parent, text, LengthOf(text), HasFlag(text, STRING_UTF8));
             break;
         }
         case EObject::BINARY: {
@@ -194,7 +201,7 @@ void CSubtreeCopy::CopyBelow(CXMLNode* source, CXMLNode* copy) {
             continue;
         }
         ++level.next;
-        if (!SCopyUnderWay::Has(child)) {
+        if (!SCopyUnderWay::Has(m_pUnderWay, child)) {
             CopyOne(child, level.copy);
         }
     }

@@ -44,8 +44,8 @@ CXMLTextNode* CXMLNode::CreateTextChild(const char* text) {
     if (text == nullptr) {
         text = "";
     }
-    CheckWritable(text);
-    return AddText(this, text, std::strlen(text));
+    const bool isUtf8 = CheckWritable(text);
+    return AddText(this, text, std::strlen(text), isUtf8);
 }
 
 CXMLBinNode* CXMLNode::CreateBinChild() {

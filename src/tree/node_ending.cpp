@@ -116,7 +116,7 @@ void CEnding::AddContent(SNodeBody* body) noexcept {
     } else if (!m_bReuse) {
         return;
     } else if (body->m_nKind == CXMLNode::NODE_TEXT) {
-        FreeTextCopy(MemoryOf(body), static_cast<STextBody*>(body)->m_pText);
+        FreeTreeString(MemoryOf(body), static_cast<STextBody*>(body)->m_pText);
     } else {
         const SBinaryBody* binary = static_cast<SBinaryBody*>(body);
         if (binary->m_pData != nullptr) {

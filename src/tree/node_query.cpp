@@ -81,16 +81,23 @@ void AddFound(CXMLNode* node, CXMLNode* found) {
         CNodeAccess::AddToQueryResult(node, found);
         return;
     }
-    SNodeExtras& extras = MadeResult(node);
-    if (IsFull(extras)) {
-        GrowResult(MemoryOf(CNodeAccess::BodyOf(node)), extras);
+    SNodeExtras* extras = ExtrasOrNull(node);
+    if (extras == nullptr || extras->m_pResult == nullptr) {
+        extras = &MadeResult(node);
     }
-    Put(extras, found);
+    if (IsFull(*extras)) {
+        GrowResult(MemoryOf(CNodeAccess::BodyOf(node)), *extras);
+    }
+    Put(*extras, found);
 }
 
-// A step of the path: the name, and where the rest begins; `rest` is NULL behind the last step.
+// A step of the path: the name, and the rest, which is NULL behind the last step.
+//
+// A name of the memory in which the children lie is the same pointer as theirs, so it is looked up once and the
+// names of the children are not looked into.
 struct SStep {
-    explicit SStep(const char* path) noexcept : name(path), rest(nullptr) {
+    explicit SStep(const char* path) noexcept
+        : name(path), length(0), rest(nullptr), memory(nullptr), known(nullptr) {
         const char* separator = std::strchr(path, '/');
         length =
             separator == nullptr ? std::strlen(path) : static_cast<std::size_t>(separator - path);
@@ -99,74 +106,98 @@ struct SStep {
         }
     }
 
+    void LookUpIn(CTreeMemory& children) noexcept {
+        if (memory != &children) {
+            memory = &children;
+            known = children.Names().Find(name, length);
+        }
+    }
+
     bool Names(CXMLNode* node) const {
-        const char* tag = NameOf(node);
-        return std::strncmp(tag, name, length) == 0 && tag[length] == '\0';
+        switch (CNodeAccess::ObjectOf(node)) {
+            case EObject::ELEMENT: {
+                const char* tag = CNodeAccess::ElementOf(node)->m_pName;
+                return tag == known || (memory->Happened(CTreeMemory::HOLDS_OTHERS) && Equals(tag));
+            }
+            case EObject::DERIVED:
+                return Equals(node->GetTagName());
+            default:
+                return length == 0;
+        }
     }
 
     const char* name;
     std::size_t length;
     const char* rest;
+    CTreeMemory* memory;
+    const char* known;
 
 private:
-    static const char* NameOf(CXMLNode* node) {
-        switch (CNodeAccess::ObjectOf(node)) {
-            case EObject::ELEMENT:
-                return CNodeAccess::ElementOf(node)->m_pName;
-            case EObject::DERIVED:
-                return node->GetTagName();
-            default:
-                return "";
-        }
+    bool Equals(const char* tag) const noexcept {
+        return std::strncmp(tag, name, length) == 0 && tag[length] == '\0';
     }
 };
 
-// An element that is being asked, how far, and for what.
+// An element that is being asked, and how far.
 struct SAsked {
-    SAsked(CXMLNode* asked, const char* path) noexcept : node(asked), next(0), step(path) {}
-
     CXMLNode* node;
     std::uint32_t next;
-    SStep step;
 };
 
+// The innermost element that is being asked is asked for the step of its depth.
 class CQuery {
 public:
-    CQuery(CXMLNode* top, const char* path) { m_Stack.emplace_back(top, path); }
+    CQuery(CXMLNode* top, const char* path);
     void Run();
 
 private:
-    void Look();
+    void Ask(CXMLNode* node);
+    void Look(SAsked& asked, CXMLNode* child);
     void HandUp();
+    SStep& Step() noexcept { return m_Steps[m_Stack.size() - 1]; }
 
     std::vector<SAsked> m_Stack;
+    std::vector<SStep> m_Steps;
 };
+
+CQuery::CQuery(CXMLNode* top, const char* path) {
+    m_Steps.emplace_back(path);
+    while (m_Steps.back().rest != nullptr) {
+        m_Steps.emplace_back(m_Steps.back().rest);
+    }
+    Ask(top);
+}
+
+void CQuery::Ask(CXMLNode* node) {
+    m_Stack.push_back({node, 0});
+    Step().LookUpIn(MemoryOf(CNodeAccess::BodyOf(node)));
+}
 
 void CQuery::Run() {
     while (!m_Stack.empty()) {
-        const SAsked& asked = m_Stack.back();
-        if (ChildSlots(CNodeAccess::ElementOf(asked.node))[asked.next] == nullptr) {
+        SAsked& asked = m_Stack.back();
+        CXMLNode* child = ChildSlots(CNodeAccess::ElementOf(asked.node))[asked.next];
+        if (child == nullptr) {
             HandUp();
         } else {
-            Look();
+            ++asked.next;
+            if (Step().Names(child)) {
+                Look(asked, child);
+            }
         }
     }
 }
 
-// Looks at the next child of the element that is being asked.
-void CQuery::Look() {
-    SAsked& asked = m_Stack.back();
-    CXMLNode* child = ChildSlots(CNodeAccess::ElementOf(asked.node))[asked.next++];
-    if (!asked.step.Names(child)) {
-        return;
-    }
-    if (asked.step.rest == nullptr) {
+// A child that the step names.
+void CQuery::Look(SAsked& asked, CXMLNode* child) {
+    const char* rest = Step().rest;
+    if (rest == nullptr) {
         AddFound(asked.node, child);
     } else if (CNodeAccess::ObjectOf(child) == EObject::ELEMENT) {
         EmptyResult(child);
-        m_Stack.emplace_back(child, asked.step.rest);
+        Ask(child);
     } else {
-        for (CXMLNode** found = child->GetNodes(asked.step.rest); *found != nullptr; ++found) {
+        for (CXMLNode** found = child->GetNodes(rest); *found != nullptr; ++found) {
             AddFound(asked.node, *found);
         }
     }

@@ -1,6 +1,7 @@
 #include "norvask/text_node.h"
 
 #include <cstring>
+#include <xercesc/util/XMLException.hpp>
 
 #include "foundation/errors.h"
 #include "foundation/parser_text.h"
@@ -8,6 +9,7 @@
 #include "norvask/convert.h"
 #include "norvask/sax_handler.h"
 #include "tree/node_access.h"
+#include "tree/tree_string.h"
 
 namespace norvask {
 
@@ -36,20 +38,23 @@ CXMLNode** CXMLTextNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullp
 void CXMLTextNode::SetText(const char* text) {
     STextBody* body = CNodeAccess::TextOf(this);
     CTreeMemory& memory = MemoryOf(body);
-    const char* given = text == nullptr ? "" : text;
-    char* copy = NewTextCopy(memory, given, std::strlen(given));
-    FreeTextCopy(memory, body->m_pText);
-    body->m_pText = nullptr;
-    if (copy == nullptr) {
+    const char* old = body->m_pText;
+    if (text == nullptr || *text == '\0') {
+        body->m_pText = EmptyString();
+        FreeTreeString(memory, old);
         return;
     }
+    bool isUtf8 = false;
     try {
-        CheckWritable(copy);
-    } catch (...) {
-        FreeTextCopy(memory, copy);
+        isUtf8 = CheckWritable(text);
+    } catch (const xercesc::XMLException&) {  // what cannot be written is not kept
+        body->m_pText = EmptyString();
+        FreeTreeString(memory, old);
         throw;
     }
-    body->m_pText = copy;
+    // The text may be a part of the old one, which goes last.
+    body->m_pText = NewTreeString(memory, text, std::strlen(text), isUtf8);
+    FreeTreeString(memory, old);
 }
 
 void CXMLTextNode::SetDateTimeText(int year, int month, int day, int hour, int minute, int second) {
@@ -77,10 +82,7 @@ void CXMLTextNode::SetBinaryText(const unsigned char* data, long length) {
     SetText(text.Get() == nullptr ? "" : text.Get());
 }
 
-const char* CXMLTextNode::GetText() {
-    const char* text = CNodeAccess::TextOf(this)->m_pText;
-    return text == nullptr ? "" : text;
-}
+const char* CXMLTextNode::GetText() { return CNodeAccess::TextOf(this)->m_pText; }
 
 bool CXMLTextNode::GetDateText(int& year, int& month, int& day) {
     return CXMLSaxHandler::GetDate(GetText(), year, month, day);

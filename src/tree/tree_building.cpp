@@ -56,10 +56,10 @@ CXMLNode* AddElement(CXMLNode* parent, const char* name, CXMLNode* before) {
     return child;
 }
 
-CXMLTextNode* AddText(CXMLNode* parent, const char* text, std::size_t length) {
+CXMLTextNode* AddText(CXMLNode* parent, const char* text, std::size_t length, bool isUtf8) {
     SElementBody* body = CNodeAccess::ElementOf(parent);
     ReserveOneChild(body);
-    CXMLTextNode* child = CNodeAccess::NewText(MemoryOf(body), text, length, parent);
+    CXMLTextNode* child = CNodeAccess::NewText(MemoryOf(body), text, length, isUtf8, parent);
     AppendReserved(body, child);
     return child;
 }

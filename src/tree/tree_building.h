@@ -15,9 +15,10 @@ const char* AcquireValidName(CTreeMemory& memory, const char* name);
 void RequireValidName(CTreeMemory& memory, const char* name);
 
 // Add a child to an element, and throw std::bad_alloc with the element unchanged. `name` is a name of the
-// element's memory of which the use is taken over, also when the call fails.
+// element's memory of which the use is taken over, also when the call fails; `isUtf8` tells whether the text is known to be
+// well-formed.
 CXMLNode* AddElement(CXMLNode* parent, const char* name, CXMLNode* before);
-CXMLTextNode* AddText(CXMLNode* parent, const char* text, std::size_t length);
+CXMLTextNode* AddText(CXMLNode* parent, const char* text, std::size_t length, bool isUtf8);
 CXMLBinNode* AddBinary(CXMLNode* parent);
 
 // A root in a memory of its own, of which the caller is the owner. Throws as AcquireValidName.

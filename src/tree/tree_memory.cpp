@@ -42,7 +42,7 @@ Block* CTreeMemory::Take(SFreeBlock*& list, std::size_t bytes) noexcept {
 
 SPage* NewPage(std::size_t bytes) {
     SPage* page = static_cast<SPage*>(::operator new(HEADER + bytes));
-    new (page) SPage{nullptr, nullptr, nullptr, bytes, {1}};
+    new (page) SPage{nullptr, nullptr, nullptr, bytes, false, {1}};
     return page;
 }
 
@@ -63,12 +63,14 @@ CTreeMemory* CTreeMemory::Create() {
 CTreeMemory::CTreeMemory(SPage* firstPage) noexcept
     : m_nOwners(1),
       m_nEvents(0),
-      m_pPages(firstPage),
+      m_pFirst(firstPage),
+      m_pLast(firstPage),
       m_pCurrent(firstPage),
-      m_pCursor(Content(firstPage) + RoundUp(sizeof(CTreeMemory))),
+      m_pCursor(Content(firstPage) + PlainSize(sizeof(CTreeMemory))),
       m_pEnd(Content(firstPage) + firstPage->m_nBytes),
       m_nNextPage(SECOND_PAGE),
-      m_pFreeLists(nullptr) {
+      m_ppFreeTagged(nullptr),
+      m_ppFreePlain(nullptr) {
     firstPage->m_pTree = this;
     PoisonMemory(m_pCursor, static_cast<std::size_t>(m_pEnd - m_pCursor));
 }
@@ -77,7 +79,9 @@ void CTreeMemory::ReleaseOwner() noexcept {
     if (--m_nOwners != 0) {
         return;
     }
-    SPage* page = m_pPages;
+    // The oldest page first: freed one behind the other, pages become one large block for the general
+    // allocator, which then gives it back to the system once.
+    SPage* page = m_pFirst;
     this->~CTreeMemory();
     while (page != nullptr) {
         SPage* next = page->m_pNext;
@@ -89,17 +93,16 @@ void CTreeMemory::ReleaseOwner() noexcept {
 SPage* CTreeMemory::AddPage(std::size_t bytes) {
     SPage* page = NewPage(bytes);
     page->m_pTree = this;
-    page->m_pNext = m_pPages;
-    if (m_pPages != nullptr) {
-        m_pPages->m_pPrevious = page;
-    }
-    m_pPages = page;
+    page->m_pPrevious = m_pLast;
+    m_pLast->m_pNext = page;
+    m_pLast = page;
     return page;
 }
 
 void* CTreeMemory::AllocateFromNewPage(std::size_t bytes, SPage*& page) {
-    if (bytes > LARGEST_SMALL_BLOCK) {
+    if (bytes > LARGEST_PLAIN) {
         page = AddPage(bytes);
+        page->m_bSingle = true;
         return Content(page);
     }
     m_pCurrent = AddPage(m_nNextPage - HEADER);
@@ -114,8 +117,8 @@ void* CTreeMemory::AllocateFromNewPage(std::size_t bytes, SPage*& page) {
 }
 
 void* CTreeMemory::AllocateTaggedSlowly(std::size_t bytes, SPage*& page) {
-    if (bytes <= LARGEST_SMALL_BLOCK && HasFreeTagged(bytes)) {
-        SFreeTagged* block = Take<SFreeTagged>(m_pFreeLists->m_Tagged[bytes / BLOCK_UNIT], bytes);
+    if (bytes <= LARGEST_TAGGED && HasFreeTagged(bytes)) {
+        SFreeTagged* block = Take<SFreeTagged>(m_ppFreeTagged[ClassOf(bytes)], bytes);
         page = block->m_pPage;
         return block;
     }
@@ -123,38 +126,37 @@ void* CTreeMemory::AllocateTaggedSlowly(std::size_t bytes, SPage*& page) {
 }
 
 void* CTreeMemory::AllocatePlainSlowly(std::size_t bytes) {
-    if (bytes <= LARGEST_SMALL_BLOCK && HasFreePlain(bytes)) {
-        return Take<SFreeBlock>(m_pFreeLists->m_Plain[bytes / BLOCK_UNIT], bytes);
+    if (bytes <= LARGEST_PLAIN && HasFreePlain(bytes)) {
+        return Take<SFreeBlock>(m_ppFreePlain[ClassOf(bytes)], bytes);
     }
     SPage* page = nullptr;
     return AllocateFromNewPage(bytes, page);
 }
 
-// The lists come with the first block that is freed: most trees are built, read and dropped. Without memory
-// for them, freed blocks lie idle until the tree ends.
-CTreeMemory::SFreeLists* CTreeMemory::FreeLists() noexcept {
-    if (m_pFreeLists == nullptr) {
+// Lists come with the first block that is freed: most trees are built, read and dropped. Without memory for
+// them, freed blocks lie idle until the tree ends.
+bool CTreeMemory::MakeFreeLists(SFreeBlock**& lists, std::size_t classes) noexcept {
+    if (lists == nullptr) {
         try {
-            m_pFreeLists = new (AllocatePlain(sizeof(SFreeLists))) SFreeLists();
+            lists = new (Content(AddPage(classes * sizeof(SFreeBlock*)))) SFreeBlock*[classes]();
         } catch (const std::bad_alloc&) {
-            return nullptr;
+            return false;
         }
     }
-    return m_pFreeLists;
+    return true;
 }
 
 void CTreeMemory::FreeTagged(void* block, std::size_t bytes, SPage* page) noexcept {
-    bytes = TaggedSize(bytes);
-    if (bytes > LARGEST_SMALL_BLOCK) {
-        (page->m_pPrevious == nullptr ? m_pPages : page->m_pPrevious->m_pNext) = page->m_pNext;
-        if (page->m_pNext != nullptr) {
-            page->m_pNext->m_pPrevious = page->m_pPrevious;
-        }
+    if (page->m_bSingle) {
+        // Never the first page, so there is one before.
+        page->m_pPrevious->m_pNext = page->m_pNext;
+        (page->m_pNext == nullptr ? m_pLast : page->m_pNext->m_pPrevious) = page->m_pPrevious;
         ReleasePage(page);
         return;
     }
-    if (SFreeLists* lists = FreeLists()) {
-        SFreeBlock*& list = lists->m_Tagged[bytes / BLOCK_UNIT];
+    bytes = TaggedSize(bytes);
+    if (MakeFreeLists(m_ppFreeTagged, TAGGED_CLASSES)) {
+        SFreeBlock*& list = m_ppFreeTagged[ClassOf(bytes)];
         SFreeTagged* freed = new (block) SFreeTagged;
         freed->m_pNext = list;
         freed->m_pPage = page;
@@ -164,13 +166,13 @@ void CTreeMemory::FreeTagged(void* block, std::size_t bytes, SPage* page) noexce
 }
 
 void CTreeMemory::FreePlain(void* block, std::size_t bytes) noexcept {
-    bytes = RoundUp(bytes);
-    if (bytes > LARGEST_SMALL_BLOCK) {
+    bytes = PlainSize(bytes);
+    if (bytes > LARGEST_PLAIN) {
         FreeTagged(block, bytes, reinterpret_cast<SPage*>(static_cast<char*>(block) - HEADER));
         return;
     }
-    if (SFreeLists* lists = FreeLists()) {
-        SFreeBlock*& list = lists->m_Plain[bytes / BLOCK_UNIT];
+    if (MakeFreeLists(m_ppFreePlain, PLAIN_CLASSES)) {
+        SFreeBlock*& list = m_ppFreePlain[ClassOf(bytes)];
         SFreeBlock* freed = new (block) SFreeBlock;
         freed->m_pNext = list;
         list = freed;

@@ -9,7 +9,8 @@
 //   tagged  := ... tag ...          nodes and strings; the tag tells the distance to the page's header
 //   plain   := ...                  arrays and attributes, of which nobody needs to find the page
 //
-// A block above LARGEST_SMALL_BLOCK has a page of its own. A string outside of any tree (an attribute that
+// Blocks above a limit have a page of their own: plain ones above LARGEST_PLAIN, tagged ones above LARGEST_TAGGED,
+// and tagged ones above LARGEST_PLAIN already when the current page has no room for them. A string outside of any tree (an attribute that
 // an application made) is a page without a tree.
 //
 // Pages are counted: the tree holds each of its pages, and every string that is shown outside of the tree
@@ -35,6 +36,7 @@ struct SPage {
     SPage* m_pPrevious;
     SPage* m_pNext;
     std::size_t m_nBytes;
+    bool m_bSingle;  // the page of one block
     std::atomic<std::uint32_t> m_nHolders;
 };
 
@@ -89,15 +91,15 @@ public:
     // A tagged block; `page` is where it lies. Throw std::bad_alloc.
     void* AllocateTagged(std::size_t bytes, SPage*& page) {
         bytes = TaggedSize(bytes);
-        if (FitsCursor(bytes) && !HasFreeTagged(bytes)) {
+        if (FitsCursor(bytes, LARGEST_TAGGED) && !HasFreeTagged(bytes)) {
             page = m_pCurrent;
             return TakeFromCursor(bytes);
         }
         return AllocateTaggedSlowly(bytes, page);
     }
     void* AllocatePlain(std::size_t bytes) {
-        bytes = RoundUp(bytes);
-        if (FitsCursor(bytes) && !HasFreePlain(bytes)) {
+        bytes = PlainSize(bytes);
+        if (FitsCursor(bytes, LARGEST_PLAIN) && !HasFreePlain(bytes)) {
             return TakeFromCursor(bytes);
         }
         return AllocatePlainSlowly(bytes);
@@ -122,15 +124,22 @@ public:
 
 private:
     static const std::size_t BLOCK_UNIT = 8;
+    static const std::size_t LARGER_UNIT = 128;
     static const std::size_t SMALLEST_TAGGED = 16;  // of SFreeTagged
-    static const std::size_t LARGEST_SMALL_BLOCK = 512;
+    static const std::size_t LARGEST_PLAIN = 512;
+    static const std::size_t LARGEST_TAGGED = 2048;
 
-    static std::size_t RoundUp(std::size_t bytes) noexcept {
-        return (bytes + BLOCK_UNIT - 1) / BLOCK_UNIT * BLOCK_UNIT;
+    static std::size_t RoundUp(std::size_t bytes, std::size_t unit) noexcept {
+        return (bytes + unit - 1) / unit * unit;
     }
+    static std::size_t PlainSize(std::size_t bytes) noexcept { return RoundUp(bytes, BLOCK_UNIT); }
     static std::size_t TaggedSize(std::size_t bytes) noexcept {
-        return bytes < SMALLEST_TAGGED ? SMALLEST_TAGGED : RoundUp(bytes);
+        if (bytes <= SMALLEST_TAGGED) {
+            return SMALLEST_TAGGED;
+        }
+        return RoundUp(bytes, bytes <= LARGEST_PLAIN ? BLOCK_UNIT : LARGER_UNIT);
     }
+
     // What a free block holds. Tagged blocks keep their page, so they have at least this size.
     struct SFreeBlock {
         SFreeBlock* m_pNext;
@@ -138,20 +147,21 @@ private:
     struct SFreeTagged : SFreeBlock {
         SPage* m_pPage;
     };
-    static const std::size_t SIZE_CLASSES = LARGEST_SMALL_BLOCK / BLOCK_UNIT + 1;
-    struct SFreeLists {
-        SFreeBlock* m_Tagged[SIZE_CLASSES];
-        SFreeBlock* m_Plain[SIZE_CLASSES];
-    };
+    static const std::size_t PLAIN_CLASSES = LARGEST_PLAIN / BLOCK_UNIT + 1;
+    static const std::size_t TAGGED_CLASSES =
+        PLAIN_CLASSES + (LARGEST_TAGGED - LARGEST_PLAIN) / LARGER_UNIT;
+    static std::size_t ClassOf(std::size_t bytes) noexcept {
+        return bytes <= LARGEST_PLAIN ? bytes / BLOCK_UNIT
+                                      : PLAIN_CLASSES - 1 + (bytes - LARGEST_PLAIN) / LARGER_UNIT;
+    }
     bool HasFreeTagged(std::size_t bytes) const noexcept {
-        return m_pFreeLists != nullptr && m_pFreeLists->m_Tagged[bytes / BLOCK_UNIT] != nullptr;
+        return m_ppFreeTagged != nullptr && m_ppFreeTagged[ClassOf(bytes)] != nullptr;
     }
     bool HasFreePlain(std::size_t bytes) const noexcept {
-        return m_pFreeLists != nullptr && m_pFreeLists->m_Plain[bytes / BLOCK_UNIT] != nullptr;
+        return m_ppFreePlain != nullptr && m_ppFreePlain[ClassOf(bytes)] != nullptr;
     }
-    bool FitsCursor(std::size_t bytes) const noexcept {
-        return bytes <= LARGEST_SMALL_BLOCK &&
-               bytes <= static_cast<std::size_t>(m_pEnd - m_pCursor);
+    bool FitsCursor(std::size_t bytes, std::size_t largest) const noexcept {
+        return bytes <= largest && bytes <= static_cast<std::size_t>(m_pEnd - m_pCursor);
     }
     template <typename Block>
     static Block* Take(SFreeBlock*& list, std::size_t bytes) noexcept;
@@ -168,16 +178,18 @@ private:
     ~CTreeMemory() = default;
     SPage* AddPage(std::size_t bytes);
     void* AllocateFromNewPage(std::size_t bytes, SPage*& page);
-    SFreeLists* FreeLists() noexcept;
+    bool MakeFreeLists(SFreeBlock**& lists, std::size_t classes) noexcept;
 
     std::uint32_t m_nOwners;
     std::uint32_t m_nEvents;
-    SPage* m_pPages;    // all pages
-    SPage* m_pCurrent;  // the one with the cursor
+    SPage* const m_pFirst;  // where this object lies
+    SPage* m_pLast;         // of the pages, in the order in which they came
+    SPage* m_pCurrent;      // the one with the cursor
     char* m_pCursor;
     char* m_pEnd;
     std::size_t m_nNextPage;
-    SFreeLists* m_pFreeLists;
+    SFreeBlock** m_ppFreeTagged;  // by class of size; NULL until a block has been freed
+    SFreeBlock** m_ppFreePlain;
     CNameTable m_Names;
 };
 

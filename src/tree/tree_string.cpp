@@ -12,10 +12,12 @@ struct SEmptyString {
 };
 
 // Never written: what is done to a constant string looks at its flag first.
-SEmptyString s_EmptyString = {{0, STRING_STATIC}, ""};
+SEmptyString s_EmptyString = {{0, STRING_STATIC | STRING_UTF8}, ""};
 
-const char* WriteString(void* block, SPage* page, const char* text, std::size_t length) noexcept {
-    SStringTag* tag = new (block) SStringTag{DistanceTo(page, block), 0};
+const char* WriteString(void* block, SPage* page, const char* text, std::size_t length,
+                        unsigned int flags) noexcept {
+    SStringTag* tag =
+        new (block) SStringTag{DistanceTo(page, block), FlagsWithLength(flags, length)};
     char* characters = reinterpret_cast<char*>(tag + 1);
     std::memcpy(characters, text, length);
     characters[length] = '\0';
@@ -26,16 +28,16 @@ const char* WriteString(void* block, SPage* page, const char* text, std::size_t 
 
 const char* EmptyString() noexcept { return s_EmptyString.m_Text; }
 
-const char* NewTreeString(CTreeMemory& memory, const char* text, std::size_t length) {
+const char* NewTreeString(CTreeMemory& memory, const char* text, std::size_t length, bool isUtf8) {
     SPage* page = nullptr;
     void* block = memory.AllocateTagged(sizeof(SStringTag) + length + 1, page);
-    return WriteString(block, page, text, length);
+    return WriteString(block, page, text, length, isUtf8 ? STRING_UTF8 : 0);
 }
 
 void FreeTreeString(CTreeMemory& memory, const char* text) noexcept {
     SStringTag& tag = TagOf(text);
     if ((tag.m_nFlags & (STRING_STATIC | STRING_SHOWN)) == 0) {
-        memory.FreeTagged(&tag, sizeof(SStringTag) + std::strlen(text) + 1, PageOf(text));
+        memory.FreeTagged(&tag, sizeof(SStringTag) + LengthOf(text) + 1, PageOf(text));
     }
 }
 
@@ -45,7 +47,7 @@ const char* NewHeldString(const char* text) {
     }
     const std::size_t length = std::strlen(text);
     SPage* page = NewPage(sizeof(SStringTag) + length + 1);
-    return WriteString(page + 1, page, text, length);
+    return WriteString(page + 1, page, text, length, 0);
 }
 
 void HoldString(const char* text) noexcept {

@@ -1,11 +1,93 @@
 #include "write/output.h"
 
+#include <cstdint>
+
 #include "foundation/parser_text.h"
 #include "foundation/string_converter.h"
 #include "foundation/text_rules.h"
 #include "foundation/utf8.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace norvask {
+namespace {
+
+bool IsPlain(char c) noexcept {
+    const unsigned char byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 || MarkupOf(byte) == EMarkup::PLAIN;
+}
+
+#if defined(__SSE2__)
+// The bytes of a register that may not be plain: markup, and everything below the blank.
+int SuspectBytes(__m128i bytes) noexcept {
+    const __m128i angle = _mm_or_si128(bytes, _mm_set1_epi8(2));       // < and > differ in this bit
+    const __m128i apostrophe = _mm_or_si128(bytes, _mm_set1_epi8(1));  // & and ' in this
+    const __m128i low = _mm_subs_epu8(bytes, _mm_set1_epi8(0x1F));  // 0 for what is below the blank
+    const __m128i suspects =
+        _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(angle, _mm_set1_epi8('>')),
+                                  _mm_cmpeq_epi8(apostrophe, _mm_set1_epi8('\''))),
+                     _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')),
+                                  _mm_cmpeq_epi8(low, _mm_setzero_si128())));
+    return _mm_movemask_epi8(suspects);
+}
+#endif
+
+// Copies the leading bytes that are written as they stand and answers how many. `out` has room for all.
+std::size_t CopyPlainSlowly(const char* text, std::size_t length, char* out) noexcept {
+    std::size_t i = 0;
+    for (; i != length && IsPlain(text[i]); ++i) {
+        out[i] = text[i];
+    }
+    return i;
+}
+
+#if defined(__SSE2__)
+// The same, a register at a time; what is left at the end is read together with what comes before it.
+std::size_t CopyPlain(const char* text, std::size_t length, char* out) noexcept {
+    if (length < 4) {
+        return CopyPlainSlowly(text, length, out);
+    }
+    if (length < 8) {
+        std::int32_t first = 0;
+        std::int32_t last = 0;
+        std::memcpy(&first, text, 4);
+        std::memcpy(&last, text + length - 4, 4);
+        const __m128i bytes = _mm_unpacklo_epi32(_mm_cvtsi32_si128(first), _mm_cvtsi32_si128(last));
+        if ((SuspectBytes(bytes) & 0xFF) != 0) {
+            return CopyPlainSlowly(text, length, out);
+        }
+        std::memcpy(out, &first, 4);
+        std::memcpy(out + length - 4, &last, 4);
+        return length;
+    }
+    std::size_t i = 0;
+    for (; i + 16 <= length; i += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i));
+        if (SuspectBytes(bytes) != 0) {
+            return i + CopyPlainSlowly(text + i, length - i, out + i);
+        }
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), bytes);
+    }
+    for (; i < length; i += 8) {
+        const std::size_t at = i + 8 <= length ? i : length - 8;
+        const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text + at));
+        if ((SuspectBytes(bytes) & 0xFF) != 0) {
+            return i + CopyPlainSlowly(text + i, length - i, out + i);
+        }
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + at), bytes);
+    }
+    return length;
+}
+#else
+std::size_t CopyPlain(const char* text, std::size_t length, char* out) noexcept {
+    return CopyPlainSlowly(text, length, out);
+}
+#endif
+
+}  // namespace
+
 void COutput::Flush() {
     if (m_pEnd != m_Buffer) {
         const std::streamsize length = m_pEnd - m_Buffer;
@@ -24,52 +106,51 @@ void COutput::BytesBeyondRoom(const char* bytes, std::size_t length) {
     m_pEnd += length;
 }
 
-void COutput::LiteralPadded(const char* token) {
+void COutput::LiteralSlowly(const char* token) {
+    if (!m_bPads) {
+        Bytes(token, std::strlen(token));
+        return;
+    }
     Flush();
     m_Out << token;
     Resume();
+}
+
+// An ASCII character that is not written as it stands.
+void COutput::EscapedCharacter(unsigned char ascii) {
+    const EMarkup markup = MarkupOf(ascii);
+    if (markup != EMarkup::DROPPED) {
+        Bytes(ReferenceFor(markup), REFERENCE_LENGTH);
+    }
+}
+
+void COutput::EscapedUtf8(const char* text, std::size_t length) {
+    while (length != 0) {
+        if (Room() == 0) {
+            Flush();
+        }
+        const std::size_t piece = length < Room() ? length : Room();
+        const std::size_t plain = CopyPlain(text, piece, m_pEnd);
+        m_pEnd += plain;
+        text += plain;
+        length -= plain;
+        if (plain != piece) {
+            EscapedCharacter(static_cast<unsigned char>(*text));
+            ++text;
+            --length;
+        }
+    }
 }
 
 void COutput::Escaped(const char* text) {
     if (text == nullptr) {
         return;
     }
-    const bool isUtf8 = LocalEncodingIsUtf8();
-    for (;;) {
-        if (Room() < REFERENCE_LENGTH) {
-            Flush();
-        }
-        // Plain characters, until something else comes or the room ends.
-        char* out = m_pEnd;
-        char* const limit = m_Buffer + SIZE;
-        unsigned char c = static_cast<unsigned char>(*text);
-        while (c < 0x80 && MarkupOf(c) == EMarkup::PLAIN && out != limit) {
-            *out++ = static_cast<char>(c);
-            c = static_cast<unsigned char>(*++text);
-        }
-        m_pEnd = out;
-        if (Room() < REFERENCE_LENGTH) {
-            continue;
-        }
-        if (c < 0x80) {
-            if (c == 0) {
-                return;
-            }
-            const EMarkup markup = MarkupOf(c);
-            if (markup != EMarkup::DROPPED) {
-                Bytes(ReferenceFor(markup), REFERENCE_LENGTH);
-            }
-            ++text;
-            continue;
-        }
-        const std::size_t length = isUtf8 ? Utf8SequenceLength(text) : 0;
-        if (length == 0) {
-            EscapedByParser(text);
-            return;
-        }
-        std::memcpy(m_pEnd, text, length);
-        m_pEnd += length;
-        text += length;
+    // The well-formed beginning, then whatever is left.
+    const char* end = LocalEncodingIsUtf8() ? EndOfUtf8(text) : text;
+    EscapedUtf8(text, static_cast<std::size_t>(end - text));
+    if (*end != '\0') {
+        EscapedByParser(end);
     }
 }
 
@@ -98,7 +179,9 @@ void COutput::Base64(const unsigned char* data, std::size_t length, bool cdata) 
 
 void COutput::NewLine(const char* indent, std::size_t tabs) {
     Literal("\r\n");
-    Escaped(indent);
+    if (*indent != '\0') {
+        Escaped(indent);
+    }
     while (tabs != 0) {
         if (Room() == 0) {
             Flush();

@@ -24,18 +24,34 @@ public:
     // A markup token.
     template <std::size_t N>
     void Literal(const char (&token)[N]) {
-        if (m_bPads) {
-            LiteralPadded(token);
+        if (m_bPads || Room() < N - 1) {
+            LiteralSlowly(token);
             return;
         }
-        Bytes(token, N - 1);
+        std::memcpy(m_pEnd, token, N - 1);
+        m_pEnd += N - 1;
     }
 
-    // A name, value or text, escaped; NULL writes nothing. Throws the parser's transcoding exception.
+    // A name, value or text, escaped; NULL writes nothing. Throw the parser's transcoding exception.
     void Escaped(const char* text);
+    // The same for text that is known to be well-formed UTF-8, of this length.
+    void EscapedUtf8(const char* text, std::size_t length);
 
     // A name that is known to need no escaping, of this length.
     void Plain(const char* name, std::size_t length) { Bytes(name, length); }
+
+    // A literal with such a name behind it.
+    template <std::size_t N>
+    void LiteralAndPlain(const char (&token)[N], const char* name, std::size_t length) {
+        if (m_bPads || Room() < N - 1 + length) {
+            LiteralSlowly(token);
+            Bytes(name, length);
+            return;
+        }
+        std::memcpy(m_pEnd, token, N - 1);
+        CopyShort(m_pEnd + N - 1, name, length);
+        m_pEnd += N - 1 + length;
+    }
 
     // Base64, unescaped; with the markers of a CDATA section around it or without.
     void Base64(const unsigned char* data, std::size_t length, bool cdata);
@@ -53,7 +69,7 @@ public:
     void Resume() { m_bPads = m_Out.width() != 0; }
 
 private:
-    static const std::size_t SIZE = 4096;
+    static const std::size_t SIZE = 8192;
 
     std::size_t Room() const noexcept { return static_cast<std::size_t>(m_Buffer + SIZE - m_pEnd); }
     void Bytes(const char* bytes, std::size_t length) {
@@ -64,9 +80,34 @@ private:
             BytesBeyondRoom(bytes, length);
         }
     }
+    // Names are short, too short for a call.
+    static void CopyShort(char* out, const char* bytes, std::size_t length) noexcept {
+        if (length > 16) {
+            std::memcpy(out, bytes, length);
+        } else if (length >= 8) {
+            CopyEnds<8>(out, bytes, length);
+        } else if (length >= 4) {
+            CopyEnds<4>(out, bytes, length);
+        } else {
+            for (std::size_t i = 0; i != length; ++i) {
+                out[i] = bytes[i];
+            }
+        }
+    }
+    // N to 2 * N bytes: the first N and the last N of them.
+    template <std::size_t N>
+    static void CopyEnds(char* out, const char* bytes, std::size_t length) noexcept {
+        char first[N];
+        char last[N];
+        std::memcpy(first, bytes, N);
+        std::memcpy(last, bytes + length - N, N);
+        std::memcpy(out, first, N);
+        std::memcpy(out + length - N, last, N);
+    }
     void BytesBeyondRoom(const char* bytes, std::size_t length);
-    void LiteralPadded(const char* token);
+    void LiteralSlowly(const char* token);
     void EscapedByParser(const char* text);
+    void EscapedCharacter(unsigned char ascii);
 
     std::ostream& m_Out;
     char* m_pEnd;

@@ -11,9 +11,16 @@
 namespace norvask {
 namespace {
 
-bool IsKnownPlainName(const char* name) noexcept {
-    const std::uint16_t PLAIN = STRING_NAME | STRING_VALID | STRING_ASCII;
+// Names of ASCII characters that are known to be names need neither a check nor escaping.
+bool IsPlainName(const char* name) noexcept {
+    const unsigned int PLAIN = STRING_NAME | STRING_VALID | STRING_ASCII;
     return (TagOf(name).m_nFlags & PLAIN) == PLAIN;
+}
+
+void RequireName(const char* name) {
+    if (!HasFlag(name, STRING_VALID) && !IsXmlName(name)) {
+        ThrowInvalidName(name);
+    }
 }
 
 // Calls the stream through the guard on the way out, and lets the first exception go on.
@@ -40,7 +47,7 @@ void CTreeWriter::Write(CXMLNode* top) {
     FlushedAlways(m_Output, [this, top] {
         switch (CNodeAccess::BodyOf(top)->m_nKind) {
             case CXMLNode::NODE_TEXT:
-                m_Output.Escaped(CNodeAccess::TextOf(top)->m_pText);
+                WriteText(CNodeAccess::TextOf(top)->m_pText);
                 break;
             case CXMLNode::NODE_BINARY: {
                 const SBinaryBody* body = CNodeAccess::BinaryOf(top);
@@ -95,7 +102,7 @@ void CTreeWriter::WriteChild(CXMLNode* child, SLevel& level) {
             WriteElement(child);
             break;
         case EObject::TEXT:
-            m_Output.Escaped(CNodeAccess::TextOf(child)->m_pText);
+            WriteText(CNodeAccess::TextOf(child)->m_pText);
             break;
         case EObject::BINARY: {
             const SBinaryBody* body = CNodeAccess::BinaryOf(child);
@@ -110,13 +117,18 @@ void CTreeWriter::WriteChild(CXMLNode* child, SLevel& level) {
 
 void CTreeWriter::WriteStartTag(CXMLNode* element) {
     const SElementBody* body = CNodeAccess::ElementOf(element);
-    if (!HasFlag(body->m_pName, STRING_VALID) && !IsXmlName(body->m_pName)) {
-        ThrowInvalidName(body->m_pName);
+    const char* name = body->m_pName;
+    if (IsPlainName(name)) {
+        m_Output.LiteralAndPlain("<", name, LengthOf(name));
+    } else {
+        RequireName(name);
+        m_Output.Literal("<");
+        m_Output.Escaped(name);
     }
-    m_Output.Literal("<");
-    WriteName(body->m_pName);
-    for (CXMLAttribut** slots = AttributeSlots(body); *slots != nullptr; ++slots) {
-        WriteAttribute(*slots);
+    if (body->m_pAttributes != nullptr) {
+        for (CXMLAttribut** slots = body->m_pAttributes->Slots(); *slots != nullptr; ++slots) {
+            WriteAttribute(*slots);
+        }
     }
 }
 
@@ -126,28 +138,36 @@ void CTreeWriter::WriteEndTag() {
     if (m_bFormat && !level.textSeen) {
         m_Output.NewLine(m_Indent.c_str(), m_Levels.size());
     }
-    m_Output.Literal("</");
-    WriteName(CNodeAccess::ElementOf(level.element)->m_pName);
+    const char* name = CNodeAccess::ElementOf(level.element)->m_pName;
+    if (IsPlainName(name)) {
+        m_Output.LiteralAndPlain("</", name, LengthOf(name));
+    } else {
+        m_Output.Literal("</");
+        m_Output.Escaped(name);
+    }
     m_Output.Literal(">");
 }
 
 void CTreeWriter::WriteAttribute(const CXMLAttribut* attribute) {
     const char* name = CAttributeAccess::Name(attribute);
-    if (!HasFlag(name, STRING_VALID) && !IsXmlName(name)) {
-        ThrowInvalidName(name);
+    if (IsPlainName(name)) {
+        m_Output.LiteralAndPlain(" ", name, LengthOf(name));
+    } else {
+        RequireName(name);
+        m_Output.Literal(" ");
+        m_Output.Escaped(name);
     }
-    m_Output.Literal(" ");
-    WriteName(name);
     m_Output.Literal("=\"");
-    m_Output.Escaped(CAttributeAccess::Value(attribute));
+    WriteText(CAttributeAccess::Value(attribute));
     m_Output.Literal("\"");
 }
 
-void CTreeWriter::WriteName(const char* name) {
-    if (IsKnownPlainName(name)) {
-        m_Output.Plain(name, CNameTable::Length(name));
+// A value or a text of the tree.
+void CTreeWriter::WriteText(const char* text) {
+    if (HasFlag(text, STRING_UTF8)) {
+        m_Output.EscapedUtf8(text, LengthOf(text));
     } else {
-        m_Output.Escaped(name);
+        m_Output.Escaped(text);
     }
 }
 

@@ -38,7 +38,7 @@ private:
     void WriteStartTag(CXMLNode* element);
     void WriteEndTag();
     void WriteAttribute(const CXMLAttribut* attribute);
-    void WriteName(const char* name);
+    void WriteText(const char* text);
     void WriteDerived(CXMLNode* node);
 
     COutput m_Output;

@@ -79,7 +79,7 @@ TEST_F(TreeMemory, LargeBlocksComeAndGoInAnyOrder) {
 TEST_F(TreeMemory, AStringKnowsItsPage) {
     for (const std::size_t length : {1U, 30U, 600U, 100000U}) {
         const std::string text(length, 'v');
-        const char* copy = NewTreeString(*m_pMemory, text.data(), text.size());
+        const char* copy = NewTreeString(*m_pMemory, text.data(), text.size(), true);
         EXPECT_EQ(std::string(copy), text);
         EXPECT_EQ(PageOf(copy)->m_pTree, m_pMemory);
         FreeTreeString(*m_pMemory, copy);
@@ -87,10 +87,10 @@ TEST_F(TreeMemory, AStringKnowsItsPage) {
 }
 
 TEST_F(TreeMemory, AShownStringIsNotUsedAgain) {
-    const char* text = NewTreeString(*m_pMemory, "value", 5);
+    const char* text = NewTreeString(*m_pMemory, "value", 5, true);
     HoldString(text);
     FreeTreeString(*m_pMemory, text);
-    const char* next = NewTreeString(*m_pMemory, "other", 5);
+    const char* next = NewTreeString(*m_pMemory, "other", 5, true);
     EXPECT_NE(next, text);
     EXPECT_STREQ(text, "value");
     ReleaseHeldString(text);
@@ -100,7 +100,7 @@ TEST(TreeString, OutlivesItsTree) {
     for (const std::size_t length : {5U, 100000U}) {
         CTreeMemory* memory = CTreeMemory::Create();
         const std::string text(length, 'v');
-        const char* held = NewTreeString(*memory, text.data(), text.size());
+        const char* held = NewTreeString(*memory, text.data(), text.size(), true);
         HoldString(held);
         HoldString(held);
         memory->ReleaseOwner();
