@@ -36,7 +36,8 @@ public:
     // no memory for it.
     CXMLDocument* CreateDocument(const char* dtdName, const char* dtdPath);
 
-    // Load a document from a file or from memory into a tree, which belongs to the caller.
+    // Load a document from a file or from memory into a tree, which belongs to the caller. NULL only when
+    // there is no memory for the document object itself.
     //
     // fileName: a path, or a URL as the parser understands it (file:, and http: or ftp: where the parser
     //   was built with network access). NULL throws (1, "invalid parameter").
@@ -94,6 +95,7 @@ private:
     friend class CDOMString;
     friend class CManagerAccess;
     CWideCharToString* GetWideCharToStringConverter();
+    bool HasOwnConverter() const;
 
     bool m_bInitialized;
     CWideCharToString* m_pConverter;

@@ -11,7 +11,7 @@
 // Threads: a tree belongs to one thread at a time. GetNodes counts as a change: it writes its result
 // into the tree. Trees of different documents are independent, but for the buffers of convert.h.
 // Depth: no operation recurses on the shape of the tree, so a million levels need no larger stack
-// than one does.
+// than one does. Only nodes of derived classes that stand in a tree are called one inside the other.
 //
 // Strings handed in are copied; they may point into the node itself, into the nodes that the call
 // releases, or anywhere else. Names must be XML 1.0 names (a colon is a name character like any other);
@@ -22,7 +22,7 @@
 // said otherwise.
 //
 // Arrays handed out (GetChildren, GetAttributes, GetNodes) are never NULL, end with a NULL entry and
-// belong to the node. Do not delete what they hold.
+// belong to the node. Do not delete what they hold, and do not write to an empty one.
 //
 // Deriving: constructors and destructor are protected, so an object of a derived class is made and
 // owned by whoever derives; it works as the top of a tree of its own. The virtual order is part of the

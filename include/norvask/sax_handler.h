@@ -16,7 +16,7 @@ namespace norvask {
 class NORVASK_API CXMLSaxHandler {
 public:
     // Common to all but GetData: NULL or an empty text answers false and leaves the outputs alone.
-    // Numbers are decimal; blanks in front of one and a sign are skipped; one that does not fit its
+    // Numbers are decimal; blanks in front of one and a sign are skipped; an integer that does not fit its
     // type becomes the nearest value that does. There is no range check and no check of what
     // follows the last field, so "2024-05-17T10:00:00" reads as a date and "99:99:99" as a time.
 

@@ -56,7 +56,7 @@ public:
     virtual void SetLongText(long value);
     virtual void SetBoolText(bool value, bool numeric);
 
-    // Stores `length` bytes as Base64, in lines of 76 characters, through SetText. NULL data or a length
+    // Stores `length` bytes as Base64, in lines of 60 characters, through SetText. NULL data or a length
     // below 1 gives an empty text.
     virtual void SetBinaryText(const unsigned char* data, long length);
 

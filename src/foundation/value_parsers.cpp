@@ -189,8 +189,9 @@ bool CXMLSaxHandler::GetBool(const char* text, bool& value) {
 }
 
 bool CXMLSaxHandler::GetData(const char* text, unsigned char*& data, std::size_t& length) {
-    // Has no state, so it can serve after everything else has ended.
-    static CBlockMemory s_BlockMemory;
+    // Never destroyed, so that it can serve whatever ends at process exit.
+    alignas(CBlockMemory) static unsigned char s_Storage[sizeof(CBlockMemory)];
+    static CBlockMemory* const s_pBlockMemory = new (s_Storage) CBlockMemory;
 
     // The text may lie in the block of the call before, which goes when it has been read. Bytes beyond ASCII
     // are no Base64, and the parser's decoder looks bytes up in a table that does not reach the last of them.
@@ -198,7 +199,7 @@ bool CXMLSaxHandler::GetData(const char* text, unsigned char*& data, std::size_t
     XMLByte* block = nullptr;
     if (!IsNothing(text) && IsAscii(text)) {
         block = xercesc::Base64::decode(reinterpret_cast<const XMLByte*>(text), &decoded,
-                                        &s_BlockMemory);
+                                        s_pBlockMemory);
     }
     ::operator delete(m_pBinBlock);
     if (block != nullptr && decoded == 0) {

@@ -117,7 +117,7 @@ CXMLDocument* CXMLManager::LoadDocument(const char* fileName, bool validate, boo
         ThrowInvalidParameter();
     }
     CFileSource source(fileName);
-    return LoadTree(source, keepPrefixes, m_pConverter == &m_Converter,
+    return LoadTree(source, keepPrefixes, sm_TheInstance.HasOwnConverter(),
                     {validate, doSchema, schemaLocation, schemaHasNamespace, false});
 }
 
@@ -131,7 +131,7 @@ CXMLDocument* CXMLManager::LoadDocument(unsigned char* buffer, unsigned int leng
         ThrowInvalidParameter();
     }
     CMemorySource source(buffer, length);
-    return LoadTree(source, keepPrefixes, m_pConverter == &m_Converter,
+    return LoadTree(source, keepPrefixes, sm_TheInstance.HasOwnConverter(),
                     {validate, doSchema, schemaLocation, schemaHasNamespace, false});
 }
 

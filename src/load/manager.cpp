@@ -53,6 +53,8 @@ void CXMLManager::SetWideCharToStringConverter(CWideCharToString* converter) {
 
 CWideCharToString* CXMLManager::GetWideCharToStringConverter() { return m_pConverter; }
 
+bool CXMLManager::HasOwnConverter() const { return m_pConverter == &m_Converter; }
+
 CXMLDocument* CXMLManager::CreateDocument(const char* dtdName, const char* dtdPath) {
     if (!m_bInitialized) {
         ThrowParserNotInitialised();

@@ -74,7 +74,11 @@ void CMySAXHandler::startDocument() {
         m_pDocument = nullptr;
     }
     m_pCurrent = nullptr;
-    m_pDocument = CDocumentAccess::New(nullptr, nullptr);
+    // Without memory for the document its content is ignored, and the load answers NULL like CreateDocument.
+    try {
+        m_pDocument = CDocumentAccess::New(nullptr, nullptr);
+    } catch (const std::bad_alloc&) {
+    }
 }
 
 // No flush: what stands behind the root belongs to no element.

@@ -25,13 +25,19 @@ const char* CXMLBinNode::GetTextChildValue() { ThrowNotSupportedByLeaf(); }
 void CXMLBinNode::SetTextChildValue(const char*) { ThrowNotSupportedByLeaf(); }
 CXMLNode** CXMLBinNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullptr); }
 
-// The copy is made first, since the bytes may lie in the block that goes.
+// The copy is made first, since the bytes may lie in the block that goes; whatever fails, the block goes.
 void CXMLBinNode::SetData(const unsigned char* data, std::size_t length) {
     CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(this));
     const bool nothing = data == nullptr || length == 0;
     unsigned char* copy = nullptr;
     try {
         copy = nothing ? nullptr : NewDataCopy(memory, data, length);
+    } catch (...) {
+        DeleteData();
+        CXMLBinNode::DeleteData();
+        throw;
+    }
+    try {
         DeleteData();
     } catch (...) {
         if (copy != nullptr) {

@@ -1,7 +1,9 @@
 #include "tree/name_table.h"
 
 #include <cstring>
+#include <exception>
 #include <new>
+#include <random>
 
 #include "tree/tree_memory.h"
 #include "tree/tree_string.h"
@@ -11,11 +13,37 @@ namespace {
 
 const std::uint32_t FIRST_BUCKETS = 16;
 
-// Differs from process to process where the system loads libraries at random addresses, so that nobody can
-// prepare a document whose names all fall into one bucket.
+// Drawn once for the process, so that nobody can prepare a document whose names all fall into one bucket.
+std::uint64_t MakeSeed() noexcept {
+    try {
+        std::random_device random;
+        return (static_cast<std::uint64_t>(random()) << 32) ^ random();
+    } catch (const std::exception&) {
+        // Without a source of randomness, wherever the system has put us must do.
+        static const char s_Anywhere = 0;
+        return reinterpret_cast<std::uintptr_t>(&s_Anywhere);
+    }
+}
+
 std::uint64_t Seed() noexcept {
-    static const char s_Anywhere = 0;
-    return reinterpret_cast<std::uintptr_t>(&s_Anywhere);
+    static const std::uint64_t s_Seed = MakeSeed();
+    return s_Seed;
+}
+
+// The upper and the lower half of the product, folded into one: every bit of the result depends on all of both.
+std::uint64_t Fold(std::uint64_t a, std::uint64_t b) noexcept {
+#if defined(__SIZEOF_INT128__)
+    __extension__ using Product = unsigned __int128;
+    const Product product = static_cast<Product>(a) * b;
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+#else
+    const std::uint64_t LOW = 0xFFFFFFFFU;
+    const std::uint64_t low = (a & LOW) * (b & LOW);
+    const std::uint64_t middle = (a >> 32) * (b & LOW) + (low >> 32);
+    const std::uint64_t other = (a & LOW) * (b >> 32) + (middle & LOW);
+    const std::uint64_t high = (a >> 32) * (b >> 32) + (middle >> 32) + (other >> 32);
+    return high ^ ((other << 32) | (low & LOW));
+#endif
 }
 
 bool IsAscii(const char* text, std::size_t length) noexcept {
@@ -29,14 +57,15 @@ bool IsAscii(const char* text, std::size_t length) noexcept {
 
 }  // namespace
 
+// The multiplier is a secret of the process: with a known one, names could be made to collide.
 std::uint32_t CNameTable::Hash(const char* text, std::size_t length) noexcept {
-    const std::uint64_t MULTIPLIER = 0x9E3779B97F4A7C15U;
-    std::uint64_t hash = Seed() ^ length;
+    const std::uint64_t seed = Seed();
+    const std::uint64_t multiplier = (seed * 0x9E3779B97F4A7C15U) | 0x8000000000000001U;
+    std::uint64_t hash = seed ^ length;
     while (length >= sizeof(std::uint64_t)) {
         std::uint64_t chunk = 0;
         std::memcpy(&chunk, text, sizeof(chunk));
-        hash = (hash ^ chunk) * MULTIPLIER;
-        hash ^= hash >> 29;
+        hash = Fold(hash ^ chunk, multiplier) + chunk;
         text += sizeof(chunk);
         length -= sizeof(chunk);
     }
@@ -44,8 +73,8 @@ std::uint32_t CNameTable::Hash(const char* text, std::size_t length) noexcept {
     for (std::size_t i = 0; i < length; ++i) {
         rest = (rest << 8) | static_cast<unsigned char>(text[i]);
     }
-    hash = (hash ^ rest) * MULTIPLIER;
-    return static_cast<std::uint32_t>(hash >> 32);
+    hash = Fold(hash ^ rest, multiplier);
+    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
 CNameTable::SName* CNameTable::FindIn(std::uint32_t hash, const char* text,
@@ -121,8 +150,8 @@ const char* CNameTable::Acquire(CTreeMemory& memory, const char* text, std::size
 
 void CNameTable::Release(CTreeMemory& memory, const char* characters) noexcept {
     SName* name = NameOf(characters);
-    // A name that is shown outside of the tree stays, and serves again when it is asked for.
-    if (--name->m_nUses != 0 || HasFlag(characters, STRING_SHOWN)) {
+    // A name that is held outside of the tree stays, and serves again when it is asked for.
+    if (--name->m_nUses != 0 || !IsReusable(characters)) {
         return;
     }
     SName** link = &m_ppBuckets[name->m_nHash & (m_nBuckets - 1)];

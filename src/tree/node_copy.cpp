@@ -4,7 +4,9 @@
 // directly; wherever one of them is of a derived class, its virtual operations are called.
 #include "tree/node_copy.h"
 
+#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "foundation/errors.h"
@@ -45,13 +47,17 @@ struct SCopyUnderWay {
 thread_local const SCopyUnderWay* SCopyUnderWay::s_pInnermost = nullptr;
 
 // Names of the source's memory and the same names of the copy's, so that a repeated name is looked up once.
+// Holds no use of either, so it must forget them whenever somebody else's code may have released a name.
 class CNameMemo {
 public:
-    explicit CNameMemo(CTreeMemory* memory) noexcept : m_pMemory(memory), m_Entries() {}
+    explicit CNameMemo(CTreeMemory* memory) noexcept : m_pMemory(memory) {}
 
     // The name in the copy's memory, with one more use. `name` is a valid name of the source's memory.
     const char* Acquire(const char* name) {
-        SEntry& entry = m_Entries[(reinterpret_cast<std::uintptr_t>(name) >> 4) % ENTRIES];
+        if (m_pEntries == nullptr) {
+            m_pEntries.reset(new SEntry[ENTRIES]());
+        }
+        SEntry& entry = m_pEntries[(reinterpret_cast<std::uintptr_t>(name) >> 4) % ENTRIES];
         if (entry.source == name) {
             CNameTable::AddUse(entry.copy);
         } else {
@@ -61,6 +67,12 @@ public:
         return entry.copy;
     }
 
+    void Forget() noexcept {
+        if (m_pEntries != nullptr) {
+            std::fill_n(m_pEntries.get(), ENTRIES, SEntry());
+        }
+    }
+
 private:
     static const std::size_t ENTRIES = 64;
     struct SEntry {
@@ -68,7 +80,7 @@ private:
         const char* copy;
     };
     CTreeMemory* m_pMemory;
-    SEntry m_Entries[ENTRIES];
+    std::unique_ptr<SEntry[]> m_pEntries;  // not on the stack, where copies of derived objects nest
 };
 
 // Whether an element's attributes can be copied without looking for equal names.
@@ -126,14 +138,17 @@ private:
 void CSubtreeCopy::CopyAttributes(CXMLNode* source, CXMLNode* copy) {
     if (IsOwn(source, EObject::ELEMENT) && IsOwn(copy, EObject::ELEMENT)) {
         SElementBody* from = CNodeAccess::ElementOf(source);
-        if (HasPlainAttributes(from)) {
-            CopyPlainAttributes(CNodeAccess::ElementOf(copy), from, m_Names);
+        SElementBody* to = CNodeAccess::ElementOf(copy);
+        // An override may have given the copy attributes already.
+        if (HasPlainAttributes(from) && AttributeCount(to) == 0) {
+            CopyPlainAttributes(to, from, m_Names);
             return;
         }
     }
     for (CXMLAttribut** slots = source->GetAttributes(); *slots != nullptr; ++slots) {
         copy->SetAttribute((*slots)->GetName(), (*slots)->GetValue());
     }
+    m_Names.Forget();
 }
 
 void CSubtreeCopy::Descend(CXMLNode* source, CXMLNode* copy) {
@@ -155,6 +170,7 @@ void CSubtreeCopy::Descend(CXMLNode* source, CXMLNode* copy) {
             copy->CopyChild(child, nullptr);
         }
     }
+    m_Names.Forget();
 }
 
 // Copies one node, and prepares for what is below it. The parent is an element of the library.
@@ -184,6 +200,7 @@ void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
         }
         default:
             parent->CopyChild(source, nullptr);
+            m_Names.Forget();
             break;
     }
 }
@@ -219,16 +236,21 @@ CXMLNode* CXMLNode::CopyChild(CXMLNode* source, CXMLNode* before) {
     if (source == nullptr) {
         ThrowInvalidParameter();
     }
-    if (CXMLTextNode* text = dynamic_cast<CXMLTextNode*>(source)) {
-        return CreateTextChild(text->GetText());
-    }
-    if (CXMLBinNode* binary = dynamic_cast<CXMLBinNode*>(source)) {
-        CXMLBinNode* copy = CreateBinChild();
-        const unsigned char* data = nullptr;
-        std::size_t length = 0;
-        binary->GetData(data, length);
-        copy->SetData(data, length);
-        return copy;
+    // The kind of a body is that of its object's class, and unlike its run-time type it is also there when the
+    // class was compiled without type information.
+    switch (CNodeAccess::BodyOf(source)->m_nKind) {
+        case NODE_TEXT:
+            return CreateTextChild(static_cast<CXMLTextNode*>(source)->GetText());
+        case NODE_BINARY: {
+            CXMLBinNode* copy = CreateBinChild();
+            const unsigned char* data = nullptr;
+            std::size_t length = 0;
+            static_cast<CXMLBinNode*>(source)->GetData(data, length);
+            copy->SetData(data, length);
+            return copy;
+        }
+        default:
+            break;
     }
     CXMLNode* copy = CreateChild(source->GetTagName(), before);
     if (copy != nullptr) {  // an override may have made nothing

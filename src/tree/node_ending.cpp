@@ -3,30 +3,13 @@
 #include "tree/attribute_access.h"
 #include "tree/attribute_array.h"
 #include "tree/child_array.h"
+#include "tree/tree_string.h"
 
 namespace norvask {
 namespace {
 
 // What may have happened to a tree that its memory cannot simply be dropped.
 const unsigned int NEEDS_WALK = CTreeMemory::CHILDREN_SHOWN | CTreeMemory::HOLDS_OTHERS;
-
-// A walk over what is to end. Nodes that wait are linked through the parent pointers of their bodies, which
-// nobody needs any more, so a walk takes no memory, whatever the depth.
-class CEnding {
-public:
-    explicit CEnding(bool reuse) noexcept : m_pWaiting(nullptr), m_bReuse(reuse) {}
-
-    void Add(CXMLNode* node) noexcept;
-    void AddContent(SNodeBody* body) noexcept;
-    void Run() noexcept;
-
-private:
-    void AddElementContent(SElementBody* body) noexcept;
-    static void EndSharing(CXMLNode* node) noexcept;
-
-    CXMLNode* m_pWaiting;
-    const bool m_bReuse;
-};
 
 void FreeBlock(CXMLNode* node, const SNodeBody* own) noexcept {
     MemoryOf(own).FreeTagged(node, CNodeAccess::BlockSize(own->m_nKind), PageOf(own));
@@ -61,78 +44,119 @@ void FreeBody(SNodeBody* body) noexcept {
     }
 }
 
-void CEnding::Add(CXMLNode* node) noexcept {
-    if (CNodeAccess::ObjectOf(node) == EObject::DERIVED) {
-        CNodeAccess::Destroy(node);
-        return;
-    }
-    SNodeBody* own = CNodeAccess::OwnBodyOf(node);
-    if (CNodeAccess::BodyOf(node) != own || own->m_nOwners != 1) {
-        EndSharing(node);
-        return;
-    }
-    own->m_pParent = m_pWaiting;
-    m_pWaiting = node;
-}
-
-// A node that shows the body of another, or of which another shows the body.
-void CEnding::EndSharing(CXMLNode* node) noexcept {
-    SNodeBody* own = CNodeAccess::OwnBodyOf(node);
-    SNodeBody* shown = CNodeAccess::BodyOf(node);
+// The block of an object that ends while it shows the body of another object.
+void LeaveOwnBlock(CXMLNode* node, SNodeBody* own) noexcept {
     SetFlag(own, BODY_OBJECT_GONE);
-    if (shown == own) {
-        LeaveBody(shown, node, true);
-        return;
-    }
-    CTreeMemory& memory = MemoryOf(shown);
-    LeaveBody(shown, node, true);
-    if (&memory != &MemoryOf(own)) {
-        memory.ReleaseOwner();
-    }
     if (own->m_nOwners == 0) {
         FreeBlock(node, own);
     }
 }
 
-void CEnding::AddElementContent(SElementBody* body) noexcept {
-    for (CXMLNode** slots = ChildSlots(body); *slots != nullptr; ++slots) {
-        Add(*slots);
+// An object stops showing a body that lies in another memory than its own.
+void LeaveMemory(CTreeMemory& shown, const SNodeBody* own) noexcept {
+    if (&shown != &MemoryOf(own)) {
+        shown.ReleaseOwner();
     }
+}
+
+// Ends a node that a walk cannot step into: an object of a derived class, or one whose body others show too.
+// Answers false for a node that it can.
+bool EndAtOnce(CXMLNode* node) noexcept {
+    if (CNodeAccess::ObjectOf(node) == EObject::DERIVED) {
+        CNodeAccess::Destroy(node);
+        return true;
+    }
+    SNodeBody* shown = CNodeAccess::BodyOf(node);
+    if (shown->m_nOwners == 1) {
+        return false;
+    }
+    SNodeBody* own = CNodeAccess::OwnBodyOf(node);
+    shown->m_pParent = nullptr;  // the parent may be ending too, and the copies go on
+    LeaveBody(shown, node, true);
+    LeaveMemory(MemoryOf(shown), own);
+    LeaveOwnBlock(node, own);
+    return true;
+}
+
+// What a body holds besides its children.
+void EndContent(SNodeBody* body, bool reuse) noexcept {
     CTreeMemory& memory = MemoryOf(body);
-    if (m_bReuse) {
-        FreeAttributes(body);
-        FreeChildArray(body);
-        memory.Names().Release(memory, body->m_pName);
-    } else if (memory.Happened(CTreeMemory::HOLDS_OTHERS)) {
-        for (CXMLAttribut** slots = AttributeSlots(body); *slots != nullptr; ++slots) {
-            CAttributeAccess::ReleaseHeld(*slots);
+    switch (body->m_nKind) {
+        case CXMLNode::NODE_ELEMENT: {
+            SElementBody* element = static_cast<SElementBody*>(body);
+            if (reuse) {
+                FreeAttributes(element);
+                FreeChildArray(element);
+                memory.Names().Release(memory, element->m_pName);
+            } else if (memory.Happened(CTreeMemory::HOLDS_OTHERS)) {
+                for (CXMLAttribut** slots = AttributeSlots(element); *slots != nullptr; ++slots) {
+                    CAttributeAccess::ReleaseHeld(*slots);
+                }
+            }
+            break;
+        }
+        case CXMLNode::NODE_TEXT:
+            if (reuse) {
+                FreeTreeString(memory, static_cast<STextBody*>(body)->m_pText);
+            }
+            break;
+        default: {
+            const SBinaryBody* binary = static_cast<SBinaryBody*>(body);
+            if (reuse && binary->m_pData != nullptr) {
+                memory.FreePlain(binary->m_pData, binary->m_nLength);
+            }
+            break;
         }
     }
 }
 
-void CEnding::AddContent(SNodeBody* body) noexcept {
-    if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
-        AddElementContent(static_cast<SElementBody*>(body));
-    } else if (!m_bReuse) {
+// The end of a node of which the children have ended.
+void EndStepped(CXMLNode* node, bool reuse) noexcept {
+    SNodeBody* shown = CNodeAccess::BodyOf(node);
+    SNodeBody* own = CNodeAccess::OwnBodyOf(node);
+    shown->m_nOwners = 0;
+    EndContent(shown, reuse);
+    if (shown != own) {
+        CTreeMemory& memory = MemoryOf(shown);
+        FreeBody(shown);
+        LeaveMemory(memory, own);
+        LeaveOwnBlock(node, own);
+    } else if (reuse) {
+        FreeBlock(node, own);
+    }
+}
+
+// Children end in array order, each with what is below it, before their parent. The walk goes down and up
+// through the parent pointers and counts in m_nOwners, which is 1 and of no more use, the children that it has
+// ended; so it takes no memory, whatever the depth.
+void EndWalk(CXMLNode* top, bool reuse) noexcept {
+    if (EndAtOnce(top)) {
         return;
-    } else if (body->m_nKind == CXMLNode::NODE_TEXT) {
-        FreeTreeString(MemoryOf(body), static_cast<STextBody*>(body)->m_pText);
-    } else {
-        const SBinaryBody* binary = static_cast<SBinaryBody*>(body);
-        if (binary->m_pData != nullptr) {
-            MemoryOf(body).FreePlain(binary->m_pData, binary->m_nLength);
-        }
     }
-}
-
-void CEnding::Run() noexcept {
-    while (m_pWaiting != nullptr) {
-        CXMLNode* node = m_pWaiting;
-        SNodeBody* own = CNodeAccess::OwnBodyOf(node);
-        m_pWaiting = own->m_pParent;
-        AddContent(own);
-        if (m_bReuse) {
-            FreeBlock(node, own);
+    CXMLNode* node = top;
+    SNodeBody* body = CNodeAccess::BodyOf(node);
+    body->m_nOwners = 0;
+    for (;;) {
+        CXMLNode* child = nullptr;
+        if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
+            child = ChildSlots(static_cast<SElementBody*>(body))[body->m_nOwners];
+        }
+        if (child == nullptr) {
+            CXMLNode* above = node == top ? nullptr : body->m_pParent;
+            EndStepped(node, reuse);
+            if (above == nullptr) {
+                return;
+            }
+            node = above;
+            body = CNodeAccess::BodyOf(node);
+            continue;
+        }
+        ++body->m_nOwners;
+        if (!EndAtOnce(child)) {
+            body = CNodeAccess::BodyOf(child);
+            body->m_pParent = node;
+            body->m_nOwners = 0;
+            node = child;
         }
     }
 }
@@ -144,25 +168,23 @@ void LeaveBody(SNodeBody* body, const CXMLNode* object, bool reuse) noexcept {
         Orphan(body, object);
         return;
     }
-    CEnding ending(reuse);
-    ending.AddContent(body);
-    ending.Run();
+    if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
+        for (CXMLNode** slots = ChildSlots(static_cast<SElementBody*>(body)); *slots != nullptr;
+             ++slots) {
+            EndWalk(*slots, reuse);
+        }
+    }
+    EndContent(body, reuse);
     FreeBody(body);
 }
 
-void EndNode(CXMLNode* node) noexcept {
-    CEnding ending(true);
-    ending.Add(node);
-    ending.Run();
-}
+void EndNode(CXMLNode* node) noexcept { EndWalk(node, true); }
 
 void EndRoot(CXMLNode* root) noexcept {
     CTreeMemory& memory = MemoryOf(CNodeAccess::OwnBodyOf(root));
     const bool last = memory.HasOneOwner();
     if (!last || memory.Happened(NEEDS_WALK)) {
-        CEnding ending(!last);
-        ending.Add(root);
-        ending.Run();
+        EndWalk(root, !last);
     }
     memory.ReleaseOwner();
 }

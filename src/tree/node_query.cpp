@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/errors.h"
 #include "norvask/node.h"
 #include "tree/attribute_array.h"
 #include "tree/child_array.h"
@@ -35,6 +36,10 @@ SNodeExtras& MadeExtras(CXMLNode* node) {
     SNodeBody* body = CNodeAccess::BodyOf(node);
     if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
         return ExtrasOf(static_cast<SElementBody*>(body));
+    }
+    // A copy of a leaf in a block shows a body that has no room for a result.
+    if (HasFlag(body, BODY_IN_BLOCK)) {
+        ThrowNotSupportedByLeaf();
     }
     SNodeExtras*& extras = reinterpret_cast<SDerivedLeafBody*>(body)->m_pExtras;
     if (extras == nullptr) {

@@ -1,6 +1,8 @@
 #include "tree/tree_building.h"
 
+#include <cstdint>
 #include <cstring>
+#include <new>
 
 #include "foundation/errors.h"
 #include "foundation/text_rules.h"
@@ -83,6 +85,10 @@ CXMLNode* NewRoot(const char* name) {
 }
 
 unsigned char* NewDataCopy(CTreeMemory& memory, const unsigned char* data, std::size_t length) {
+    // Beyond this the sizes below would wrap around.
+    if (length > static_cast<std::size_t>(PTRDIFF_MAX)) {
+        throw std::bad_alloc();
+    }
     unsigned char* copy = static_cast<unsigned char*>(memory.AllocatePlain(length));
     std::memcpy(copy, data, length);
     return copy;

@@ -12,12 +12,12 @@ struct SEmptyString {
 };
 
 // Never written: what is done to a constant string looks at its flag first.
-SEmptyString s_EmptyString = {{0, STRING_STATIC | STRING_UTF8}, ""};
+SEmptyString s_EmptyString = {{0, {STRING_STATIC | STRING_UTF8}}, ""};
 
 const char* WriteString(void* block, SPage* page, const char* text, std::size_t length,
                         unsigned int flags) noexcept {
     SStringTag* tag =
-        new (block) SStringTag{DistanceTo(page, block), FlagsWithLength(flags, length)};
+        new (block) SStringTag{DistanceTo(page, block), {FlagsWithLength(flags, length)}};
     char* characters = reinterpret_cast<char*>(tag + 1);
     std::memcpy(characters, text, length);
     characters[length] = '\0';
@@ -34,10 +34,14 @@ const char* NewTreeString(CTreeMemory& memory, const char* text, std::size_t len
     return WriteString(block, page, text, length, isUtf8 ? STRING_UTF8 : 0);
 }
 
+bool IsReusable(const char* text) noexcept {
+    return !HasFlag(text, STRING_SHOWN) || PageOf(text)->m_bSingle ||
+           PageOf(text)->m_nHolders.load(std::memory_order_acquire) == 1;
+}
+
 void FreeTreeString(CTreeMemory& memory, const char* text) noexcept {
-    SStringTag& tag = TagOf(text);
-    if ((tag.m_nFlags & (STRING_STATIC | STRING_SHOWN)) == 0) {
-        memory.FreeTagged(&tag, sizeof(SStringTag) + LengthOf(text) + 1, PageOf(text));
+    if (!HasFlag(text, STRING_STATIC) && IsReusable(text)) {
+        memory.FreeTagged(&TagOf(text), sizeof(SStringTag) + LengthOf(text) + 1, PageOf(text));
     }
 }
 
@@ -51,15 +55,10 @@ const char* NewHeldString(const char* text) {
 }
 
 void HoldString(const char* text) noexcept {
-    SStringTag& tag = TagOf(text);
-    if ((tag.m_nFlags & STRING_STATIC) != 0) {
-        return;
-    }
-    // A string that is shown already may be held by another thread, which reads the flags.
-    if ((tag.m_nFlags & STRING_SHOWN) == 0) {
+    if (!HasFlag(text, STRING_STATIC)) {
         AddFlag(text, STRING_SHOWN);
+        HoldPage(PageOf(text));
     }
-    HoldPage(PageOf(text));
 }
 
 void ReleaseHeldString(const char* text) noexcept {

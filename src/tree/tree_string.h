@@ -7,6 +7,7 @@
 #ifndef NORVASK_TREE_TREE_STRING_H
 #define NORVASK_TREE_TREE_STRING_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -17,7 +18,7 @@ namespace norvask {
 
 enum EStringFlag : std::uint16_t {
     STRING_STATIC = 1,  // a constant: nobody holds or releases it
-    STRING_SHOWN = 2,   // held from outside of its tree: its block is not used again
+    STRING_SHOWN = 2,   // was held from outside of its tree, and may still be
     STRING_NAME = 4,    // in a name table
     STRING_VALID = 8,   // known to be an XML name
     STRING_ASCII = 16,  // a name of ASCII characters only
@@ -26,10 +27,13 @@ enum EStringFlag : std::uint16_t {
 const unsigned int LENGTH_SHIFT = 6;
 const std::uint16_t LENGTH_UNKNOWN = 0xFFFF >> LENGTH_SHIFT;
 
+// The flags belong to the thread of the tree; copies of attributes on other threads only look at STRING_STATIC and
+// STRING_SHOWN of strings that are shown already.
 struct SStringTag {
     std::uint16_t m_nDistance;
-    std::uint16_t m_nFlags;
+    std::atomic<std::uint16_t> m_nFlags;
 };
+static_assert(sizeof(SStringTag) == 4, "a tag has four bytes");
 
 // The flags of a string of this length.
 inline std::uint16_t FlagsWithLength(unsigned int flags, std::size_t length) noexcept {
@@ -42,12 +46,18 @@ inline SStringTag& TagOf(const char* text) noexcept {
     return *reinterpret_cast<SStringTag*>(address - sizeof(SStringTag));
 }
 
-inline bool HasFlag(const char* text, EStringFlag flag) noexcept {
-    return (TagOf(text).m_nFlags & flag) != 0;
+inline std::uint16_t FlagsOf(const char* text) noexcept {
+    return TagOf(text).m_nFlags.load(std::memory_order_relaxed);
 }
-
+inline bool HasFlag(const char* text, EStringFlag flag) noexcept {
+    return (FlagsOf(text) & flag) != 0;
+}
 inline void AddFlag(const char* text, EStringFlag flag) noexcept {
-    TagOf(text).m_nFlags = static_cast<std::uint16_t>(TagOf(text).m_nFlags | flag);
+    const std::uint16_t flags = FlagsOf(text);
+    if ((flags & flag) == 0) {
+        TagOf(text).m_nFlags.store(static_cast<std::uint16_t>(flags | flag),
+                                   std::memory_order_relaxed);
+    }
 }
 
 inline SPage* PageOf(const char* text) noexcept {
@@ -55,7 +65,7 @@ inline SPage* PageOf(const char* text) noexcept {
 }
 
 inline std::size_t LengthOf(const char* text) noexcept {
-    const std::size_t known = TagOf(text).m_nFlags >> LENGTH_SHIFT;
+    const std::size_t known = FlagsOf(text) >> LENGTH_SHIFT;
     return known == LENGTH_UNKNOWN ? std::strlen(text) : known;
 }
 
@@ -65,7 +75,10 @@ const char* EmptyString() noexcept;
 // A copy in the tree's memory. `isUtf8` tells whether the text is known to be well-formed UTF-8. Throws
 // std::bad_alloc.
 const char* NewTreeString(CTreeMemory& memory, const char* text, std::size_t length, bool isUtf8);
-// Ends such a string, unless it is shown outside.
+// Whether the block of a string of a tree may be used again: nobody outside of the tree holds its page, or it is
+// the page's only block and goes with the page.
+bool IsReusable(const char* text) noexcept;
+// Ends such a string. While it is held outside, its block lies idle.
 void FreeTreeString(CTreeMemory& memory, const char* text) noexcept;
 
 // A copy outside of any tree; the caller holds it. Throws std::bad_alloc.

@@ -89,16 +89,16 @@ std::size_t CopyPlain(const char* text, std::size_t length, char* out) noexcept 
 }  // namespace
 
 void COutput::Flush() {
-    if (m_pEnd != m_Buffer) {
-        const std::streamsize length = m_pEnd - m_Buffer;
-        m_pEnd = m_Buffer;  // also when the stream throws, so that nothing is written twice
-        m_Out.write(m_Buffer, length);
+    if (m_pEnd != m_pBuffer.get()) {
+        const std::streamsize length = m_pEnd - m_pBuffer.get();
+        m_pEnd = m_pBuffer.get();  // also when the stream throws, so that nothing is written twice
+        m_Out.write(m_pBuffer.get(), length);
     }
 }
 
 void COutput::BytesBeyondRoom(const char* bytes, std::size_t length) {
     Flush();
-    if (length > SIZE) {
+    if (length > Room()) {
         m_Out.write(bytes, static_cast<std::streamsize>(length));
         return;
     }

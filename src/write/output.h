@@ -11,13 +11,24 @@
 
 #include <cstddef>
 #include <cstring>
+#include <memory>
 #include <ostream>
 
 namespace norvask {
 
 class COutput {
 public:
-    explicit COutput(std::ostream& out) : m_Out(out), m_pEnd(m_Buffer), m_bPads(out.width() != 0) {}
+    // How much is gathered, for a whole tree and for a few tokens.
+    static const std::size_t LARGE = 8192;
+    static const std::size_t SMALL = 256;
+
+    // The buffer does not lie on the stack, where the outputs of derived objects nest. Throws std::bad_alloc.
+    COutput(std::ostream& out, std::size_t size)
+        : m_Out(out),
+          m_pBuffer(new char[size]),
+          m_pEnd(m_pBuffer.get()),
+          m_pLimit(m_pEnd + size),
+          m_bPads(out.width() != 0) {}
     COutput(const COutput&) = delete;
     COutput& operator=(const COutput&) = delete;
 
@@ -69,9 +80,7 @@ public:
     void Resume() { m_bPads = m_Out.width() != 0; }
 
 private:
-    static const std::size_t SIZE = 8192;
-
-    std::size_t Room() const noexcept { return static_cast<std::size_t>(m_Buffer + SIZE - m_pEnd); }
+    std::size_t Room() const noexcept { return static_cast<std::size_t>(m_pLimit - m_pEnd); }
     void Bytes(const char* bytes, std::size_t length) {
         if (length <= Room()) {
             std::memcpy(m_pEnd, bytes, length);
@@ -110,9 +119,10 @@ private:
     void EscapedCharacter(unsigned char ascii);
 
     std::ostream& m_Out;
+    const std::unique_ptr<char[]> m_pBuffer;
     char* m_pEnd;
+    char* const m_pLimit;
     bool m_bPads;
-    char m_Buffer[SIZE];
 };
 
 }  // namespace norvask

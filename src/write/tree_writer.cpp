@@ -14,7 +14,7 @@ namespace {
 // Names of ASCII characters that are known to be names need neither a check nor escaping.
 bool IsPlainName(const char* name) noexcept {
     const unsigned int PLAIN = STRING_NAME | STRING_VALID | STRING_ASCII;
-    return (TagOf(name).m_nFlags & PLAIN) == PLAIN;
+    return (FlagsOf(name) & PLAIN) == PLAIN;
 }
 
 void RequireName(const char* name) {
@@ -41,7 +41,10 @@ void FlushedAlways(COutput& output, Walk walk) {
 }  // namespace
 
 CTreeWriter::CTreeWriter(std::ostream& out, bool format, const char* indent)
-    : m_Output(out), m_bFormat(format), m_Indent(indent == nullptr ? "" : indent) {}
+    : m_Output(out, COutput::LARGE),
+      m_bFormat(format),
+      m_Indent(indent == nullptr ? "" : indent),
+      m_ChildIndent(m_Indent) {}
 
 void CTreeWriter::Write(CXMLNode* top) {
     FlushedAlways(m_Output, [this, top] {
@@ -171,10 +174,10 @@ void CTreeWriter::WriteText(const char* text) {
     }
 }
 
-// An object of a derived class writes itself, with a copy of its indentation that it may scribble on.
+// An object of a derived class writes itself. The string for its indentation follows the walk up and down, so a
+// level costs no copy of it.
 void CTreeWriter::WriteDerived(CXMLNode* node) {
-    m_ChildIndent = m_Indent;
-    m_ChildIndent.append(m_Levels.size(), '\t');
+    m_ChildIndent.resize(m_Indent.size() + m_Levels.size(), '\t');
     std::ostream& out = m_Output.Suspend();
     CNodeAccess::Save(node, out, m_bFormat, &m_ChildIndent[0]);
     m_Output.Resume();

@@ -1,0 +1,379 @@
+// The converter between the parser's strings and the caller's: the library's own, and one that the
+// application installs, which is asked for every string, may answer what it likes, and may throw.
+#include <gtest/gtest.h>
+#include <norvask/norvask.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <functional>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/loading.h"
+#include "support/tree_text.h"
+#include "support/unicode.h"
+#include "support/vocabulary.h"
+
+using norvask_test::KeepPrefixes;
+using norvask_test::LoadError;
+using norvask_test::LoadFile;
+using norvask_test::LoadMemory;
+using norvask_test::Saved;
+using norvask_test::TemporaryFile;
+using norvask_test::TreeText;
+using norvask_test::Utf8OfUtf16;
+
+namespace {
+
+// Installed for its lifetime. Each source that it is asked for is noted as UTF-8; the answer is made
+// by a function, or by the library's own Convert if there is none.
+class CRecordingConverter : public norvask::CWideCharToString {
+public:
+    using Answer = std::function<const char*(const std::u16string& source)>;
+
+    explicit CRecordingConverter(Answer answer = nullptr) : m_Answer(std::move(answer)) {
+        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(this);
+    }
+    CRecordingConverter(const CRecordingConverter&) = delete;
+    CRecordingConverter& operator=(const CRecordingConverter&) = delete;
+    ~CRecordingConverter() {
+        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
+    }
+
+    char* Convert(const char16_t* source, std::size_t length) override {
+        EXPECT_NE(source, nullptr);
+        const std::u16string units(source);
+        EXPECT_EQ(length, units.size()) << Utf8OfUtf16(units);
+        m_Asked.push_back(Utf8OfUtf16(units));
+        if (!m_Answer) return CWideCharToString::Convert(source, length);
+        const char* answer = m_Answer(units);
+        if (!answer) return nullptr;
+        char* copy = AllocString(std::strlen(answer) + 1);
+        std::strcpy(copy, answer);
+        return copy;
+    }
+
+    // The sources in alphabetical order, in brackets.
+    std::string Asked() const {
+        std::vector<std::string> sorted = m_Asked;
+        std::sort(sorted.begin(), sorted.end());
+        std::string line;
+        for (const std::string& source : sorted)
+            line += "[" + source + "]";
+        return line;
+    }
+    std::size_t Count() const { return m_Asked.size(); }
+
+private:
+    Answer m_Answer;
+    std::vector<std::string> m_Asked;
+};
+
+// Answers `answer` for one source and what the library would for all others.
+CRecordingConverter::Answer Instead(const std::u16string& source, const char* answer) {
+    return [source, answer](const std::u16string& asked) {
+        static std::string kept;
+        kept = Utf8OfUtf16(asked);
+        return asked == source ? answer : kept.c_str();
+    };
+}
+
+std::string Converted(const std::u16string& source, std::size_t length) {
+    norvask::CWideCharToString converter;
+    char* text = converter.Convert(source.c_str(), length);
+    const std::string copy = text;
+    delete[] text;
+    return copy;
+}
+
+const char* const kDocument =
+    "<!DOCTYPE r [<!ENTITY e 'en&#116;ity'>]>\n"
+    "<r xmlns='d' xmlns:p='u' k='v' p:k='&amp;' m=''>a&e;b<p:c/>\n\t<!-- c --><?p i?>"
+    "<![CDATA[QQ==]]><![CDATA[!]]><c>  </c></r>";
+
+}  // namespace
+
+TEST(DefaultConverter, GivesTheUtf8OfEveryCodePoint) {
+    std::u16string units;
+    std::string bytes;
+    for (char32_t c = 1; c <= norvask_test::kLastCodePoint; ++c) {
+        if (norvask_test::IsSurrogate(c)) continue;
+        norvask_test::AppendUtf16(units, c);
+        norvask_test::AppendUtf8(bytes, c);
+        if (c % 4096 == 0 || c == norvask_test::kLastCodePoint) {
+            EXPECT_TRUE(Converted(units, units.size()) == bytes) << "up to " << std::hex << c;
+            units.clear();
+            bytes.clear();
+        }
+    }
+}
+
+TEST(DefaultConverter, ReplacesEveryUnpairedSurrogate) {
+    struct {
+        std::u16string source;
+        const char* bytes;
+    } const rows[] = {
+        {{0xD800}, "\xEF\xBF\xBD"},
+        {{0xDBFF}, "\xEF\xBF\xBD"},
+        {{0xDC00}, "\xEF\xBF\xBD"},
+        {{0xDFFF}, "\xEF\xBF\xBD"},
+        {{'a', 0xD800, 'b'},
+         "a\xEF\xBF\xBD"
+         "b"},
+        {{'a', 0xDC00, 'b'},
+         "a\xEF\xBF\xBD"
+         "b"},
+        {{0xDC00, 0xD800}, "\xEF\xBF\xBD\xEF\xBF\xBD"},
+        {{0xD800, 0xD800, 0xDC00}, "\xEF\xBF\xBD\xF0\x90\x80\x80"},
+        {{0xD800, 0xDC00, 0xDC00}, "\xF0\x90\x80\x80\xEF\xBF\xBD"},
+        {{0xDBFF, 0xDFFF}, "\xF4\x8F\xBF\xBF"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Converted(row.source, row.source.size()), row.bytes);
+    for (char16_t unit = 0xD800; unit <= 0xDFFF; ++unit) {
+        EXPECT_EQ(Converted({unit}, 1), norvask_test::kReplacement);
+        EXPECT_EQ(Converted({'x', unit, 'y'}, 3), "x\xEF\xBF\xBDy");
+    }
+}
+
+TEST(DefaultConverter, ReadsToTheTerminatorWhateverTheLength) {
+    for (const std::size_t length : {std::size_t{0}, std::size_t{2}, static_cast<std::size_t>(-1)})
+        EXPECT_EQ(Converted(u"text", length), "text");
+    EXPECT_EQ(Converted(u"", 0), "");
+    EXPECT_EQ(norvask::CWideCharToString().Convert(nullptr, 0), nullptr);
+}
+
+TEST(InstalledConverter, IsAskedForEveryStringOfALoad) {
+    CRecordingConverter converter;
+    LoadMemory(kDocument);
+    EXPECT_EQ(converter.Asked(), "[][\n\t][  ][!][&][aentityb][c][c][k][k][m][r][r][v]");
+}
+
+TEST(InstalledConverter, IsAskedForPrefixesAndNamespacesWhenTheyAreKept) {
+    CRecordingConverter converter;
+    LoadMemory(kDocument, KeepPrefixes());
+    EXPECT_EQ(converter.Asked(),
+              "[][][\n\t][  ][!][&][aentityb][c][d][k][m][p][p:c][p:k][r][r][u][v]");
+}
+
+TEST(InstalledConverter, IsAskedAgainForAStringThatItHasConverted) {
+    CRecordingConverter converter;
+    LoadMemory("<r><a k='v'/><a k='v'/><a k='v'>x</a><a>x</a></r>");
+    EXPECT_EQ(converter.Asked(), "[a][a][a][a][k][k][k][r][v][v][v][x][x]");
+}
+
+TEST(InstalledConverter, IsAskedForTheDocumentTypeReference) {
+    TemporaryFile dtd(".dtd", "<!ELEMENT r ANY>");
+    const std::string xml = std::string("<!DOCTYPE r PUBLIC 'p' '") + dtd.Name() + "'><q/>";
+    {
+        CRecordingConverter converter;
+        LoadMemory(xml);
+        EXPECT_EQ(converter.Asked(), std::string("[") + dtd.Name() + "][q][r]");
+    }
+    CRecordingConverter converter(Instead(u"r", "other"));
+    norvask_test::Document document = LoadMemory(xml);
+    EXPECT_STREQ(document->GetDTDName(), "other");
+    EXPECT_STREQ(document->GetDTDPath(), dtd.Name());
+}
+
+TEST(InstalledConverter, IsAskedForTheFileAndTheTextOfAParserMessage) {
+    CRecordingConverter converter([](const std::u16string& source) {
+        return source == u"Memfile" ? "memory" : source == u"r" ? "r" : "no good";
+    });
+    EXPECT_XML_ERROR(LoadMemory("<r>\n</a>"), 2,
+                     "Load error:\nFile: 'memory'  Line '2':\n\n'no good'");
+    EXPECT_EQ(converter.Asked(), "[Memfile][expected end of tag 'r'][r]");
+    EXPECT_XML_ERROR(LoadFile("/nonexistent/r.xml"), 2,
+                     "Load error:\nFile: 'no good'  Line '0':\n\n'no good'");
+}
+
+// Latin-1 for strings that have it: what the tree holds is what the converter answers.
+TEST(InstalledConverter, DecidesTheEncodingOfTheTree) {
+    CRecordingConverter converter([](const std::u16string& source) {
+        static std::string latin;
+        latin.clear();
+        for (const char16_t unit : source)
+            latin += unit < 256 ? static_cast<char>(unit) : '?';
+        return latin.c_str();
+    });
+    norvask_test::Document document = LoadMemory(
+        "<\xC3\xA9 \xC3\xA8='\xC3\xBC\xE2\x82\xAC'>\xC3\x9F<![CDATA[\xC3\xA4]]></\xC3\xA9>");
+    EXPECT_EQ(TreeText(document), "\xE9 \xE8=\"\xFC?\"(\"\xDF\", \"\xE4\")");
+    EXPECT_EQ(Saved(document),
+              "<?xml version=\"1.0\"?><\xEF\xBF\xBD \xEF\xBF\xBD=\"\xEF\xBF\xBD?\">"
+              "\xEF\xBF\xBD\xEF\xBF\xBD</\xEF\xBF\xBD>");
+}
+
+TEST(InstalledConverter, DecidesWhatIsLayout) {
+    {
+        CRecordingConverter converter(Instead(u"\n", "line"));
+        EXPECT_EQ(TreeText(LoadMemory("<r>\n</r>")), "r(\"line\")");
+    }
+    CRecordingConverter converter(Instead(u"text", "\n\t"));
+    EXPECT_EQ(TreeText(LoadMemory("<r>text</r>")), "r()");
+    EXPECT_EQ(TreeText(LoadMemory("<r><![CDATA[text]]></r>")), "r(#b5ec6d)");
+    CRecordingConverter other(Instead(u"text!", "\n\t"));
+    EXPECT_EQ(TreeText(LoadMemory("<r><![CDATA[text!]]></r>")), "r(\"\\n\\t\")");
+}
+
+TEST(InstalledConverter, MayAnswerNullForAnything) {
+    struct {
+        std::u16string source;
+        const char* tree;
+        const char* keeping;
+    } const rows[] = {
+        {u"text", "r k=\"v\"(#41)", "r xmlns:p=\"u\" k=\"v\"(#41)"},
+        {u"v", "r(\"text\", #41)", "r xmlns:p=\"u\"(\"text\", #41)"},
+        {u"u", "r k=\"v\"(\"text\", #41)", "r k=\"v\"(\"text\", #41)"},
+        {u"p", "r k=\"v\"(\"text\", #41)", "r xmlns:=\"u\" k=\"v\"(\"text\", #41)"},
+    };
+    const std::string xml = "<r xmlns:p='u' k='v'>text<![CDATA[QQ==]]></r>";
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Utf8OfUtf16(row.source));
+        CRecordingConverter converter(Instead(row.source, nullptr));
+        EXPECT_EQ(TreeText(LoadMemory(xml)), row.tree);
+        EXPECT_EQ(TreeText(LoadMemory(xml, KeepPrefixes())), row.keeping);
+    }
+    for (const char16_t* name : {u"r", u"k"}) {
+        CRecordingConverter converter(Instead(name, nullptr));
+        EXPECT_XML_ERROR(LoadMemory(xml), 3, "Invalid XML name: ''.");
+    }
+}
+
+TEST(InstalledConverter, MayAnswerNullForATextInACdataSection) {
+    CRecordingConverter converter(Instead(u"text!", nullptr));
+    EXPECT_EQ(TreeText(LoadMemory("<r><![CDATA[text!]]></r>")), "r(\"\")");
+    EXPECT_EQ(TreeText(LoadMemory("<r>text!</r>")), "r()");
+}
+
+TEST(InstalledConverter, MayAnswerNullForTheParserMessages) {
+    CRecordingConverter converter(
+        [](const std::u16string& source) { return source == u"r" ? "r" : nullptr; });
+    EXPECT_XML_ERROR(LoadMemory("<r>\n</a>"), 2, "Load error:\nFile: ''  Line '2':\n\n''");
+}
+
+TEST(InstalledConverter, MayAnswerNamesThatAreNone) {
+    for (const char* name : {"", "a b", "1a", "<"}) {
+        CRecordingConverter converter(Instead(u"r", name));
+        EXPECT_XML_ERROR(LoadMemory("<r/>"), 3, std::string("Invalid XML name: '") + name + "'.");
+        EXPECT_XML_ERROR(LoadMemory("<x><r/></x>"), 3,
+                         std::string("Invalid XML name: '") + name + "'.");
+        EXPECT_XML_ERROR(LoadMemory("<x r='v'/>"), 3,
+                         std::string("Invalid XML name: '") + name + "'.");
+    }
+}
+
+// Whatever it throws, at whichever string, passes to the caller as it is and leaves nothing behind.
+TEST(InstalledConverter, MayThrowAtEveryString) {
+    std::size_t strings = 0;
+    {
+        CRecordingConverter converter;
+        LoadMemory(kDocument, KeepPrefixes());
+        strings = converter.Count();
+    }
+    ASSERT_GT(strings, 10u);
+    for (std::size_t failing = 0; failing < strings; ++failing) {
+        for (int kind = 0; kind < 4; ++kind) {
+            std::size_t asked = 0;
+            CRecordingConverter converter([&](const std::u16string& source) {
+                static std::string kept;
+                kept = Utf8OfUtf16(source);
+                if (asked++ != failing) return kept.c_str();
+                if (kind == 0) throw std::runtime_error("the converter's own");
+                if (kind == 1) throw 42;
+                if (kind == 2) throw std::bad_alloc();
+                throw norvask::CXMLException(77, "the converter's own");
+            });
+            std::string caught = "nothing";
+            try {
+                LoadMemory(kDocument, KeepPrefixes());
+            } catch (std::runtime_error& e) {
+                caught = std::string("runtime_error ") + e.what();
+            } catch (int number) {
+                caught = std::to_string(number);
+            } catch (std::bad_alloc&) {
+                caught = "bad_alloc";
+            } catch (norvask::CXMLException& e) {
+                caught = std::to_string(e.GetID()) + " " + e.GetMessage();
+            }
+            const char* const expected[] = {"runtime_error the converter's own", "42", "bad_alloc",
+                                            "77 the converter's own"};
+            EXPECT_EQ(caught, expected[kind]) << "string " << failing;
+            EXPECT_EQ(converter.Count(), failing + 1);
+        }
+    }
+    EXPECT_EQ(TreeText(LoadMemory("<r/>")), "r()");
+}
+
+TEST(InstalledConverter, MayThrowAtAParserMessageInPlaceOfIt) {
+    for (const char16_t* source : {u"Memfile", u"expected end of tag 'r'"}) {
+        CRecordingConverter converter([source](const std::u16string& asked) {
+            if (asked == source) throw std::runtime_error("the converter's own");
+            return "r";
+        });
+        EXPECT_THROW(LoadMemory("<r></a>"), std::runtime_error);
+    }
+}
+
+TEST(InstalledConverter, IsReplacedByTheLibrarysOwnForNull) {
+    {
+        CRecordingConverter converter([](const std::u16string&) { return "always"; });
+        EXPECT_EQ(TreeText(LoadMemory("<r k='v'>text</r>")),
+                  "always always=\"always\"(\"always\")");
+        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
+        EXPECT_EQ(TreeText(LoadMemory("<r k='v'>text</r>")), "r k=\"v\"(\"text\")");
+        EXPECT_EQ(converter.Count(), 4u);
+    }
+    EXPECT_EQ(TreeText(LoadMemory("<r/>")), "r()");
+}
+
+TEST(InstalledConverter, IsNotAskedByAnythingButLoads) {
+    CRecordingConverter converter;
+    norvask_test::Document document = norvask_test::NewDocument("r", "r.dtd");
+    document->CreateRoot("r")->SetAttribute("k", "v");
+    document->GetRoot()->CreateTextChild("text");
+    EXPECT_XML_ERROR(document->GetRoot()->SetTagName("1"), 3, "Invalid XML name: '1'.");
+    norvask_test::Document clone(document->Clone());
+    Saved(clone, true);
+    EXPECT_EQ(converter.Asked(), "");
+}
+
+TEST(InstalledConverter, MayLoadAnotherDocumentWhenItIsAsked) {
+    bool inside = false;
+    std::string inner;
+    CRecordingConverter converter([&](const std::u16string& source) {
+        static std::string kept;
+        kept = Utf8OfUtf16(source);
+        if (!inside && source == u"v") {
+            inside = true;
+            inner = TreeText(LoadMemory("<s k='w'>inner<a/></s>"));
+            kept = inner;
+            inside = false;
+        }
+        return kept.c_str();
+    });
+    const std::string outer = TreeText(LoadMemory("<r><a k='v'/>text<a/></r>"));
+    EXPECT_EQ(inner, "s k=\"w\"(\"inner\", a())");
+    EXPECT_EQ(outer, "r(a k=" + norvask_test::Quoted(inner) + "(), \"text\", a())");
+}
+
+TEST(InstalledConverter, MayAllocateWithNewAndFreeItsOwnBlocks) {
+    struct SNewing : norvask::CWideCharToString {
+        char* Convert(const char16_t* source, std::size_t length) override {
+            FreeString(nullptr);
+            FreeString(AllocString(100));
+            char* text = new char[length + 1];
+            for (std::size_t i = 0; i <= length; ++i)
+                text[i] = static_cast<char>(source[i]);
+            return text;
+        }
+    } converter;
+    norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(&converter);
+    const std::string tree = TreeText(LoadMemory("<r k='v'>text</r>"));
+    norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
+    EXPECT_EQ(tree, "r k=\"v\"(\"text\")");
+}

@@ -1,0 +1,245 @@
+// What a caller is told when a load fails: sources that cannot be read, parameters, malformed
+// documents with their lines, and that nothing of a failure is left for the next load.
+#include <gtest/gtest.h>
+#include <norvask/norvask.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "support/loading.h"
+#include "support/tree_text.h"
+#include "support/unicode.h"
+#include "support/vocabulary.h"
+
+using norvask_test::KeepPrefixes;
+using norvask_test::LoadError;
+using norvask_test::LoadFile;
+using norvask_test::LoadMemory;
+using norvask_test::Quoted;
+using norvask_test::SLoad;
+using norvask_test::TemporaryFile;
+using norvask_test::TreeText;
+using norvask_test::Validate;
+
+namespace {
+
+norvask::CXMLManager& Manager() { return norvask::CXMLManager::GetInstance(); }
+
+struct SMalformed {
+    const char* xml;
+    int line;
+    const char* message;
+};
+
+// The same text from a file and from memory, but for the name, whatever the options say.
+void ExpectErrors(const std::vector<SMalformed>& rows) {
+    for (const SMalformed& row : rows) {
+        SCOPED_TRACE(Quoted(row.xml));
+        TemporaryFile file(".xml", row.xml);
+        for (const SLoad& how : {SLoad(), KeepPrefixes(), Validate()}) {
+            EXPECT_XML_ERROR(LoadMemory(row.xml, how), 2,
+                             LoadError("Memfile", row.line, row.message));
+            EXPECT_XML_ERROR(LoadFile(file.Name(), how), 2,
+                             LoadError(file.Name(), row.line, row.message));
+        }
+    }
+}
+
+std::string Directory(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+std::string CurrentDirectory() {
+    std::vector<char> path(4096);
+    return getcwd(path.data(), path.size()) ? path.data() : "no current directory";
+}
+
+}  // namespace
+
+TEST(LoadError, OfAMissingFileNamesItInTheParsersText) {
+    EXPECT_XML_ERROR(LoadFile("/nonexistent/catalogue.xml"), 2,
+                     "Load error:\nFile: ''  Line '0':\n\n"
+                     "'unable to open primary document entity '/nonexistent/catalogue.xml''");
+    EXPECT_XML_ERROR(LoadFile("no-such-catalogue.xml"), 2,
+                     LoadError("", 0,
+                               "unable to open primary document entity '" + CurrentDirectory() +
+                                   "/no-such-catalogue.xml'"));
+    EXPECT_XML_ERROR(
+        LoadFile("file:///nonexistent/catalogue.xml"), 2,
+        LoadError("", 0,
+                  "unable to open primary document entity 'file:///nonexistent/catalogue.xml'"));
+    TemporaryFile file(".xml", "<r/>");
+    EXPECT_XML_ERROR(LoadFile(std::string(file.Name()) + "/below"), 2,
+                     LoadError("", 0,
+                               std::string("unable to open primary document entity '") +
+                                   file.Name() + "/below'"));
+}
+
+TEST(LoadError, OfAnEmptyNameIsThatOfAMissingFile) {
+    EXPECT_XML_ERROR(LoadFile(""), 2,
+                     LoadError("", 0, "unable to open primary document entity ''"));
+}
+
+TEST(LoadError, OfADirectoryIsThatItCannotBeRead) {
+    EXPECT_XML_ERROR(LoadFile("/"), 2, LoadError("", 0, "unable to read data from file"));
+    EXPECT_XML_ERROR(LoadFile(Directory(TemporaryFile().Name())), 2,
+                     LoadError("", 0, "unable to read data from file"));
+}
+
+TEST(LoadError, OfAnEmptyFileIsThatThereIsNoDocument) {
+    TemporaryFile file(".xml", "");
+    EXPECT_XML_ERROR(LoadFile(file.Name()), 2,
+                     LoadError(file.Name(), 1, "invalid document structure"));
+    EXPECT_XML_ERROR(LoadFile("/dev/null"), 2,
+                     LoadError("/dev/null", 1, "invalid document structure"));
+}
+
+TEST(LoadError, OfNoSourceIsTheParameters) {
+    unsigned char bytes[] = {'<', 'r', '/', '>'};
+    const char* noName = nullptr;
+    unsigned char* noBuffer = nullptr;
+    for (const bool option : {false, true}) {
+        EXPECT_XML_ERROR(Manager().LoadDocument(noName, option, option, nullptr, option, option), 1,
+                         "invalid parameter");
+        for (const unsigned length : {0u, 4u, 0xFFFFFFFFu}) {
+            EXPECT_XML_ERROR(
+                Manager().LoadDocument(noBuffer, length, option, option, nullptr, option, option),
+                1, "invalid parameter");
+        }
+        EXPECT_XML_ERROR(Manager().LoadDocument(bytes, 0, option, option, nullptr, option, option),
+                         1, "invalid parameter");
+    }
+}
+
+TEST(LoadError, NamesTheFileAsTheParserResolvedIt) {
+    TemporaryFile file(".xml", "<r>\n<a>\n</r>");
+    const std::string name = file.Name();
+    const std::string message = "expected end of tag 'a'";
+    EXPECT_XML_ERROR(LoadFile(name), 2, LoadError(name, 3, message));
+    EXPECT_XML_ERROR(LoadFile(Directory(name) + "./" + BaseName(name)), 2,
+                     LoadError(name, 3, message));
+    EXPECT_XML_ERROR(LoadFile("file://" + name), 2, LoadError("file://" + name, 3, message));
+}
+
+TEST(LoadError, TellsTheLineFromOne) {
+    const std::string crLf = "<r>\r\n\r\n<a>\r\n</r>";
+    const std::string cr = "<r>\r\r<a>\r</r>";
+    const std::string lf = "<r>\n\n<a>\n</r>";
+    for (const std::string& xml : {crLf, cr, lf}) {
+        EXPECT_XML_ERROR(LoadMemory(xml), 2, LoadError("Memfile", 4, "expected end of tag 'a'"));
+    }
+    EXPECT_XML_ERROR(LoadMemory(std::string(70000, '\n') + "<r>"), 2,
+                     LoadError("Memfile", 70001,
+                               "input ended before all started tags were ended; last tag started "
+                               "is 'r'"));
+}
+
+TEST(LoadError, TellsWhatIsMissingAroundTheRoot) {
+    ExpectErrors({
+        {" ", 1, "invalid document structure"},
+        {"text", 1, "invalid document structure"},
+        {"\n\n<?xml version='1.0'?>\n<r/>", 3,
+         "XML or TEXT declaration must start at line 1, column 1"},
+        {"<?xml version='1.0'?>", 1, "invalid document structure"},
+        {"<!-- only a comment -->", 1, "invalid document structure"},
+        {"<r/>\n<r/>", 2, "comment or processing instruction expected"},
+        {"<r/>text", 1, "comment or processing instruction expected"},
+        {"<r/></r>", 1, "comment or processing instruction expected"},
+        {"</r>", 1, "unmatched end tag detected"},
+        {"<r>", 1, "input ended before all started tags were ended; last tag started is 'r'"},
+        {"<r><a>\n", 2, "input ended before all started tags were ended; last tag started is 'a'"},
+        {"\xEF\xBB\xBF", 1, "invalid document structure"},
+    });
+}
+
+TEST(LoadError, TellsWhatIsWrongWithTags) {
+    ExpectErrors({
+        {"<", 1, "element name expected"},
+        {"<1/>", 1, "element name expected"},
+        {"< r/>", 1, "element name expected"},
+        {"<r", 1, "unexpected end of input"},
+        {"<r></a>", 1, "expected end of tag 'r'"},
+        {"<a><r></a></r>", 1, "expected end of tag 'r'"},
+        {"<r k/>", 1, "equal sign expected"},
+        {"<r k=/>", 1, "attribute value expected"},
+        {"<r k=v/>", 1, "attribute value expected"},
+        {"<r\n k='1'\n l='<'/>", 3,
+         "'<' character cannot be used in attribute value 'l'; use &lt; instead"},
+        {"<r k='1'l='2'/>", 1, "whitespace expected"},
+        {"<r k='", 1, "unexpected end of input"},
+        {"<r k='&'/>", 1, "expected entity name for reference"},
+        {"<r/ >", 1, "unterminated start tag 'r'"},
+    });
+}
+
+TEST(LoadError, TellsWhatIsWrongWithContent) {
+    ExpectErrors({
+        {"<r>&</r>", 1, "expected entity name for reference"},
+        {"<r>&amp</r>", 1, "unterminated entity reference 'amp'"},
+        {"<r>\n&#x;</r>", 2, "invalid character reference"},
+        {"<r>]]></r>", 1, "']]>' sequence is not allowed in character data"},
+        {"<r><![CDATA[x", 1, "unterminated CDATA section"},
+        {"<r><![CDAT[x]]></r>", 1, "expected comment or CDATA section"},
+        {"<r><!-- x", 1, "unterminated comment"},
+        {"<r><!-- a -- b --></r>", 1, "'--' sequence is illegal in comment"},
+        {"<r><?p", 1, "unterminated processing instruction"},
+        {"<r><?xml?></r>", 1, "processing instruction cannot start with 'xml'"},
+    });
+}
+
+TEST(LoadError, TellsWhatIsWrongWithTheDeclaration) {
+    ExpectErrors({
+        {"<?xml", 1, "processing instruction cannot start with 'xml'"},
+        {"<?xml version='2.0'?><r/>", 1, "unsupported XML version '2.0'"},
+        {"<?xml version=''?><r/>", 1, "unsupported XML version ''"},
+        {"<?xml encoding='UTF-8'?><r/>", 1, "version declaration is required in XML declaration"},
+        {"<?xml version='1.0' encoding=''?><r/>", 1, "invalid XML encoding declaration ''"},
+        {"<?xml version='1.0' standalone='maybe'?><r/>", 1, "invalid standalone declaration"},
+    });
+}
+
+TEST(LoadError, CutsEachPartOfTheTextAt255Bytes) {
+    const std::string longName(300, 'n');
+    EXPECT_XML_ERROR(LoadMemory("<" + longName + "></r>"), 2,
+                     LoadError("Memfile", 1, "expected end of tag '" + std::string(255 - 21, 'n')));
+    // A character at the cut stays whole, here by leaving two of its three bytes' room unused.
+    const std::string three = "\xE6\x97\xA5";
+    std::string wide = "n";
+    for (int i = 0; i < 100; ++i)
+        wide += three;
+    std::string shown = "n";
+    while (shown.size() + three.size() <= 255 - 21)
+        shown += three;
+    ASSERT_EQ(shown.size(), 232u);
+    EXPECT_XML_ERROR(LoadMemory("<" + wide + "></r>"), 2,
+                     LoadError("Memfile", 1, "expected end of tag '" + shown));
+    const std::string path = "/nonexistent/" + longName;
+    EXPECT_XML_ERROR(
+        LoadFile(path), 2,
+        LoadError("", 0, ("unable to open primary document entity '" + path).substr(0, 255)));
+}
+
+TEST(LoadError, LeavesNothingForTheNextLoad) {
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_XML_ERROR(LoadMemory("<r xmlns:p='1' xmlns:q='2'>text<p:a"), 2,
+                         LoadError("Memfile", 1, "unexpected end of input"));
+        EXPECT_EQ(TreeText(LoadMemory("<r/>", KeepPrefixes())), "r()");
+        EXPECT_XML_ERROR(LoadMemory("<r xmlns:p='1'>&", KeepPrefixes()), 2,
+                         LoadError("Memfile", 1, "expected entity name for reference"));
+        EXPECT_EQ(TreeText(LoadMemory("<r/>", KeepPrefixes())), "r()");
+    }
+}
+
+TEST(LoadError, IsNotAWarning) {
+    // The declared encoding contradicts the bytes; an attribute is declared twice.
+    for (const SLoad& how : {SLoad(), Validate()}) {
+        EXPECT_EQ(TreeText(LoadMemory("<?xml version='1.0' encoding='UTF-16'?><r/>", how)), "r()");
+        EXPECT_EQ(TreeText(LoadMemory("<!DOCTYPE r [<!ELEMENT r ANY>"
+                                      "<!ATTLIST r k CDATA '1' k CDATA '2'>]><r/>",
+                                      how)),
+                  "r k=\"1\"()");
+    }
+}
