@@ -1,0 +1,208 @@
+// norvask_bench: Norvask beside other XML libraries, all in this one process.
+//
+// First everybody must have read the same documents; then the times are taken, then the heap; then two
+// tables are printed. It takes the options of Google Benchmark, of which --benchmark_filter=REGEX
+// chooses by "what/document/peer".
+
+#include <benchmark/benchmark.h>
+#include <libxml/parser.h>
+#include <regex.h>
+
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <vector>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "norvask/exception.h"
+#include "peers.h"
+#include "results.h"
+#include "trees.h"
+
+namespace {
+
+using namespace norvask_bench;
+
+// Every repetition of every measurement takes its turn in random order, so that a machine that slows
+// down for a while slows down all alike.
+constexpr const char* kDefaults[] = {
+    "--benchmark_enable_random_interleaving=true",
+    "--benchmark_repetitions=5",
+    "--benchmark_min_time=0.1",
+};
+
+// The caller's options come last and so win. The texts stay, since Google Benchmark keeps a pointer to
+// the program's name.
+void Initialize(int argc, char** argv) {
+    static std::vector<std::string> texts(argv, argv + 1);
+    texts.insert(texts.end(), std::begin(kDefaults), std::end(kDefaults));
+    texts.insert(texts.end(), argv + 1, argv + argc);
+    std::vector<char*> arguments;
+    for (std::string& text : texts) {
+        arguments.push_back(text.data());
+    }
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) {
+        throw std::runtime_error("see --help");
+    }
+}
+
+// Google Benchmark's filter, for what Google Benchmark does not do itself.
+bool IsSelected(const std::string& name) {
+    std::string filter = benchmark::GetBenchmarkFilter();
+    if (filter.empty() || filter == "all") return true;
+    const bool excludes = filter.front() == '-';
+    if (excludes) filter.erase(0, 1);
+    regex_t expression;
+    if (regcomp(&expression, filter.c_str(), REG_EXTENDED | REG_NOSUB) != 0) {
+        throw std::runtime_error("the filter is no extended regular expression");
+    }
+    const bool matches = regexec(&expression, name.c_str(), 0, nullptr, 0) == 0;
+    regfree(&expression);
+    return matches != excludes;
+}
+
+bool IsAnySelected(const std::string& document, const char* peer) {
+    return std::any_of(std::begin(kMeasures), std::end(kMeasures), [&](const char* what) {
+        return IsSelected(CResults::Name(what, document, peer));
+    });
+}
+
+// What the filter leaves out need not be right.
+void Check(const std::vector<SDocument>& documents, const std::vector<SQuery>& queries) {
+    std::cerr << "Checking that all libraries hold the same documents\n";
+    for (const SDocument& document : documents) {
+        const std::size_t elements = CountReportedElements(document.text);
+        for (const SPeer& peer : Peers()) {
+            if (!IsAnySelected(document.name, peer.name)) continue;
+            peer.check(peer.name, document, elements);
+        }
+        std::cerr << "  " << document.name << ": " << document.text.size() << " bytes, " << elements
+                  << " elements\n";
+    }
+    for (const SQuery& query : queries) {
+        if (IsAnySelected(query.name, kNorvask)) CheckQuery(query);
+    }
+}
+
+template <class Function>
+void Register(CResults& results, const char* what, const std::string& document, const char* peer,
+              Function function) {
+    const std::string name = results.Announce(what, document, peer);
+    benchmark::RegisterBenchmark(name.c_str(), function);
+}
+
+void RegisterTimes(CResults& results, const std::vector<SDocument>& documents,
+                   const std::vector<SQuery>& queries) {
+    for (const SDocument& document : documents) {
+        const std::string& text = document.text;
+        for (const SPeer& peer : Peers()) {
+            Register(results, kLoad, document.name, peer.name,
+                     [&](benchmark::State& state) { peer.load(state, text); });
+        }
+    }
+    for (const bool format : {false, true}) {
+        for (const SDocument& document : documents) {
+            for (const SPeer& peer : Peers()) {
+                if (document.small || peer.save == nullptr ||
+                    ReasonNotToSave(peer.name, document.name) != nullptr) {
+                    continue;
+                }
+                Register(results, format ? kSaveFormatted : kSavePlain, document.name, peer.name,
+                         [&, format](benchmark::State& state) {
+                             peer.save(state, document.text, format);
+                         });
+            }
+        }
+    }
+    for (const SDocument& document : documents) {
+        for (const SPeer& peer : Peers()) {
+            if (document.small || peer.clone == nullptr) continue;
+            Register(results, kClone, document.name, peer.name,
+                     [&](benchmark::State& state) { peer.clone(state, document.text); });
+        }
+    }
+    for (const SQuery& query : queries) {
+        Register(results, kQuery, query.name, kNorvask,
+                 [&](benchmark::State& state) { RunQuery(state, query); });
+        Register(results, kQuery, query.name, kLoop,
+                 [&](benchmark::State& state) { RunLoop(state, query); });
+    }
+}
+
+void MeasureHeaps(CResults& results, const std::vector<SDocument>& documents) {
+    for (const SDocument& document : documents) {
+        for (const SPeer& peer : Peers()) {
+            if (document.small || peer.heap == nullptr) continue;
+            const std::string name = results.Announce(kHeap, document.name, peer.name);
+            if (!IsSelected(name)) continue;
+            const std::size_t bytes = peer.heap(document.text);
+            if (bytes == 0) {
+                throw std::runtime_error("malloc does not tell the heap in use (a sanitizer?)");
+            }
+            results.Add(name,
+                        static_cast<double>(bytes) / static_cast<double>(document.text.size()), 0);
+        }
+    }
+}
+
+void PrintNotes(std::ostream& out, const std::vector<SDocument>& documents) {
+    out << "\n";
+    for (const SDocument& document : documents) {
+        for (const SPeer& peer : Peers()) {
+            const char* reason = ReasonNotToSave(peer.name, document.name);
+            if (reason != nullptr) {
+                out << "Not measured: " << peer.name << " saving " << document.name << "; "
+                    << reason << ".\n";
+            }
+        }
+    }
+}
+
+bool Run() {
+    const std::vector<SDocument> documents = MakeDocuments();
+    const std::vector<SQuery> queries = Queries();
+    Check(documents, queries);
+
+    CResults results;
+    RegisterTimes(results, documents, queries);
+    CCollector collector(results);
+    std::cerr << "Measuring; by default this takes two to three minutes\n";
+    const std::size_t chosen = benchmark::RunSpecifiedBenchmarks(&collector);
+    if (collector.Failed()) return false;
+    const bool listed = chosen > 0 && !collector.Started();
+    if (!listed) MeasureHeaps(results, documents);
+
+    if (results.Any()) {
+        results.PrintFigures(std::cout);
+        results.PrintRatios(std::cout);
+        PrintNotes(std::cout, documents);
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    bool done = false;
+    try {
+        Initialize(argc, argv);
+        xercesc::XMLPlatformUtils::Initialize();
+        xmlInitParser();
+        done = Run();
+        benchmark::Shutdown();
+        xmlCleanupParser();
+        xercesc::XMLPlatformUtils::Terminate();
+    } catch (const std::exception& error) {
+        std::cerr << "norvask_bench: " << error.what() << "\n";
+    } catch (norvask::CXMLException& error) {
+        std::cerr << "norvask_bench: Norvask: " << error.GetMessage() << "\n";
+    } catch (const xercesc::XMLException&) {
+        std::cerr << "norvask_bench: an exception of Xerces-C\n";
+    }
+    return done ? 0 : 1;
+}

@@ -1,0 +1,67 @@
+// The libraries that are compared, each as a row of functions, and what is measured on them.
+#ifndef NORVASK_BENCH_PEERS_H
+#define NORVASK_BENCH_PEERS_H
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "documents.h"
+
+namespace norvask_bench {
+
+// The names that tie together what is registered, what is aimed at and what the tables show.
+constexpr const char* kLoad = "load + delete";
+constexpr const char* kSavePlain = "save";
+constexpr const char* kSaveFormatted = "save, formatted";
+constexpr const char* kClone = "clone + delete";
+constexpr const char* kHeap = "heap";
+constexpr const char* kQuery = "query";
+constexpr const char* kMeasures[] = {kLoad, kSavePlain, kSaveFormatted, kClone, kHeap, kQuery};
+
+constexpr const char* kNorvask = "Norvask";
+constexpr const char* kParser = "parser";
+constexpr const char* kXercesDom = "Xerces DOM";
+constexpr const char* kLibxml2 = "libxml2";
+constexpr const char* kTinyXml2 = "TinyXML-2";
+constexpr const char* kPugixml = "pugixml";
+constexpr const char* kLoop = "loop";
+
+struct SPeer {
+    const char* name;
+    // Throws std::runtime_error unless the library holds `elements` elements after a load, after a
+    // copy and, if it can save the document at all, after saving in both formats and loading again.
+    void (*check)(const char* name, const SDocument& document, std::size_t elements);
+    void (*load)(benchmark::State& state, const std::string& text);
+    // The rest is NULL for the parser alone.
+    void (*save)(benchmark::State& state, const std::string& text, bool format);
+    void (*clone)(benchmark::State& state, const std::string& text);
+    // The bytes of heap that a loaded tree occupies.
+    std::size_t (*heap)(const std::string& text);
+};
+
+const std::vector<SPeer>& Peers();
+
+// Why a library's save of a document is left out; NULL if it is not.
+const char* ReasonNotToSave(const char* peer, const std::string& document);
+
+// Two queries of two steps over 100,000 children each.
+struct SQuery {
+    const char* name;
+    std::string text;
+    const char* path;
+    const char* firstStep;
+    const char* secondStep;
+};
+
+std::vector<SQuery> Queries();
+// Throws std::runtime_error unless the query and the loop find the same 100,000 nodes.
+void CheckQuery(const SQuery& query);
+void RunQuery(benchmark::State& state, const SQuery& query);
+void RunLoop(benchmark::State& state, const SQuery& query);
+
+}  // namespace norvask_bench
+
+#endif

@@ -1,0 +1,189 @@
+#include "results.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <ostream>
+
+#include "peers.h"
+
+namespace norvask_bench {
+
+namespace {
+
+constexpr int kWhatWidth = 16;
+constexpr int kDocumentWidth = 20;
+constexpr int kFigureWidth = 15;
+constexpr int kRatioWidth = 11;
+
+// The aim of a measure: at most `limit` times what `peer` takes.
+struct SAim {
+    const char* what;
+    const char* peer;
+    double limit;
+};
+
+constexpr SAim kAims[] = {
+    {kLoad, kParser, 1.3},   {kSavePlain, kPugixml, 1.0}, {kSaveFormatted, kPugixml, 1.0},
+    {kClone, kPugixml, 1.0}, {kHeap, kPugixml, 1.0},      {kQuery, kLoop, 1.5},
+};
+
+constexpr const char* kColumns[] = {kNorvask, kParser, kXercesDom, kLibxml2, kTinyXml2, kPugixml};
+
+std::string Format(const char* format, double value) {
+    char text[64];
+    std::snprintf(text, sizeof(text), format, value);
+    return text;
+}
+
+// Three significant digits.
+std::string Short(double value) {
+    return Format(value < 10 ? "%.2f" : value < 100 ? "%.1f" : "%.0f", value);
+}
+
+std::string Time(double seconds) {
+    if (seconds < 1e-3) return Short(seconds * 1e6) + " us";
+    return Short(seconds * 1e3) + " ms";
+}
+
+std::string Padded(const std::string& text, int width, bool right) {
+    const std::size_t wide = static_cast<std::size_t>(width);
+    // The texts are ASCII, so bytes are columns.
+    const std::string blanks(text.size() < wide ? wide - text.size() : 0, ' ');
+    return right ? blanks + text : text + blanks;
+}
+
+std::string Heading() {
+    return Padded("what", kWhatWidth, false) + Padded("document", kDocumentWidth, false);
+}
+
+}  // namespace
+
+std::string CResults::Name(const std::string& what, const std::string& document,
+                           const std::string& peer) {
+    return what + "/" + document + "/" + peer;
+}
+
+std::string CResults::Announce(const std::string& what, const std::string& document,
+                               const std::string& peer) {
+    const std::string name = Name(what, document, peer);
+    const auto row = std::find_if(m_Rows.begin(), m_Rows.end(), [&](const SRow& known) {
+        return known.what == what && known.document == document;
+    });
+    m_Places[name] = {static_cast<std::size_t>(row - m_Rows.begin()), peer};
+    if (row == m_Rows.end()) m_Rows.push_back({what, document, {}});
+    return name;
+}
+
+void CResults::Add(const std::string& name, double value, double speed) {
+    const auto& [row, peer] = m_Places.at(name);
+    const auto [cell, added] = m_Rows[row].cells.insert({peer, {value, speed}});
+    if (!added && value < cell->second.value) cell->second = {value, speed};
+}
+
+bool CResults::Any() const {
+    return std::any_of(m_Rows.begin(), m_Rows.end(),
+                       [](const SRow& row) { return !row.cells.empty(); });
+}
+
+std::string CResults::Figure(const SRow& row, const SCell& cell) {
+    if (row.what == kHeap) return Short(cell.value) + " B/B";
+    if (cell.speed == 0) return Time(cell.value);
+    return Time(cell.value) + Padded(Format("%.0f", cell.speed / 1e6), 6, true);
+}
+
+std::string CResults::Ratio(const SRow& row, const std::string& peer) {
+    const auto ours = row.cells.find(kNorvask);
+    const auto theirs = row.cells.find(peer);
+    if (ours == row.cells.end() || theirs == row.cells.end()) return "-";
+    return Short(ours->second.value / theirs->second.value);
+}
+
+std::string CResults::Verdict(const SRow& row) {
+    for (const SAim& aim : kAims) {
+        if (row.what != aim.what) continue;
+        std::string text = "<= " + Format("%.1f", aim.limit) + " " + Padded(aim.peer, 8, false);
+        const auto ours = row.cells.find(kNorvask);
+        const auto theirs = row.cells.find(aim.peer);
+        if (ours == row.cells.end() || theirs == row.cells.end()) return text + " not measured";
+        // Judged by the digits that are shown: the third one is noise.
+        const double ratio = std::round(ours->second.value / theirs->second.value * 100) / 100;
+        return text + Padded(Format("%.2f", ratio), 6, true) +
+               (ratio <= aim.limit ? "  met" : "  MISSED");
+    }
+    return "";
+}
+
+template <class PrintCells>
+void CResults::PrintRows(std::ostream& out, PrintCells printCells) const {
+    const std::string* what = nullptr;
+    for (const SRow& row : m_Rows) {
+        if (row.cells.empty()) continue;
+        // A blank line sets each measure apart.
+        if (what != nullptr && *what != row.what) out << "\n";
+        what = &row.what;
+        out << Padded(row.what, kWhatWidth, false) << Padded(row.document, kDocumentWidth, false);
+        printCells(row);
+        out << "\n";
+    }
+}
+
+void CResults::PrintFigures(std::ostream& out) const {
+    out << "\nFigures: CPU time, the best repetition, and MB/s (load: of input, save: of output);"
+           "\nheap: bytes of heap per byte of input\n\n"
+        << Heading();
+    for (const char* peer : kColumns) {
+        out << Padded(peer, kFigureWidth, true);
+    }
+    out << "\n";
+    PrintRows(out, [&](const SRow& row) {
+        for (const char* peer : kColumns) {
+            const auto cell = row.cells.find(peer);
+            out << Padded(cell == row.cells.end() ? "-" : Figure(row, cell->second), kFigureWidth,
+                          true);
+        }
+        const auto loop = row.cells.find(kLoop);
+        if (loop != row.cells.end()) out << "   the loop: " << Figure(row, loop->second);
+    });
+}
+
+void CResults::PrintRatios(std::ostream& out) const {
+    out << "\nRatios: Norvask / peer; below 1 Norvask needs less\n\n" << Heading();
+    for (const char* peer : kColumns) {
+        if (peer != kNorvask) out << Padded(peer, kRatioWidth, true);
+    }
+    out << "   aim\n";
+    PrintRows(out, [&](const SRow& row) {
+        for (const char* peer : kColumns) {
+            if (peer != kNorvask) out << Padded(Ratio(row, peer), kRatioWidth, true);
+        }
+        out << "   " << Verdict(row);
+    });
+}
+
+bool CCollector::ReportContext(const Context& context) {
+    m_bStarted = true;
+    GetErrorStream() << "Running on " << context.cpu_info.num_cpus << " CPUs of "
+                     << Format("%.0f", context.cpu_info.cycles_per_second / 1e6) << " MHz, load";
+    for (const double load : context.cpu_info.load_avg) {
+        GetErrorStream() << Format(" %.2f", load);
+    }
+    GetErrorStream() << "\n";
+    return true;
+}
+
+void CCollector::ReportRuns(const std::vector<Run>& runs) {
+    for (const Run& run : runs) {
+        if (run.error_occurred) {
+            GetErrorStream() << run.benchmark_name() << ": " << run.error_message << "\n";
+            m_bFailed = true;
+        } else if (run.run_type == Run::RT_Iteration && run.iterations > 0) {
+            const auto speed = run.counters.find("bytes_per_second");
+            m_Results.Add(run.run_name.function_name,
+                          run.cpu_accumulated_time / static_cast<double>(run.iterations),
+                          speed == run.counters.end() ? 0.0 : speed->second.value);
+        }
+    }
+}
+
+}  // namespace norvask_bench

@@ -1,0 +1,77 @@
+// Gathers what was measured and prints it as two tables: the figures, and the ratios with their aims.
+#ifndef NORVASK_BENCH_RESULTS_H
+#define NORVASK_BENCH_RESULTS_H
+
+#include <benchmark/benchmark.h>
+
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace norvask_bench {
+
+class CResults {
+public:
+    // The name of a measurement, "what/document/peer".
+    static std::string Name(const std::string& what, const std::string& document,
+                            const std::string& peer);
+
+    // Announces a measurement and answers its name. Rows are printed in the order in which they are
+    // first announced.
+    std::string Announce(const std::string& what, const std::string& document,
+                         const std::string& peer);
+
+    // Keeps the smallest value for a name: whatever else the machine does can only add to a time.
+    // `value` is in seconds, or in bytes per byte for the heap; `speed` in bytes per second, 0 when it
+    // says nothing.
+    void Add(const std::string& name, double value, double speed);
+
+    // False when nothing was measured.
+    bool Any() const;
+    void PrintFigures(std::ostream& out) const;
+    void PrintRatios(std::ostream& out) const;
+
+private:
+    struct SCell {
+        double value;
+        double speed;
+    };
+    struct SRow {
+        std::string what;
+        std::string document;
+        std::map<std::string, SCell> cells;
+    };
+
+    static std::string Figure(const SRow& row, const SCell& cell);
+    static std::string Ratio(const SRow& row, const std::string& peer);
+    static std::string Verdict(const SRow& row);
+
+    template <class PrintCells>
+    void PrintRows(std::ostream& out, PrintCells printCells) const;
+
+    std::vector<SRow> m_Rows;
+    std::map<std::string, std::pair<std::size_t, std::string>> m_Places;
+};
+
+// Passes every repetition on to the results and prints nothing but the machine and errors.
+class CCollector : public benchmark::BenchmarkReporter {
+public:
+    explicit CCollector(CResults& results) : m_Results(results) {}
+
+    bool ReportContext(const Context& context) override;
+    void ReportRuns(const std::vector<Run>& runs) override;
+
+    // Whether anything was measured; not so when the names are only listed or none is chosen.
+    bool Started() const { return m_bStarted; }
+    bool Failed() const { return m_bFailed; }
+
+private:
+    CResults& m_Results;
+    bool m_bStarted = false;
+    bool m_bFailed = false;
+};
+
+}  // namespace norvask_bench
+
+#endif

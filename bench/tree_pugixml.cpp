@@ -1,0 +1,47 @@
+#include <stdexcept>
+
+#include "trees.h"
+
+namespace norvask_bench {
+
+namespace {
+
+class CSinkWriter : public pugi::xml_writer {
+public:
+    explicit CSinkWriter(CSink& sink) : m_Sink(sink) {}
+
+    void write(const void* data, std::size_t length) override { m_Sink.Write(data, length); }
+
+private:
+    CSink& m_Sink;
+};
+
+std::size_t CountBelow(const pugi::xml_node& node) {
+    std::size_t count = 1;
+    for (const pugi::xml_node& child : node.children()) {
+        if (child.type() == pugi::node_element) count += CountBelow(child);
+    }
+    return count;
+}
+
+}  // namespace
+
+// load_buffer copies the text, since the other libraries leave it alone too.
+CPugixmlTree::CPugixmlTree(const std::string& text) {
+    const pugi::xml_parse_result result = m_Document.load_buffer(text.data(), text.size());
+    if (!result) throw std::runtime_error(std::string("pugixml: ") + result.description());
+}
+
+CPugixmlTree::CPugixmlTree(const CPugixmlTree& source) { m_Document.reset(source.m_Document); }
+
+void CPugixmlTree::Save(CSink& sink, bool format) const {
+    CSinkWriter writer(sink);
+    m_Document.save(writer, "\t", format ? pugi::format_default : pugi::format_raw,
+                    pugi::encoding_utf8);
+}
+
+std::size_t CPugixmlTree::CountElements() const {
+    return CountBelow(m_Document.document_element());
+}
+
+}  // namespace norvask_bench

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# run_example.sh NAME WORK PROGRAM [ARG...]
+#
+# Runs the program in the directory WORK beside copies of the sample documents, and compares all
+# that it prints and its exit code with expected/NAME.txt. If there is an expected/NAME.xml, the
+# program must have written a file of that name with exactly that content.
+#
+# What depends on the machine is masked first: times, rates, the size of the heap, the path of WORK.
+set -euo pipefail
+name=$1
+work=$2
+shift 2
+examples=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+
+rm -rf "$work"
+mkdir -p "$work"
+cp "$examples"/*.xml "$work"
+cd "$work"
+work=$(pwd -P)
+head -n 20 catalog.xml >truncated.xml
+
+# 17 May 2024, 10:30 UTC.
+export SOURCE_DATE_EPOCH=1715941800
+
+code=0
+"$@" >printed.txt 2>errors.txt </dev/null || code=$?
+{
+    cat printed.txt
+    sed 's/^/stderr: /' errors.txt
+    echo "exit code: $code"
+} | sed -E \
+    -e "s|$work|WORK|g" \
+    -e 's/ +[0-9]+\.[0-9]+ ms/ TIME/g' \
+    -e 's|[0-9]+\.[0-9]+ MB/s|RATE|' \
+    -e 's/^(  heap) .*/\1 SIZE/' >actual.txt
+
+failed=0
+diff -u "$examples/expected/$name.txt" actual.txt || failed=1
+if [[ -e $examples/expected/$name.xml ]]; then
+    diff -u "$examples/expected/$name.xml" "$name.xml" || failed=1
+fi
+if [[ $failed -ne 0 ]]; then
+    echo "If the new output is what you want: cp $work/actual.txt $examples/expected/$name.txt"
+fi
+exit "$failed"
