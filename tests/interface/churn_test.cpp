@@ -232,6 +232,64 @@ TEST_F(Churn, OfSharedNodes) {
     EXPECT_EQ(Children(m_Root), "second");
 }
 
+TEST_F(Churn, OfNodesThatShowOthersWhenTheyEnd) {
+    CXMLNode* kept = m_Root.CreateChild("kept", nullptr);
+    Repeat([&](int round) {
+        CElementProbe own("own");
+        CXMLNode* child = m_Root.CreateChild("child", nullptr);
+        *child = round % 2 ? own : *kept;
+        CXMLTextNode* text = m_Root.CreateTextChild(Letters(round).c_str());
+        *m_Root.CreateTextChild(Letters(round + 1).c_str()) = *text;
+        while (m_Root.GetChildren()[1])
+            m_Root.DeleteChild(m_Root.GetChildren()[1]);
+    });
+    EXPECT_EQ(Children(m_Root), "kept");
+}
+
+TEST_F(Churn, OfDocumentsThatShowWhatOthersHold) {
+    m_Root.SetAttribute("a", "v");
+    m_Root.CreateChild("c", nullptr)->SetTextChildValue("text");
+    Repeat([&](int round) {
+        const Document other = NewDocumentWithRoot("other");
+        CXMLNode* child = other->GetRoot()->CreateChild("x", nullptr);
+        child->SetAttribute("x", "x");
+        switch (round % 4) {
+            case 0:
+                *child = m_Root;
+                break;
+            case 1:
+                *child->GetAttributes()[0] = *m_Root.GetAttributes()[0];
+                break;
+            case 2:
+                *child->GetAttributes()[0] = CXMLAttribut("own", "own");
+                break;
+            default:
+                *child->CreateTextChild("x") =
+                    static_cast<CXMLTextNode&>(*m_Root.GetFirstChild()->GetFirstChild());
+        }
+    });
+}
+
+TEST_F(Churn, OfBlocksThatAnOverrideLeavesToTheLibrary) {
+    class CLazy : public CBinaryProbe {
+    public:
+        void DeleteData() override {}
+    };
+    CLazy binary;
+    Repeat([&](int round) { SetBytes(binary, round % 7 ? Letters(round) : ""); });
+}
+
+TEST_F(Churn, OfExceptions) {
+    CXMLException kept(0, "kept");
+    Repeat([&](int round) {
+        CXMLException e(1, 6, Letters(round).c_str());
+        CXMLException copy(e);
+        kept = copy;
+        e = kept;
+        CXMLAttribut attribute(e.GetMessage(), copy.GetMessage());
+    });
+}
+
 TEST_F(Churn, OfSharedTextsAndBlocks) {
     CXMLTextNode& text = *m_Root.CreateTextChild("text");
     CXMLBinNode& binary = *m_Root.CreateBinChild();

@@ -97,6 +97,30 @@ TEST_F(NodeSharing, CopiesOutliveTheDeletionOfTheirSource) {
     EXPECT_EQ(Listed(copy.GetNodes("x")), "x");
 }
 
+TEST_F(NodeSharing, CopiesAnswerNoParentThatHasEnded) {
+    CElementProbe p(m_P);
+    CTextProbe text(m_Text);
+    CElementProbe root(m_Root);
+    EXPECT_EQ(text.GetParentNode(), &m_P);
+    m_Root.DeleteChild(&m_P);
+    EXPECT_EQ(text.GetParentNode(), nullptr);
+    m_Document.reset();
+    EXPECT_EQ(p.GetParentNode(), nullptr);
+    EXPECT_EQ(p.GetFirstChild()->GetParentNode(), nullptr);
+    EXPECT_EQ(root.GetParentNode(), nullptr);
+    EXPECT_EQ(root.GetFirstChild()->GetParentNode(), nullptr);
+}
+
+TEST_F(NodeSharing, AssignedNodesAnswerNoParentThatHasEnded) {
+    const Document target = Load("<t><old/></t>");
+    CXMLNode* old = target->GetRoot()->GetFirstChild();
+    *old = m_P;
+    EXPECT_EQ(old->GetParentNode(), &m_Root);
+    m_Document.reset();
+    EXPECT_EQ(old->GetParentNode(), nullptr);
+    EXPECT_EQ(old->GetFirstChild()->GetParentNode(), nullptr);
+}
+
 TEST_F(NodeSharing, CopiesKeepDeepContentAlive) {
     std::unique_ptr<CElementProbe> copy;
     {
