@@ -44,12 +44,14 @@ public:
     // buffer, length: the bytes of the document, only read, and used only during the call. NULL or 0
     //   throws (1, "invalid parameter").
     // validate: true validates a document that names a grammar (a DTD, or a schema with doSchema) and
-    //   loads any other as if it were false. With false the next three parameters have no effect. A
-    //   DTD is read in either case, for its entities and default attributes.
+    //   loads any other as if it were false. With false the next three parameters have no effect. The
+    //   grammars that a document itself names are read in either case, for entities and default attributes;
+    //   only a schema with validate and without doSchema is not.
     // doSchema: whether XML Schema is used for validation.
     // schemaLocation: a schema to use as if the document had named it; NULL for none. With
     //   schemaHasNamespace it is a list of pairs of namespace and location separated by blanks, without
-    //   it the location of a schema for elements in no namespace.
+    //   it the location of a schema for elements in no namespace. The parser only warns about one that it
+    //   cannot open, and warnings are ignored: the document then loads unvalidated.
     // keepPrefixes: true takes element and attribute names with their prefix and keeps each namespace
     //   declaration as an attribute "xmlns:prefix", in front of the element's own and in the order of
     //   the prefixes. Deliberate: the default namespace is kept under the name "xmlns:" (an empty
@@ -69,10 +71,12 @@ public:
     //     DTDs. The file is the one in which the error lies, as the parser resolved it ("Memfile" for
     //     memory), the line counts from 1. A file that cannot be opened is reported like this too, with an
     //     empty file name and line 0; the parser's own text names it. A directory can be opened but not
-    //     read: its report ("unable to read data from file") names it nowhere.
+    //     read: its report ("unable to read data from file") names it nowhere. A first line that cannot be
+    //     decoded has no file name and line either.
     //   (1, "Error loading '%s':\n\n'%s'") from a file, (1, "XML parser error\n\n'%s'") from memory, for
     //     exceptions that the parser raises otherwise.
-    //   (3, "Invalid XML name: '%s'.") for a name that XML 1.1 allows and XML 1.0 does not.
+    //   (3, "Invalid XML name: '%s'.") for a name with a character beyond U+FFFF, which the parser accepts
+    //     and this library does not.
     // Nesting: the parser itself takes time that grows with the square of the depth (100,000 levels: about 20
     // seconds), so a program that must answer in time limits what it accepts.
     // std::bad_alloc and the exceptions of an installed converter pass through unchanged, and so does

@@ -1,7 +1,7 @@
 #include "norvask/text_node.h"
 
 #include <cstring>
-#include <xercesc/util/XMLException.hpp>
+#include <new>
 
 #include "foundation/errors.h"
 #include "foundation/parser_text.h"
@@ -47,7 +47,9 @@ void CXMLTextNode::SetText(const char* text) {
     bool isUtf8 = false;
     try {
         isUtf8 = CheckWritable(text);
-    } catch (const xercesc::XMLException&) {  // what cannot be written is not kept
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) {  // a text that the parser cannot carry to UTF-8 is not kept
         body->m_pText = EmptyString();
         FreeTreeString(memory, old);
         throw;

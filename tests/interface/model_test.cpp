@@ -280,7 +280,7 @@ void TreeModel::Check() {
 }  // namespace
 
 TEST(Model, OfAttributesAgreesAfterEveryStep) {
-    for (unsigned int seed = 1; seed <= 20; ++seed) {
+    for (unsigned int seed = 1; seed <= 10; ++seed) {
         RandomText random(seed);
         const Document document = NewDocumentWithRoot("r");
         CXMLNode* root = document->GetRoot();
@@ -292,7 +292,7 @@ TEST(Model, OfAttributesAgreesAfterEveryStep) {
         const auto value = [&] {
             return random.Number(4) ? std::string(random.Number(60) + 1, 'v') : std::string();
         };
-        for (int step = 0; step < 1500; ++step) {
+        for (int step = 0; step < 1000; ++step) {
             CXMLAttribut** attributes = root->GetAttributes();
             const std::size_t count = model.pairs.size();
             const std::size_t i = count ? random.Number(count) : 0;
@@ -340,7 +340,7 @@ TEST(Model, OfAttributesAgreesAfterEveryStep) {
 }
 
 TEST(Model, OfTreesAgreesAfterEveryStep) {
-    for (unsigned int seed = 1; seed <= 20; ++seed) {
+    for (unsigned int seed = 1; seed <= 10; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         TreeModel model(seed);
         for (int step = 0; step < 400 && !HasFailure(); ++step) {
