@@ -1,5 +1,6 @@
 #include "tree/tree_memory.h"
 
+#include <algorithm>
 #include <new>
 
 #if defined(NORVASK_POISONS_MEMORY)
@@ -138,7 +139,9 @@ void* CTreeMemory::AllocatePlainSlowly(std::size_t bytes) {
 bool CTreeMemory::MakeFreeLists(SFreeBlock**& lists, std::size_t classes) noexcept {
     if (lists == nullptr) {
         try {
-            lists = new (Content(AddPage(classes * sizeof(SFreeBlock*)))) SFreeBlock*[classes]();
+            void* content = Content(AddPage(classes * sizeof(SFreeBlock*)));
+            lists = static_cast<SFreeBlock**>(content);
+            std::fill_n(lists, classes, nullptr);
         } catch (const std::bad_alloc&) {
             return false;
         }

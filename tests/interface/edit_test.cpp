@@ -1,4 +1,4 @@
-// Growing and shrinking an element: children at a place, texts, binary nodes, deleting, the one text.
+// Growing and shrinking an element: children at a place, leaves, deleting, the one text of an element.
 #include <norvask/norvask.h>
 
 #include <string>

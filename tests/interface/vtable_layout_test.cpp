@@ -46,10 +46,12 @@ std::vector<std::uintptr_t> Slots(const void* object, std::size_t slots) {
     return std::vector<std::uintptr_t>(table, table + slots);
 }
 
+// The slots in which two tables differ, without those of the destructor: whether a derived class gets
+// a destructor of its own there is up to the compiler.
 std::set<std::size_t> Differences(const std::vector<std::uintptr_t>& a,
                                   const std::vector<std::uintptr_t>& b) {
     std::set<std::size_t> places;
-    for (std::size_t i = 0; i < a.size(); ++i) {
+    for (std::size_t i = 2; i < a.size(); ++i) {
         if (a[i] != b[i]) places.insert(i);
     }
     return places;
@@ -190,12 +192,12 @@ TEST(VtableLayout, HasNoPlaceForClassesWithoutVirtualOperations) {
 TEST(VtableLayout, ShowsAnOverrideInItsSlotOnly) {
     CElementProbe plain("plain");
     CNamed named("named");
-    const std::set<std::size_t> expected = {0, 1, 6};
+    const std::set<std::size_t> expected = {6};
     EXPECT_EQ(Differences(Slots(&plain, kNodeSlots), Slots(&named, kNodeSlots)), expected);
 
     CBinaryProbe binary;
     CDeletingBinary deleting;
-    const std::set<std::size_t> deleted = {0, 1, kBinarySlots - 1};
+    const std::set<std::size_t> deleted = {kBinarySlots - 1};
     EXPECT_EQ(Differences(Slots(&binary, kBinarySlots), Slots(&deleting, kBinarySlots)), deleted);
 }
 
@@ -205,7 +207,7 @@ TEST(VtableLayout, OfTheLibrarysLeavesOverridesWhatLeavesRefuse) {
     const auto element = Slots(root, kNodeSlots);
     const auto text = Slots(root->CreateTextChild("t"), kNodeSlots);
     const auto binary = Slots(root->CreateBinChild(), kNodeSlots);
-    const std::set<std::size_t> overridden = {0, 1, 2, 7, 10, 12, 13, 16, 17, 18, 19, 20};
+    const std::set<std::size_t> overridden = {2, 7, 10, 12, 13, 16, 17, 18, 19, 20};
     EXPECT_EQ(Differences(element, text), overridden);
     EXPECT_EQ(Differences(element, binary), overridden);
 }
@@ -213,17 +215,17 @@ TEST(VtableLayout, OfTheLibrarysLeavesOverridesWhatLeavesRefuse) {
 TEST(VtableLayout, OfTheLibrarysObjectsIsWhatDerivedObjectsInherit) {
     const Document document = NewDocumentWithRoot("r");
     CXMLNode* root = document->GetRoot();
-    const std::set<std::size_t> destructors = {0, 1};
+    const std::set<std::size_t> none;
     CElementProbe element("e");
-    EXPECT_EQ(Differences(Slots(root, kNodeSlots), Slots(&element, kNodeSlots)), destructors);
+    EXPECT_EQ(Differences(Slots(root, kNodeSlots), Slots(&element, kNodeSlots)), none);
     CTextProbe text("t");
     EXPECT_EQ(Differences(Slots(root->CreateTextChild("t"), kTextSlots), Slots(&text, kTextSlots)),
-              destructors);
+              none);
     CBinaryProbe binary;
     EXPECT_EQ(
         Differences(Slots(root->CreateBinChild(), kBinarySlots), Slots(&binary, kBinarySlots)),
-        destructors);
+        none);
     CDocumentProbe probe;
     EXPECT_EQ(Differences(Slots(document.get(), kDocumentSlots), Slots(&probe, kDocumentSlots)),
-              destructors);
+              none);
 }

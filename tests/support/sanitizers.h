@@ -1,5 +1,5 @@
-// Whether this program is instrumented. A sanitized allocator ends the program for a size that is out
-// of all bounds, where the plain one throws.
+// Whether this program is instrumented. A sanitized allocator ends the program for a size that is
+// out of all bounds, where the plain one throws.
 #ifndef NORVASK_TESTS_SUPPORT_SANITIZERS_H
 #define NORVASK_TESTS_SUPPORT_SANITIZERS_H
 
