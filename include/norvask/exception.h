@@ -11,9 +11,6 @@
 //   ID  number  text
 //    1    2     "Error loading '%s':\n\n'%s'"          parser exception, file load
 //    1    4     "Error saving '%s'."                   file not opened, stream not good
-//    1    5     "The last written document is not closed."
-//    1    8     "The document is not open."
-//    1    9     "Wrong XML format"                     end tag without a start tag
 //    1   11     "XML parser error\n\n'%s'"             parser exception, memory load
 //    1   12     "invalid parameter"
 //    1   13     "Function is not supported by this node type."
@@ -23,10 +20,10 @@
 //    4    1     "Error during initialisation of the XML parser"
 //    6    9     "Wrong XML format"                     text child cannot be set
 //    7   14     "Error during conversion."             date or time out of range
-//    8    9     "Wrong XML format"                     document ended with open elements
 //
-// ID 5 is not used, and message 10, "Invalid character in string '%s'.", is raised by nothing: it
-// keeps its place so that the numbers after it stay what they are.
+// The message table has three more texts, which nothing raises; they keep their places so that the numbers of
+// the others stay what they are: 5 "The last written document is not closed.", 8 "The document is not open.", 10
+// "Invalid character in string '%s'.".
 //
 // Threads: exceptions may be built, copied, assigned and destroyed on any thread; one object
 // belongs to one thread at a time, as usual.

@@ -23,8 +23,8 @@ public:
     // throws CXMLException (4, "Error during initialisation of the XML parser").
     bool IsInitialized();
 
-    // Whether loads that report to a client handler track the position in the source. Off at first; a
-    // load that builds a tree never does. Takes effect for the loads that start afterwards.
+    // Whether the parser tracks its position in the source, which costs time. Off at first. Meant for loads that
+    // report as they go; a load that builds a tree never tracks it, so today the switch changes nothing.
     void SetCalculateSourceOffsets(bool calculate);
 
     // Installs a converter for all strings that loads produce and for parser messages; NULL restores the
