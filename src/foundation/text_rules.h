@@ -18,9 +18,23 @@ enum class EMarkup : unsigned char {
     QUOTE,
 };
 
-extern const EMarkup MARKUP[128];
+struct SMarkupTable {
+    constexpr SMarkupTable() : of() {
+        for (unsigned char c = 0; c < ' '; ++c) {
+            of[c] = c == '\t' || c == '\n' || c == '\r' ? EMarkup::PLAIN : EMarkup::DROPPED;
+        }
+        of[static_cast<unsigned char>('<')] = EMarkup::LESS;
+        of[static_cast<unsigned char>('>')] = EMarkup::GREATER;
+        of[static_cast<unsigned char>('&')] = EMarkup::AMPERSAND;
+        of[static_cast<unsigned char>('\'')] = EMarkup::APOSTROPHE;
+        of[static_cast<unsigned char>('"')] = EMarkup::QUOTE;
+    }
 
-inline EMarkup MarkupOf(unsigned char ascii) noexcept { return MARKUP[ascii]; }
+    EMarkup of[128];
+};
+inline constexpr SMarkupTable MARKUP;
+
+inline EMarkup MarkupOf(unsigned char ascii) noexcept { return MARKUP.of[ascii]; }
 
 // The character reference for one of LESS to QUOTE. All have REFERENCE_LENGTH bytes.
 const std::size_t REFERENCE_LENGTH = 6;
