@@ -1,4 +1,4 @@
-// Growing and shrinking an element: children at a place, leaves, deleting, the one text of an element.
+// Growing and shrinking an element: children at a place, leaves, deleting, the one text.
 #include <norvask/norvask.h>
 
 #include <string>
