@@ -32,7 +32,7 @@ public:
 
     // The number that the text begins with; always true for a text that is not empty. Deliberate: a
     // text that is no number stores 0, so a caller that must tell the two apart looks at the text.
-    // Decimal only: "0x10" reads as 0, "inf" and "nan" read as 0.
+    // Decimal only: "0x10" reads as 0, "inf" and "nan" read as 0. A number too large for a double is infinity.
     static bool GetDouble(const char* text, double& value);
     static bool GetLong(const char* text, long& value);
 
