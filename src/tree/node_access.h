@@ -77,7 +77,6 @@ public:
         node->Save(out, format, indent);
     }
     static void AddToQueryResult(CXMLNode* node, CXMLNode* found) { node->AddToQueryResult(found); }
-    static void IncQueryResult(CXMLNode* node) { node->IncQueryResult(); }
 
 private:
     static const std::uintptr_t OBJECT_BITS = 3;

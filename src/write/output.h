@@ -48,10 +48,7 @@ public:
     // The same for text that is known to be well-formed UTF-8, of this length.
     void EscapedUtf8(const char* text, std::size_t length);
 
-    // A name that is known to need no escaping, of this length.
-    void Plain(const char* name, std::size_t length) { Bytes(name, length); }
-
-    // A literal with such a name behind it.
+    // A literal and behind it a name that is known to need no escaping, of this length.
     template <std::size_t N>
     void LiteralAndPlain(const char (&token)[N], const char* name, std::size_t length) {
         if (m_bPads || Room() < N - 1 + length) {

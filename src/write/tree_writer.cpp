@@ -23,7 +23,7 @@ void RequireName(const char* name) {
     }
 }
 
-// Calls the stream through the guard on the way out, and lets the first exception go on.
+// Flushes when the walk is done and also when an exception leaves it, which goes on.
 template <typename Walk>
 void FlushedAlways(COutput& output, Walk walk) {
     try {

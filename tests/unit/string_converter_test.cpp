@@ -26,7 +26,7 @@ std::string EscapedFast(const std::string& text, std::size_t before = 0) {
     std::ostringstream out;
     COutput output(out, COutput::LARGE);
     const std::string filler(before, 'x');
-    output.Plain(filler.c_str(), filler.size());
+    output.EscapedUtf8(filler.c_str(), filler.size());
     output.Escaped(text.c_str());
     output.Flush();
     return out.str().substr(before);
