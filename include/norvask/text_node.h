@@ -1,9 +1,9 @@
 // CXMLTextNode: character data in a tree, with typed values.
 //
 // Role: a leaf below an element, made by CXMLNode::CreateTextChild or by loading. It has no tag name
-// (GetTagName answers ""), no attributes and no children. Owner and threads as for CXMLNode; the typed
-// setters go through the static buffers of convert.h and GetBinaryText through the one block of
-// CXMLSaxHandler::GetData, so no two threads may use these at once, even on different documents.
+// (GetTagName answers ""), no attributes and no children. Owner and threads as for CXMLNode;
+// GetBinaryText goes through the one block of CXMLSaxHandler::GetData, so no two threads may use it at
+// once, even on different documents.
 #ifndef NORVASK_TEXT_NODE_H
 #define NORVASK_TEXT_NODE_H
 

@@ -11,9 +11,9 @@ namespace {
 // The public headers show the parser's strings as char16_t so that clients need no parser header.
 static_assert(std::is_same<XMLCh, char16_t>::value, "the parser's strings are char16_t strings");
 
-bool s_bLocalEncodingIsUtf8 = false;
-
 }  // namespace
+
+bool g_bLocalEncodingIsUtf8 = false;
 
 void ProbeLocalEncoding() {
     // One character of each length: e with acute accent, the euro sign, a smiling face.
@@ -21,12 +21,10 @@ void ProbeLocalEncoding() {
     const XMLCh wide[] = {0x61, 0xE9, 0x20AC, 0xD83D, 0xDE00, 0};
     const CParserString parsed(narrow);
     char* back = xercesc::XMLString::transcode(wide);
-    s_bLocalEncodingIsUtf8 = xercesc::XMLString::equals(parsed.Get(), wide) && back != nullptr &&
+    g_bLocalEncodingIsUtf8 = xercesc::XMLString::equals(parsed.Get(), wide) && back != nullptr &&
                              std::strcmp(back, narrow) == 0;
     xercesc::XMLString::release(&back);
 }
-
-bool LocalEncodingIsUtf8() noexcept { return s_bLocalEncodingIsUtf8; }
 
 CBase64Text::CBase64Text(const unsigned char* data, std::size_t length)
     : m_pText(nullptr), m_nLength(0) {

@@ -14,7 +14,10 @@ void ProbeLocalEncoding();
 
 // The answer of the probe; false before. When it is false the fast paths for UTF-8 stand back and all
 // text goes through the parser's transcoders.
-bool LocalEncodingIsUtf8() noexcept;
+inline bool LocalEncodingIsUtf8() noexcept {
+    extern bool g_bLocalEncodingIsUtf8;
+    return g_bLocalEncodingIsUtf8;
+}
 
 // A narrow string as a parser string, released at the end of the scope.
 class CParserString {

@@ -1,8 +1,7 @@
 #include "foundation/utf8.h"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include <cstdint>
+#include <cstring>
 
 namespace norvask {
 namespace {
@@ -11,31 +10,32 @@ unsigned int Byte(char c) noexcept { return static_cast<unsigned char>(c); }
 
 bool IsContinuation(char c) noexcept { return (Byte(c) & 0xC0U) == 0x80U; }
 
-char ToByte(unsigned int value) noexcept { return static_cast<char>(value); }
-
-// How many leading units are ASCII; they are written to `out` as bytes. Sixteen at a time where the
-// processor can.
-std::size_t CopyAscii(const char16_t* text, std::size_t units, char* out) noexcept {
-    std::size_t i = 0;
-#if defined(__SSE2__)
-    const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
-    for (; i + 16 <= units; i += 16) {
-        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i));
-        const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i + 8));
-        const __m128i bits = _mm_and_si128(_mm_or_si128(a, b), high);
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(bits, _mm_setzero_si128())) != 0xFFFF) {
-            break;
-        }
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), _mm_packus_epi16(a, b));
-    }
-#endif
-    for (; i < units && text[i] < 0x80; ++i) {
-        out[i] = static_cast<char>(text[i]);
-    }
-    return i;
+template <typename Word>
+Word Load(const char* text) noexcept {
+    Word word = 0;
+    std::memcpy(&word, text, sizeof(word));
+    return word;
 }
 
 }  // namespace
+
+// The last word is read together with what comes before it.
+bool IsAscii(const char* text, std::size_t length) noexcept {
+    std::uint64_t bits = 0;
+    if (length >= 8) {
+        for (std::size_t i = 0; i + 8 <= length; i += 8) {
+            bits |= Load<std::uint64_t>(text + i);
+        }
+        bits |= Load<std::uint64_t>(text + length - 8);
+    } else if (length >= 4) {
+        bits = Load<std::uint32_t>(text) | Load<std::uint32_t>(text + length - 4);
+    } else {
+        for (std::size_t i = 0; i < length; ++i) {
+            bits |= Byte(text[i]);
+        }
+    }
+    return (bits & 0x8080808080808080U) == 0;
+}
 
 std::size_t Utf8SequenceLength(const char* text) noexcept {
     const unsigned int first = Byte(text[0]);
@@ -97,40 +97,13 @@ std::size_t Utf16Length(const char16_t* text) noexcept {
     return length;
 }
 
-std::size_t Utf16ToUtf8(const char16_t* text, std::size_t units, char* out) noexcept {
-    char* p = out;
+std::size_t CopyAscii(const char16_t* text, std::size_t limit, char* out) noexcept {
     std::size_t i = 0;
-    while (i < units) {
-        const unsigned int c = text[i];
-        if (c < 0x80) {
-            const std::size_t ascii = CopyAscii(text + i, units - i, p);
-            i += ascii;
-            p += ascii;
-        } else if (c < 0x800) {
-            p[0] = ToByte(0xC0U | (c >> 6));
-            p[1] = ToByte(0x80U | (c & 0x3FU));
-            p += 2;
-            ++i;
-        } else if (c < 0xD800 || c >= 0xE000) {
-            p[0] = ToByte(0xE0U | (c >> 12));
-            p[1] = ToByte(0x80U | ((c >> 6) & 0x3FU));
-            p[2] = ToByte(0x80U | (c & 0x3FU));
-            p += 3;
-            ++i;
-        } else {
-            if (c >= 0xDC00 || i + 1 == units || text[i + 1] < 0xDC00 || text[i + 1] >= 0xE000) {
-                return NOT_UTF16;
-            }
-            const unsigned int point = 0x10000U + ((c - 0xD800U) << 10) + (text[i + 1] - 0xDC00U);
-            p[0] = ToByte(0xF0U | (point >> 18));
-            p[1] = ToByte(0x80U | ((point >> 12) & 0x3FU));
-            p[2] = ToByte(0x80U | ((point >> 6) & 0x3FU));
-            p[3] = ToByte(0x80U | (point & 0x3FU));
-            p += 4;
-            i += 2;
-        }
+    while (i < limit && text[i] - 1U < 0x7F) {  // 1 to 127
+        out[i] = static_cast<char>(text[i]);
+        ++i;
     }
-    return static_cast<std::size_t>(p - out);
+    return i;
 }
 
 }  // namespace norvask

@@ -17,6 +17,9 @@ std::size_t Utf8SequenceLength(const char* text) noexcept;
 // UTF-8.
 const char* EndOfUtf8(const char* text) noexcept;
 
+// Whether all bytes are ASCII.
+bool IsAscii(const char* text, std::size_t length) noexcept;
+
 // Whether the whole terminated string is well-formed UTF-8.
 inline bool IsUtf8(const char* text) noexcept { return *EndOfUtf8(text) == '\0'; }
 
@@ -35,6 +38,10 @@ const std::size_t NOT_UTF16 = static_cast<std::size_t>(-1);
 // Writes UTF-8 for `units` units of UTF-16 to `out`, which has room for Utf8Capacity(units) bytes, and
 // answers the number of bytes; NOT_UTF16 when a surrogate is unpaired. No terminator is written.
 std::size_t Utf16ToUtf8(const char16_t* text, std::size_t units, char* out) noexcept;
+
+// Copies the leading ASCII characters of a terminated string, at most `limit`, and answers how many there were. No
+// terminator is written.
+std::size_t CopyAscii(const char16_t* text, std::size_t limit, char* out) noexcept;
 
 }  // namespace norvask
 

@@ -1,7 +1,5 @@
 #include "load/name_cache.h"
 
-#include <cstring>
-
 #include "foundation/utf8.h"
 #include "load/narrow_text.h"
 #include "tree/tree_building.h"
@@ -27,7 +25,41 @@ void CNameCache::Grow() {
     m_Entries.reserve(m_Slots.size() / 2);
 }
 
+bool CNameCache::IsSame(const SEntry& entry, const char16_t* parserName) const noexcept {
+    const char16_t* known = m_Characters.data() + entry.start;
+    while (*known == *parserName) {
+        if (*known == 0) {
+            return true;
+        }
+        ++known;
+        ++parserName;
+    }
+    return false;
+}
+
+// One more use of the name at this position, which comes after the last one.
+const char* CNameCache::Use(std::uint32_t position) noexcept {
+    if (m_nLast != 0) {
+        SEntry& last = m_Entries[m_nLast - 1];
+        if (last.next[0] != position) {
+            last.next[1] = last.next[0];
+            last.next[0] = position;
+        }
+    }
+    m_nLast = position;
+    const char* treeName = m_Entries[position - 1].treeName;
+    CNameTable::AddUse(treeName);
+    return treeName;
+}
+
 const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName) {
+    if (m_nLast != 0) {
+        for (const std::uint32_t next : m_Entries[m_nLast - 1].next) {
+            if (next != 0 && IsSame(m_Entries[next - 1], parserName)) {
+                return Use(next);
+            }
+        }
+    }
     if (2 * m_Entries.size() >= m_Slots.size()) {
         Grow();
     }
@@ -38,11 +70,8 @@ const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName)
     std::size_t slot = hash & mask;
     while (m_Slots[slot] != 0) {
         const SEntry& entry = m_Entries[m_Slots[slot] - 1];
-        if (entry.hash == hash && entry.length == length &&
-            std::memcmp(m_Characters.data() + entry.start, parserName, length * sizeof(char16_t)) ==
-                0) {
-            CNameTable::AddUse(entry.treeName);
-            return entry.treeName;
+        if (entry.hash == hash && entry.length == length && IsSame(entry, parserName)) {
+            return Use(m_Slots[slot]);
         }
         slot = (slot + 1) & mask;
     }
@@ -50,16 +79,15 @@ const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName)
     const char* treeName = AcquireValidName(memory, narrow.Convert(parserName, length));
     try {
         const std::size_t start = m_Characters.size();
-        m_Characters.append(parserName, length);
-        m_Entries.push_back({hash, static_cast<std::uint32_t>(length), start, treeName});
+        m_Characters.append(parserName, length + 1);
+        m_Entries.push_back({hash, {0, 0}, length, start, treeName});
     } catch (...) {
         memory.Names().Release(memory, treeName);
         throw;
     }
-    // One use stays with the cache, so that the name is there as long as the load.
-    CNameTable::AddUse(treeName);
+    // The use that was acquired stays with the cache, so that the name is there as long as the load.
     m_Slots[slot] = static_cast<std::uint32_t>(m_Entries.size());
-    return treeName;
+    return Use(m_Slots[slot]);
 }
 
 void CNameCache::Clear(CTreeMemory& memory) noexcept {
@@ -69,6 +97,7 @@ void CNameCache::Clear(CTreeMemory& memory) noexcept {
     m_Entries.clear();
     m_Slots.clear();
     m_Characters.clear();
+    m_nLast = 0;
 }
 
 }  // namespace norvask

@@ -1,7 +1,8 @@
 // Internal. CNameCache: the parser's names of one load and the tree's names for them.
 //
-// A document repeats few names very often. Each is converted and checked once; afterwards its UTF-16 form leads
-// straight to the name in the tree's memory.
+// A document repeats few names very often, and mostly in the same order. Each is converted and checked once;
+// afterwards its UTF-16 form leads straight to the name in the tree's memory: through the name before it, which
+// remembers the two that came next most recently, or else through a hash table.
 #ifndef NORVASK_LOAD_NAME_CACHE_H
 #define NORVASK_LOAD_NAME_CACHE_H
 
@@ -26,16 +27,21 @@ public:
 private:
     struct SEntry {
         std::uint32_t hash;
-        std::uint32_t length;
+        std::uint32_t
+            next[2];  // positions, counted from 1, of what came after this one; the later one first
+        std::size_t length;
         std::size_t start;  // in m_Characters
         const char* treeName;
     };
 
+    bool IsSame(const SEntry& entry, const char16_t* parserName) const noexcept;
+    const char* Use(std::uint32_t position) noexcept;
     void Grow();
 
     std::vector<SEntry> m_Entries;       // in the order in which they came
     std::vector<std::uint32_t> m_Slots;  // open addressing: positions in m_Entries, counted from 1
-    std::u16string m_Characters;         // of all parser names
+    std::u16string m_Characters;         // of all parser names, each terminated
+    std::uint32_t m_nLast = 0;           // the position of the last name, counted from 1
 };
 
 }  // namespace norvask

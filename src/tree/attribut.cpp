@@ -4,7 +4,8 @@
 #include <cstring>
 
 #include "foundation/text_rules.h"
-#include "norvask/convert.h"
+#include "foundation/utf8.h"
+#include "foundation/value_text.h"
 #include "norvask/sax_handler.h"
 #include "tree/attribute_access.h"
 
@@ -80,11 +81,24 @@ void CAttributeAccess::ReplaceValue(CXMLAttribut* attribute, const char* value,
     EndValue(old, held);
 }
 
+namespace {
+
+const char* NewHeldName(const char* name) {
+    const bool plain = name != nullptr && IsAscii(name, std::strlen(name)) && IsXmlName(name);
+    return NewHeldString(name, plain ? STRING_VALID | STRING_ASCII | STRING_UTF8 : 0);
+}
+
+const char* NewHeldValue(const char* value) {
+    return NewHeldString(value, value != nullptr && IsKnownUtf8(value) ? STRING_UTF8 : 0);
+}
+
+}  // namespace
+
 CXMLAttribut::CXMLAttribut(const char* name, const char* value) : m_nName(0), m_nValue(0) {
-    const char* heldName = NewHeldString(name);
+    const char* heldName = NewHeldName(name);
     m_nName = Number(heldName) | CAttributeAccess::ATTRIBUTE_HOLDS;
     try {
-        m_nValue = Number(NewHeldString(value));
+        m_nValue = Number(NewHeldValue(value));
     } catch (...) {
         ReleaseHeldString(heldName);
         throw;
@@ -121,7 +135,7 @@ void CXMLAttribut::SetName(const char* name) {
     const bool holds = CAttributeAccess::Holds(this);
     const char* copy = nullptr;
     if (holds) {
-        copy = NewHeldString(name);
+        copy = NewHeldName(name);
     } else {
         const char* text = name == nullptr ? "" : name;
         CTreeMemory& memory = TreeOf(CAttributeAccess::Name(this));
@@ -134,7 +148,7 @@ void CXMLAttribut::SetValue(const char* value) {
     const bool holds = CAttributeAccess::Holds(this);
     const char* copy = EmptyString();
     if (holds) {
-        copy = NewHeldString(value);
+        copy = NewHeldValue(value);
     } else if (value != nullptr && *value != '\0') {
         copy = NewTreeString(TreeOf(CAttributeAccess::Name(this)), value, std::strlen(value),
                              IsKnownUtf8(value));
@@ -164,24 +178,31 @@ bool CXMLAttribut::GetLongValue(long& value) { return CXMLSaxHandler::GetLong(Ge
 bool CXMLAttribut::GetBoolValue(bool& value) { return CXMLSaxHandler::GetBool(GetValue(), value); }
 
 void CXMLAttribut::SetDateValue(int year, int month, int day) {
-    SetValue(XMLConvertDate2Text(year, month, day));
+    SValueText text;
+    SetValue(FormatDate(text, year, month, day));
 }
 
 void CXMLAttribut::SetDateTimeValue(int year, int month, int day, int hour, int minute,
                                     int second) {
-    SetValue(XMLConvertDateTime2Text(year, month, day, hour, minute, second));
+    SValueText text;
+    SetValue(FormatDateTime(text, year, month, day, hour, minute, second));
 }
 
 void CXMLAttribut::SetTimeValue(int hour, int minute, int second) {
-    SetValue(XMLConvertTime2Text(hour, minute, second));
+    SValueText text;
+    SetValue(FormatTime(text, hour, minute, second));
 }
 
-void CXMLAttribut::SetDoubleValue(const double& value) { SetValue(XMLConvertDouble2Text(value)); }
-
-void CXMLAttribut::SetLongValue(long value) { SetValue(XMLConvertLong2Text(value)); }
-
-void CXMLAttribut::SetBoolValue(bool value, bool numeric) {
-    SetValue(XMLConvertBool2Text(value, numeric));
+void CXMLAttribut::SetDoubleValue(const double& value) {
+    SValueText text;
+    SetValue(FormatDouble(text, value));
 }
+
+void CXMLAttribut::SetLongValue(long value) {
+    SValueText text;
+    SetValue(FormatLong(text, value));
+}
+
+void CXMLAttribut::SetBoolValue(bool value, bool numeric) { SetValue(FormatBool(value, numeric)); }
 
 }  // namespace norvask

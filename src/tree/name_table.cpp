@@ -5,6 +5,7 @@
 #include <new>
 #include <random>
 
+#include "foundation/utf8.h"
 #include "tree/tree_memory.h"
 #include "tree/tree_string.h"
 
@@ -44,15 +45,6 @@ std::uint64_t Fold(std::uint64_t a, std::uint64_t b) noexcept {
     const std::uint64_t high = (a >> 32) * (b >> 32) + (middle >> 32) + (other >> 32);
     return high ^ ((other << 32) | (low & LOW));
 #endif
-}
-
-bool IsAscii(const char* text, std::size_t length) noexcept {
-    for (std::size_t i = 0; i < length; ++i) {
-        if (static_cast<unsigned char>(text[i]) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include "foundation/errors.h"
 #include "foundation/parser_text.h"
 #include "foundation/text_rules.h"
-#include "norvask/convert.h"
+#include "foundation/value_text.h"
 #include "norvask/sax_handler.h"
 #include "tree/node_access.h"
 #include "tree/tree_string.h"
@@ -60,24 +60,31 @@ void CXMLTextNode::SetText(const char* text) {
 }
 
 void CXMLTextNode::SetDateTimeText(int year, int month, int day, int hour, int minute, int second) {
-    SetText(XMLConvertDateTime2Text(year, month, day, hour, minute, second));
+    SValueText text;
+    SetText(FormatDateTime(text, year, month, day, hour, minute, second));
 }
 
 void CXMLTextNode::SetDateText(int year, int month, int day) {
-    SetText(XMLConvertDate2Text(year, month, day));
+    SValueText text;
+    SetText(FormatDate(text, year, month, day));
 }
 
 void CXMLTextNode::SetTimeText(int hour, int minute, int second) {
-    SetText(XMLConvertTime2Text(hour, minute, second));
+    SValueText text;
+    SetText(FormatTime(text, hour, minute, second));
 }
 
-void CXMLTextNode::SetDoubleText(const double& value) { SetText(XMLConvertDouble2Text(value)); }
-
-void CXMLTextNode::SetLongText(long value) { SetText(XMLConvertLong2Text(value)); }
-
-void CXMLTextNode::SetBoolText(bool value, bool numeric) {
-    SetText(XMLConvertBool2Text(value, numeric));
+void CXMLTextNode::SetDoubleText(const double& value) {
+    SValueText text;
+    SetText(FormatDouble(text, value));
 }
+
+void CXMLTextNode::SetLongText(long value) {
+    SValueText text;
+    SetText(FormatLong(text, value));
+}
+
+void CXMLTextNode::SetBoolText(bool value, bool numeric) { SetText(FormatBool(value, numeric)); }
 
 void CXMLTextNode::SetBinaryText(const unsigned char* data, long length) {
     const CBase64Text text(data, length < 1 ? 0 : static_cast<std::size_t>(length));

@@ -45,13 +45,13 @@ void FreeTreeString(CTreeMemory& memory, const char* text) noexcept {
     }
 }
 
-const char* NewHeldString(const char* text) {
+const char* NewHeldString(const char* text, unsigned int flags) {
     if (text == nullptr || *text == '\0') {
         return EmptyString();
     }
     const std::size_t length = std::strlen(text);
     SPage* page = NewPage(sizeof(SStringTag) + length + 1);
-    return WriteString(page + 1, page, text, length, 0);
+    return WriteString(page + 1, page, text, length, flags);
 }
 
 void HoldString(const char* text) noexcept {

@@ -81,8 +81,8 @@ bool IsReusable(const char* text) noexcept;
 // Ends such a string. While it is held outside, its block lies idle.
 void FreeTreeString(CTreeMemory& memory, const char* text) noexcept;
 
-// A copy outside of any tree; the caller holds it. Throws std::bad_alloc.
-const char* NewHeldString(const char* text);
+// A copy outside of any tree; the caller holds it. `flags` tells what is known of it. Throws std::bad_alloc.
+const char* NewHeldString(const char* text, unsigned int flags);
 
 // Shows any tagged string outside of its tree, and ends that.
 void HoldString(const char* text) noexcept;

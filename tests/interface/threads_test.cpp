@@ -1,5 +1,5 @@
-// What threads may do at once: work on documents of their own, hold copies of attributes and
-// exceptions, and save one document together.
+// What threads may do at once: work on documents of their own, typed values included, hold copies of
+// attributes and exceptions, and save one document together.
 #include <norvask/norvask.h>
 
 #include <functional>
@@ -36,6 +36,10 @@ std::string Worked(int number) {
         root->GetAttributes()[i]->SetName(("m" + std::to_string(i)).c_str());
     for (int i = 0; i < 50; ++i)
         root->SetAttribute(("m" + std::to_string(i)).c_str(), "");
+    root->CreateTextChild("")->SetDateTimeText(2000 + number, 1, 2, 3, 4, 5);
+    root->CreateTextChild("")->SetDoubleText(number + 0.5);
+    root->GetAttributes()[0]->SetLongValue(number);
+    root->GetAttributes()[1]->SetDateValue(number, 1, 2);
     root->CopyChild(root, root->GetFirstChild());
     root->GetNodes("r/p")[0]->SetTextChildValue(id.c_str());
     try {

@@ -112,8 +112,8 @@ TEST(TreeString, OutlivesItsTree) {
 }
 
 TEST(TreeString, AnEmptyHeldStringIsAConstant) {
-    EXPECT_EQ(NewHeldString(nullptr), EmptyString());
-    EXPECT_EQ(NewHeldString(""), EmptyString());
+    EXPECT_EQ(NewHeldString(nullptr, 0), EmptyString());
+    EXPECT_EQ(NewHeldString("", 0), EmptyString());
     HoldString(EmptyString());
     ReleaseHeldString(EmptyString());
     ReleaseHeldString(EmptyString());

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <string>
 #include <xercesc/util/XMLString.hpp>
 
@@ -68,6 +70,62 @@ TEST(Utf8, GeneratedUtf16IsConvertedAsTheParserDoesOrRefused) {
     }
     EXPECT_GT(refused, 100);
     EXPECT_LT(refused, 2900);
+}
+
+// Text is taken eight units at a time, each kind of mixture in its own way.
+TEST(Utf8, EveryMixtureOfEightUnitsConvertsLikeByTheParserIntoTheRoomThatIsAskedFor) {
+    const std::u16string kinds[] = {u"a", u"\u00E9", u"\u07FF", u"\u20AC"};
+    for (unsigned int mixture = 0; mixture < 65536; ++mixture) {
+        std::u16string text;
+        for (unsigned int unit = 0; unit < 8; ++unit) {
+            text += kinds[mixture >> (2 * unit) & 3U];
+        }
+        const std::unique_ptr<char[]> room(new char[Utf8Capacity(text.size())]);
+        const std::size_t bytes = Utf16ToUtf8(text.data(), text.size(), room.get());
+        ASSERT_EQ(std::string(room.get(), bytes), TranscodedByParser(text)) << mixture;
+    }
+}
+
+TEST(Utf8, PairsAndLimitsOfLengthConvertAtEveryPlaceOfALongText) {
+    for (const char16_t* character :
+         {u"\u007F", u"\u0080", u"\u07FF", u"\u0800", u"\uD7FF", u"\uE000", u"\uFFFF",
+          u"\U00010000", u"\U0010FFFF"}) {
+        for (const char16_t filler : {u'a', u'\u0436', u'\u4E2D'}) {
+            for (std::size_t at = 0; at <= 20; ++at) {
+                std::u16string text(20, filler);
+                text.insert(at, character);
+                const std::unique_ptr<char[]> room(new char[Utf8Capacity(text.size())]);
+                const std::size_t bytes = Utf16ToUtf8(text.data(), text.size(), room.get());
+                ASSERT_EQ(std::string(room.get(), bytes), TranscodedByParser(text)) << at;
+            }
+        }
+    }
+}
+
+TEST(Utf8, AsciiIsToldAtEveryLengthAndPlace) {
+    for (std::size_t length = 0; length <= 40; ++length) {
+        const std::string ascii(length, '\x7F');
+        EXPECT_TRUE(IsAscii(ascii.data(), length)) << length;
+        for (std::size_t at = 0; at < length; ++at) {
+            std::string other = ascii;
+            other[at] = '\x80';
+            EXPECT_FALSE(IsAscii(other.data(), length)) << length << " at " << at;
+        }
+    }
+}
+
+TEST(Utf8, LeadingAsciiIsCopiedUpToTheEndTheLimitOrTheFirstOther) {
+    for (std::size_t length = 0; length <= 20; ++length) {
+        for (std::size_t limit = 0; limit <= 20; ++limit) {
+            for (const char16_t end : {u'\0', u'\u0080', u'\xD800'}) {
+                const std::u16string text = std::u16string(length, u'x') + end;
+                const std::unique_ptr<char[]> room(new char[limit]);
+                const std::size_t copied = CopyAscii(text.c_str(), limit, room.get());
+                EXPECT_EQ(copied, std::min(length, limit));
+                EXPECT_EQ(std::string(room.get(), copied), std::string(copied, 'x'));
+            }
+        }
+    }
 }
 
 TEST(Utf8, AnUnpairedSurrogateIsRefusedWhereverItStands) {
