@@ -11,6 +11,9 @@
 //   ID  number  text
 //    1    2     "Error loading '%s':\n\n'%s'"          parser exception, file load
 //    1    4     "Error saving '%s'."                   file not opened, stream not good
+//    1    5     "The last written document is not closed."
+//    1    8     "The document is not open."            writer
+//    1    9     "Wrong XML format"                     writer: no element to end
 //    1   11     "XML parser error\n\n'%s'"             parser exception, memory load
 //    1   12     "invalid parameter"
 //    1   13     "Function is not supported by this node type."
@@ -20,10 +23,10 @@
 //    4    1     "Error during initialisation of the XML parser"
 //    6    9     "Wrong XML format"                     text child cannot be set
 //    7   14     "Error during conversion."             date or time out of range
+//    8    9     "Wrong XML format"                     writer: document ended, elements open
 //
-// The message table has three more texts, which nothing raises; they keep their places so that the numbers of
-// the others stay what they are: 5 "The last written document is not closed.", 8 "The document is not open.", 10
-// "Invalid character in string '%s'.".
+// The message table has one more text, 10 "Invalid character in string '%s'.". Nothing raises it; it keeps its
+// place so that the numbers of the others stay what they are.
 //
 // Threads: exceptions may be built, copied, assigned and destroyed on any thread; one object
 // belongs to one thread at a time, as usual.

@@ -18,6 +18,14 @@ void ThrowParseError(const char* source, const char* line, const char* parserMes
 
 void ThrowSavingFailed(const char* target) { throw CXMLException(1, 4, target); }
 
+void ThrowDocumentStillOpen() { throw CXMLException(1, 5); }
+
+void ThrowDocumentNotOpen() { throw CXMLException(1, 8); }
+
+void ThrowNoElementToEnd() { throw CXMLException(1, 9); }
+
+void ThrowElementsStillOpen() { throw CXMLException(8, 9); }
+
 void ThrowInvalidName(const char* name) { throw CXMLException(3, 6, name); }
 
 void ThrowNoValidText(const char* elementName) { throw CXMLException(2, 7, elementName); }

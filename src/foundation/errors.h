@@ -11,6 +11,10 @@ namespace norvask {
 [[noreturn]] void ThrowMemoryLoadFailed(const char* parserMessage);
 [[noreturn]] void ThrowParseError(const char* source, const char* line, const char* parserMessage);
 [[noreturn]] void ThrowSavingFailed(const char* target);
+[[noreturn]] void ThrowDocumentStillOpen();
+[[noreturn]] void ThrowDocumentNotOpen();
+[[noreturn]] void ThrowNoElementToEnd();
+[[noreturn]] void ThrowElementsStillOpen();
 [[noreturn]] void ThrowInvalidName(const char* name);
 [[noreturn]] void ThrowNoValidText(const char* elementName);
 [[noreturn]] void ThrowTextNotSettable(const char* elementName);

@@ -15,7 +15,8 @@ namespace norvask {
 namespace {
 
 void WriteProlog(std::ostream& out, const SDocumentBody& document, bool format) {
-    COutput output(out, COutput::SMALL);
+    char buffer[COutput::SMALL];
+    COutput output(out, buffer, sizeof(buffer));
     output.Literal("<?xml version=\"1.0\"?>");
     if (document.m_pDTDName != nullptr) {
         if (!IsXmlName(document.m_pDTDName)) {

@@ -1,6 +1,9 @@
 #include "write/output.h"
 
+#include <cxxabi.h>
+
 #include <cstdint>
+#include <cstring>
 
 #include "foundation/parser_text.h"
 #include "foundation/string_converter.h"
@@ -89,17 +92,36 @@ std::size_t CopyPlain(const char* text, std::size_t length, char* out) noexcept 
 }  // namespace
 
 void COutput::Flush() {
-    if (m_pEnd != m_pBuffer.get()) {
-        const std::streamsize length = m_pEnd - m_pBuffer.get();
-        m_pEnd = m_pBuffer.get();  // also when the stream throws, so that nothing is written twice
-        m_Out.write(m_pBuffer.get(), length);
+    if (m_pEnd != m_pBuffer) {
+        const std::streamsize length = m_pEnd - m_pBuffer;
+        m_pEnd = m_pBuffer;  // also when the stream throws, so that nothing is written twice
+        Write(m_pBuffer, length);
     }
+}
+
+// What std::ostream::write does, without its preparations where there is nothing to prepare.
+void COutput::Write(const char* bytes, std::streamsize length) {
+    if (!m_Out.good() || m_Out.tie() != nullptr || (m_Out.flags() & std::ios::unitbuf) != 0 ||
+        m_Out.exceptions() != std::ios::goodbit) {
+        m_Out.write(bytes, length);
+        return;
+    }
+    try {
+        if (m_Out.rdbuf()->sputn(bytes, length) == length) {
+            return;
+        }
+    } catch (const abi::__forced_unwind&) {  // the end of a thread is not the stream's to stop
+        m_Out.setstate(std::ios::badbit);
+        throw;
+    } catch (...) {  // a stream without exceptions keeps those of its buffer to itself
+    }
+    m_Out.setstate(std::ios::badbit);
 }
 
 void COutput::BytesBeyondRoom(const char* bytes, std::size_t length) {
     Flush();
     if (length > Room()) {
-        m_Out.write(bytes, static_cast<std::streamsize>(length));
+        Write(bytes, static_cast<std::streamsize>(length));
         return;
     }
     std::memcpy(m_pEnd, bytes, length);
@@ -146,9 +168,17 @@ void COutput::Escaped(const char* text) {
     if (text == nullptr) {
         return;
     }
-    // The well-formed beginning, then whatever is left.
-    const char* end = LocalEncodingIsUtf8() ? EndOfUtf8(text) : text;
-    EscapedUtf8(text, static_cast<std::size_t>(end - text));
+    const char* end = text;
+    if (LocalEncodingIsUtf8()) {
+        const std::size_t length = std::strlen(text);
+        if (IsAscii(text, length)) {
+            EscapedUtf8(text, length);
+            return;
+        }
+        // The well-formed beginning, then whatever is left.
+        end = EndOfUtf8(text);
+        EscapedUtf8(text, static_cast<std::size_t>(end - text));
+    }
     if (*end != '\0') {
         EscapedByParser(end);
     }
@@ -165,7 +195,10 @@ void COutput::EscapedByParser(const char* text) {
 }
 
 void COutput::Base64(const unsigned char* data, std::size_t length, bool cdata) {
-    const CBase64Text text(data, length);
+    Base64(CBase64Text(data, length), cdata);
+}
+
+void COutput::Base64(const CBase64Text& text, bool cdata) {
     if (cdata) {
         Literal("<![CDATA[");
     }
@@ -182,6 +215,10 @@ void COutput::NewLine(const char* indent, std::size_t tabs) {
     if (*indent != '\0') {
         Escaped(indent);
     }
+    Tabs(tabs);
+}
+
+void COutput::Tabs(std::size_t tabs) {
     while (tabs != 0) {
         if (Room() == 0) {
             Flush();

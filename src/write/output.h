@@ -11,23 +11,24 @@
 
 #include <cstddef>
 #include <cstring>
-#include <memory>
 #include <ostream>
 
 namespace norvask {
+
+class CBase64Text;
 
 class COutput {
 public:
     // How much is gathered, for a whole tree and for a few tokens.
     static const std::size_t LARGE = 8192;
-    static const std::size_t SMALL = 256;
+    static const std::size_t SMALL = 1024;
 
-    // The buffer does not lie on the stack, where the outputs of derived objects nest. Throws std::bad_alloc.
-    COutput(std::ostream& out, std::size_t size)
+    // Gathers in `size` bytes at `buffer`.
+    COutput(std::ostream& out, char* buffer, std::size_t size) noexcept
         : m_Out(out),
-          m_pBuffer(new char[size]),
-          m_pEnd(m_pBuffer.get()),
-          m_pLimit(m_pEnd + size),
+          m_pBuffer(buffer),
+          m_pEnd(buffer),
+          m_pLimit(buffer + size),
           m_bPads(out.width() != 0) {}
     COutput(const COutput&) = delete;
     COutput& operator=(const COutput&) = delete;
@@ -63,11 +64,38 @@ public:
 
     // Base64, unescaped; with the markers of a CDATA section around it or without.
     void Base64(const unsigned char* data, std::size_t length, bool cdata);
+    void Base64(const CBase64Text& text, bool cdata);
 
-    // A line end, the indentation `indent` and behind it `tabs` TABs.
+    // A line end, the indentation `indent` and behind it `tabs` TABs. The line end is a token.
     void NewLine(const char* indent, std::size_t tabs);
+    // A line end and `tabs` TABs as one piece that is no token, so that no width pads it.
+    void PlainNewLine(std::size_t tabs) {
+        if (tabs <= 8 && Room() >= 10) {
+            std::memcpy(m_pEnd, "\r\n\t\t\t\t\t\t\t\t", 10);
+            m_pEnd += 2 + tabs;
+            return;
+        }
+        Bytes("\r\n", 2);
+        Tabs(tabs);
+    }
 
     void Flush();
+
+    // Runs a walk that writes to this output, and flushes when it is done and also when an exception leaves
+    // it, which goes on.
+    template <typename Walk>
+    void FlushAfter(Walk walk) {
+        try {
+            walk();
+        } catch (...) {
+            try {
+                Flush();
+            } catch (...) {  // the stream's own exception; the one under way came first
+            }
+            throw;
+        }
+        Flush();
+    }
 
     // The stream, for somebody else to write to; everything before is written. Call Resume afterwards.
     std::ostream& Suspend() {
@@ -110,13 +138,15 @@ private:
         std::memcpy(out, first, N);
         std::memcpy(out + length - N, last, N);
     }
+    void Tabs(std::size_t tabs);
+    void Write(const char* bytes, std::streamsize length);
     void BytesBeyondRoom(const char* bytes, std::size_t length);
     void LiteralSlowly(const char* token);
     void EscapedByParser(const char* text);
     void EscapedCharacter(unsigned char ascii);
 
     std::ostream& m_Out;
-    const std::unique_ptr<char[]> m_pBuffer;
+    char* const m_pBuffer;
     char* m_pEnd;
     char* const m_pLimit;
     bool m_bPads;

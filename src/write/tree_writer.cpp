@@ -1,56 +1,22 @@
 #include "write/tree_writer.h"
 
-#include <cstring>
-
-#include "foundation/errors.h"
-#include "foundation/text_rules.h"
-#include "tree/attribute_access.h"
 #include "tree/attribute_array.h"
 #include "tree/child_array.h"
+#include "write/tree_markup.h"
 
 namespace norvask {
-namespace {
-
-// Names of ASCII characters that are known to be names need neither a check nor escaping.
-bool IsPlainName(const char* name) noexcept {
-    const unsigned int PLAIN = STRING_NAME | STRING_VALID | STRING_ASCII;
-    return (FlagsOf(name) & PLAIN) == PLAIN;
-}
-
-void RequireName(const char* name) {
-    if (!HasFlag(name, STRING_VALID) && !IsXmlName(name)) {
-        ThrowInvalidName(name);
-    }
-}
-
-// Flushes when the walk is done and also when an exception leaves it, which goes on.
-template <typename Walk>
-void FlushedAlways(COutput& output, Walk walk) {
-    try {
-        walk();
-    } catch (...) {
-        try {
-            output.Flush();
-        } catch (...) {  // the stream's own exception; the one under way came first
-        }
-        throw;
-    }
-    output.Flush();
-}
-
-}  // namespace
-
 CTreeWriter::CTreeWriter(std::ostream& out, bool format, const char* indent)
-    : m_Output(out, COutput::LARGE),
+    : m_pBuffer(new char[COutput::LARGE]),
+      m_Output(out, m_pBuffer.get(), COutput::LARGE),
       m_bFormat(format),
       m_Indent(indent == nullptr ? "" : indent),
       m_ChildIndent(m_Indent) {}
 
 void CTreeWriter::Write(CXMLNode* top) {
-    FlushedAlways(m_Output, [this, top] {
+    m_Output.FlushAfter([this, top] {
         switch (CNodeAccess::BodyOf(top)->m_nKind) {
             case CXMLNode::NODE_TEXT:
-                WriteText(CNodeAccess::TextOf(top)->m_pText);
+                WriteText(m_Output, CNodeAccess::TextOf(top)->m_pText);
                 break;
             case CXMLNode::NODE_BINARY: {
                 const SBinaryBody* body = CNodeAccess::BinaryOf(top);
@@ -105,7 +71,7 @@ void CTreeWriter::WriteChild(CXMLNode* child, SLevel& level) {
             WriteElement(child);
             break;
         case EObject::TEXT:
-            WriteText(CNodeAccess::TextOf(child)->m_pText);
+            WriteText(m_Output, CNodeAccess::TextOf(child)->m_pText);
             break;
         case EObject::BINARY: {
             const SBinaryBody* body = CNodeAccess::BinaryOf(child);
@@ -130,7 +96,7 @@ void CTreeWriter::WriteStartTag(CXMLNode* element) {
     }
     if (body->m_pAttributes != nullptr) {
         for (CXMLAttribut** slots = body->m_pAttributes->Slots(); *slots != nullptr; ++slots) {
-            WriteAttribute(*slots);
+            WriteAttribute(m_Output, *slots);
         }
     }
 }
@@ -149,29 +115,6 @@ void CTreeWriter::WriteEndTag() {
         m_Output.Escaped(name);
     }
     m_Output.Literal(">");
-}
-
-void CTreeWriter::WriteAttribute(const CXMLAttribut* attribute) {
-    const char* name = CAttributeAccess::Name(attribute);
-    if (IsPlainName(name)) {
-        m_Output.LiteralAndPlain(" ", name, LengthOf(name));
-    } else {
-        RequireName(name);
-        m_Output.Literal(" ");
-        m_Output.Escaped(name);
-    }
-    m_Output.Literal("=\"");
-    WriteText(CAttributeAccess::Value(attribute));
-    m_Output.Literal("\"");
-}
-
-// A value or a text of the tree.
-void CTreeWriter::WriteText(const char* text) {
-    if (HasFlag(text, STRING_UTF8)) {
-        m_Output.EscapedUtf8(text, LengthOf(text));
-    } else {
-        m_Output.Escaped(text);
-    }
 }
 
 // An object of a derived class writes itself. The string for its indentation follows the walk up and down, so a

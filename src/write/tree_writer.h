@@ -8,6 +8,7 @@
 #define NORVASK_WRITE_TREE_WRITER_H
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@ namespace norvask {
 
 class CTreeWriter {
 public:
-    // `indent` is the indentation of the topmost element.
+    // `indent` is the indentation of the topmost element. Throws std::bad_alloc.
     CTreeWriter(std::ostream& out, bool format, const char* indent);
 
     // Writes the node. Keeps its own stack, so depth costs no call. Whatever is thrown, what came before has
@@ -37,10 +38,10 @@ private:
     void WriteChild(CXMLNode* child, SLevel& level);
     void WriteStartTag(CXMLNode* element);
     void WriteEndTag();
-    void WriteAttribute(const CXMLAttribut* attribute);
-    void WriteText(const char* text);
     void WriteDerived(CXMLNode* node);
 
+    // Not on the stack, where the writers of derived objects nest.
+    const std::unique_ptr<char[]> m_pBuffer;
     COutput m_Output;
     const bool m_bFormat;
     const std::string m_Indent;

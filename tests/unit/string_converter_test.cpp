@@ -24,7 +24,8 @@ std::string EscapedPlainly(const std::string& text) {
 
 std::string EscapedFast(const std::string& text, std::size_t before = 0) {
     std::ostringstream out;
-    COutput output(out, COutput::LARGE);
+    char buffer[COutput::SMALL];
+    COutput output(out, buffer, sizeof(buffer));
     const std::string filler(before, 'x');
     output.EscapedUtf8(filler.c_str(), filler.size());
     output.Escaped(text.c_str());
