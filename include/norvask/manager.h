@@ -11,6 +11,7 @@
 
 #include "norvask/document.h"
 #include "norvask/export.h"
+#include "norvask/sax_handler.h"
 #include "norvask/wide_char_to_string.h"
 
 namespace norvask {
@@ -23,8 +24,9 @@ public:
     // throws CXMLException (4, "Error during initialisation of the XML parser").
     bool IsInitialized();
 
-    // Whether the parser tracks its position in the source, which costs time. Off at first. Meant for loads that
-    // report as they go; a load that builds a tree never tracks it, so today the switch changes nothing.
+    // Whether the callback loads that start from now on track their position in the source, for
+    // CXMLSaxHandler::GetSourceOffset; it costs time. Off at first. A load that builds a tree never
+    // tracks it.
     void SetCalculateSourceOffsets(bool calculate);
 
     // Installs a converter for all strings that loads produce and for parser messages; NULL restores the
@@ -88,6 +90,21 @@ public:
                                bool doSchema, const char* schemaLocation, bool schemaHasNamespace,
                                bool keepPrefixes);
 
+    // Load a document as callbacks: nothing is built, `handler` receives what sax_handler.h describes.
+    // NULL for it throws (1, "invalid parameter"). The other parameters and the failures are those
+    // above, with these differences:
+    // keepPrefixes: no effect. A callback always receives all forms of a name, and namespaces.
+    // Names with a character beyond U+FFFF arrive like others.
+    // Whatever a callback throws ends the load: a CXMLException arrives as a copy; any other exception
+    // unchanged, except those of the parser. The parser reports its own XMLException, wherever it was
+    // raised, like an error of the document (2); a SAXParseException that a callback throws becomes
+    // (1). Callbacks before a failure have been made: what they told must be undone by the caller.
+    void LoadDocument(const char* fileName, CXMLSaxHandler* handler, bool validate, bool doSchema,
+                      const char* schemaLocation, bool schemaHasNamespace, bool keepPrefixes);
+    void LoadDocument(unsigned char* buffer, unsigned int length, CXMLSaxHandler* handler,
+                      bool validate, bool doSchema, const char* schemaLocation,
+                      bool schemaHasNamespace, bool keepPrefixes);
+
 protected:
     CXMLManager();
 
@@ -101,7 +118,7 @@ private:
     friend class CDOMString;
     friend class CManagerAccess;
     CWideCharToString* GetWideCharToStringConverter();
-    bool HasOwnConverter() const;
+    void RequireInitialised() const;
 
     bool m_bInitialized;
     CWideCharToString* m_pConverter;

@@ -1,4 +1,5 @@
-// Norvask: load XML into a tree, edit and query it, save it; values typed throughout.
+// Norvask: load XML into a tree, edit and query it, save it; read and write documents of any size without
+// a tree; values typed throughout.
 //
 // This header includes the whole public interface. Start with manager.h: the manager creates and
 // loads the documents from which everything else is reached.
@@ -13,7 +14,9 @@
 #include "norvask/export.h"
 #include "norvask/manager.h"
 #include "norvask/node.h"
+#include "norvask/sax_attribut.h"
 #include "norvask/sax_handler.h"
+#include "norvask/sax_writer.h"
 #include "norvask/text_node.h"
 #include "norvask/wide_char_to_string.h"
 

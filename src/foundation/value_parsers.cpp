@@ -9,6 +9,7 @@
 #include <xercesc/util/Base64.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "foundation/utf8.h"
 #include "norvask/sax_handler.h"
 
 namespace norvask {
@@ -87,15 +88,6 @@ public:
     void* allocate(XMLSize_t size) override { return ::operator new(size); }
     void deallocate(void* p) override { ::operator delete(p); }
 };
-
-bool IsAscii(const char* text) noexcept {
-    while (*text != '\0') {
-        if (static_cast<unsigned char>(*text++) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
 
 }  // namespace
 
@@ -197,22 +189,22 @@ bool CXMLSaxHandler::GetData(const char* text, unsigned char*& data, std::size_t
     // are no Base64, and the parser's decoder looks bytes up in a table that does not reach the last of them.
     XMLSize_t decoded = 0;
     XMLByte* block = nullptr;
-    if (!IsNothing(text) && IsAscii(text)) {
+    if (!IsNothing(text) && IsAscii(text, std::strlen(text))) {
         block = xercesc::Base64::decode(reinterpret_cast<const XMLByte*>(text), &decoded,
                                         s_pBlockMemory);
     }
-    ::operator delete(m_pBinBlock);
     if (block != nullptr && decoded == 0) {
         ::operator delete(block);
         block = nullptr;
     }
-    m_pBinBlock = block;
-    m_nBinBlockLength = block == nullptr ? 0 : decoded;
+    // Exchanged, since the end of a handler on another thread releases it too.
+    ::operator delete(__atomic_exchange_n(&m_pBinBlock, block, __ATOMIC_ACQ_REL));
+    __atomic_store_n(&m_nBinBlockLength, block == nullptr ? 0 : decoded, __ATOMIC_RELAXED);
     if (block == nullptr) {
         return false;
     }
-    data = m_pBinBlock;
-    length = m_nBinBlockLength;
+    data = block;
+    length = decoded;
     return true;
 }
 

@@ -11,7 +11,11 @@
 #include "foundation/errors.h"
 #include "foundation/parser_text.h"
 #include "load/error_handler.h"
+#include "load/event_forwarder.h"
+#include "load/manager_access.h"
+#include "load/reader_link.h"
 #include "load/sax_handler_adapter.h"
+#include "load/tree_builder.h"
 #include "norvask/exception.h"
 #include "norvask/manager.h"
 
@@ -74,12 +78,14 @@ void SetValidation(SAX2XMLReader& reader, const SLoadOptions& options) {
     }
 }
 
-// Runs a load with this adapter. The objects end in the reverse order: the reader first, then the error
-// handler, and the adapter and the source with the caller.
-template <typename Source>
-void Run(Source& source, CMySAXHandler& adapter, const SLoadOptions& options) {
+// Runs a load with this adapter. `attach` is called with the new reader and answers what must last as long as it.
+// The objects end in the reverse order: that answer, the reader, the error handler, and with the caller the
+// adapter and the source.
+template <typename Source, typename Attach>
+void Run(Source& source, CMySAXHandler& adapter, const SLoadOptions& options, Attach attach) {
     CMyErrorHandler errorHandler;
     const std::unique_ptr<SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
+    [[maybe_unused]] const auto attached = attach(*reader);
     reader->setErrorHandler(&errorHandler);
     reader->setContentHandler(&adapter);
     reader->setLexicalHandler(&adapter);
@@ -98,11 +104,39 @@ void Run(Source& source, CMySAXHandler& adapter, const SLoadOptions& options) {
 }
 
 template <typename Source>
-CXMLDocument* LoadTree(Source& source, bool keepPrefixes, bool ownConverter,
-                       const SLoadOptions& options) {
-    CMySAXHandler adapter(keepPrefixes, ownConverter);
-    Run(source, adapter, options);
-    return adapter.TakeDocument();
+CXMLDocument* LoadTree(Source& source, bool keepPrefixes, const SLoadOptions& options) {
+    CTreeBuilder builder(keepPrefixes, CManagerAccess::HasOwnConverter());
+    Run(source, builder, options, [](SAX2XMLReader&) { return nullptr; });
+    return builder.TakeDocument();
+}
+
+template <typename Source>
+void LoadEvents(Source& source, CXMLSaxHandler& client, const SLoadOptions& options) {
+    CEventForwarder forwarder(client);
+    Run(source, forwarder, options, [&](SAX2XMLReader& reader) {
+        auto scope = std::make_unique<CReaderScope>(client, reader, options.calculateSourceOffsets);
+        forwarder.SetLink(&scope->Link());
+        return scope;
+    });
+}
+
+// Before anything is made.
+void RequireFileName(const char* fileName) {
+    if (fileName == nullptr) {
+        ThrowInvalidParameter();
+    }
+}
+
+void RequireBytes(const unsigned char* buffer, unsigned int length) {
+    if (buffer == nullptr || length == 0) {
+        ThrowInvalidParameter();
+    }
+}
+
+void RequireClient(const CXMLSaxHandler* client) {
+    if (client == nullptr) {
+        ThrowInvalidParameter();
+    }
 }
 
 }  // namespace
@@ -110,29 +144,44 @@ CXMLDocument* LoadTree(Source& source, bool keepPrefixes, bool ownConverter,
 CXMLDocument* CXMLManager::LoadDocument(const char* fileName, bool validate, bool doSchema,
                                         const char* schemaLocation, bool schemaHasNamespace,
                                         bool keepPrefixes) {
-    if (!m_bInitialized) {
-        ThrowParserNotInitialised();
-    }
-    if (fileName == nullptr) {
-        ThrowInvalidParameter();
-    }
+    RequireInitialised();
+    RequireFileName(fileName);
     CFileSource source(fileName);
-    return LoadTree(source, keepPrefixes, sm_TheInstance.HasOwnConverter(),
+    return LoadTree(source, keepPrefixes,
                     {validate, doSchema, schemaLocation, schemaHasNamespace, false});
 }
 
 CXMLDocument* CXMLManager::LoadDocument(unsigned char* buffer, unsigned int length, bool validate,
                                         bool doSchema, const char* schemaLocation,
                                         bool schemaHasNamespace, bool keepPrefixes) {
-    if (!m_bInitialized) {
-        ThrowParserNotInitialised();
-    }
-    if (buffer == nullptr || length == 0) {
-        ThrowInvalidParameter();
-    }
+    RequireInitialised();
+    RequireBytes(buffer, length);
     CMemorySource source(buffer, length);
-    return LoadTree(source, keepPrefixes, sm_TheInstance.HasOwnConverter(),
+    return LoadTree(source, keepPrefixes,
                     {validate, doSchema, schemaLocation, schemaHasNamespace, false});
+}
+
+// Callbacks receive all forms of a name, so there are no prefixes to keep or drop.
+void CXMLManager::LoadDocument(const char* fileName, CXMLSaxHandler* handler, bool validate,
+                               bool doSchema, const char* schemaLocation, bool schemaHasNamespace,
+                               bool) {
+    RequireInitialised();
+    RequireFileName(fileName);
+    RequireClient(handler);
+    CFileSource source(fileName);
+    LoadEvents(source, *handler,
+               {validate, doSchema, schemaLocation, schemaHasNamespace, m_bCalculateSourceOffsets});
+}
+
+void CXMLManager::LoadDocument(unsigned char* buffer, unsigned int length, CXMLSaxHandler* handler,
+                               bool validate, bool doSchema, const char* schemaLocation,
+                               bool schemaHasNamespace, bool) {
+    RequireInitialised();
+    RequireBytes(buffer, length);
+    RequireClient(handler);
+    CMemorySource source(buffer, length);
+    LoadEvents(source, *handler,
+               {validate, doSchema, schemaLocation, schemaHasNamespace, m_bCalculateSourceOffsets});
 }
 
 }  // namespace norvask

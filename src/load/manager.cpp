@@ -53,12 +53,14 @@ void CXMLManager::SetWideCharToStringConverter(CWideCharToString* converter) {
 
 CWideCharToString* CXMLManager::GetWideCharToStringConverter() { return m_pConverter; }
 
-bool CXMLManager::HasOwnConverter() const { return m_pConverter == &m_Converter; }
-
-CXMLDocument* CXMLManager::CreateDocument(const char* dtdName, const char* dtdPath) {
+void CXMLManager::RequireInitialised() const {
     if (!m_bInitialized) {
         ThrowParserNotInitialised();
     }
+}
+
+CXMLDocument* CXMLManager::CreateDocument(const char* dtdName, const char* dtdPath) {
+    RequireInitialised();
     try {
         return CDocumentAccess::New(dtdName, dtdPath);
     } catch (const std::bad_alloc&) {

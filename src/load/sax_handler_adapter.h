@@ -1,70 +1,47 @@
-// Internal. CMySAXHandler: turns the parser's events into a tree.
+// Internal. CMySAXHandler: what both kinds of load make of the parser's events. The tree builder and the event
+// forwarder derive from it.
 //
-//   element          child of the current element, or the root
-//   attributes       set in the parser's order, behind the kept namespace declarations
-//   character data   one text child for all of it between two tags or CDATA boundaries, unless it is layout
-//   CDATA section    one binary child when it is Base64, else one text child; nothing when it is empty
-//   DTD              the document's reference, when it has a system identifier
-//   anything else    leaves no trace
+// Character data comes in runs, one for each reference and for each buffer of the parser. They are gathered, and
+// given on as one text at the next tag or CDATA boundary.
 #ifndef NORVASK_LOAD_SAX_HANDLER_ADAPTER_H
 #define NORVASK_LOAD_SAX_HANDLER_ADAPTER_H
 
-#include <map>
-#include <string>
 #include <xercesc/sax2/DefaultHandler.hpp>
 
-#include "load/name_cache.h"
-#include "load/narrow_text.h"
 #include "load/pending_text.h"
-#include "norvask/document.h"
 
 namespace norvask {
 
 class CMySAXHandler : public xercesc::DefaultHandler {
 public:
-    // With `ownConverter` strings need not go through the manager's converter: it is the library's own.
-    CMySAXHandler(bool keepPrefixes, bool ownConverter);
     CMySAXHandler(const CMySAXHandler&) = delete;
     CMySAXHandler& operator=(const CMySAXHandler&) = delete;
-    // Deletes the document that nobody took.
-    ~CMySAXHandler() override;
 
-    // The document, which from now on belongs to the caller; NULL when there is none.
-    CXMLDocument* TakeDocument() noexcept;
+protected:
+    CMySAXHandler() : m_bInCDATA(false) {}
 
-    void startDocument() override;
-    void endDocument() override;
-    void startElement(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname,
-                      const xercesc::Attributes& attributes) override;
-    void endElement(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname) override;
-    void characters(const XMLCh* text, XMLSize_t length) override;
-    void startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) override;
-    void endPrefixMapping(const XMLCh* prefix) override;
-    void startCDATA() override;
-    void endCDATA() override;
-    void startDTD(const XMLCh* name, const XMLCh* publicId, const XMLCh* systemId) override;
+    // An empty CDATA section is reported as a run of no length.
+    void Gather(const XMLCh* text, XMLSize_t length) {
+        if (length != 0) {
+            m_Pending.Append(text, length);
+        }
+    }
 
-    // Makes a child of the pending text, if there is any.
-    virtual void FlushText();
+    // Gives on the gathered text, if there is any.
+    void FlushText() {
+        if (!m_Pending.IsEmpty()) {
+            GiveText(m_Pending.Text(), m_Pending.Length(), m_bInCDATA);
+            m_Pending.Clear();
+        }
+    }
+
+    // Receives a text, terminated and not empty.
+    virtual void GiveText(const XMLCh* text, XMLSize_t length, bool inCDATA) = 0;
+
+    bool m_bInCDATA;
 
 private:
-    void AddElement(const XMLCh* name);
-    void SetAttribute(const XMLCh* name, const XMLCh* value);
-    void SetDeclarations();
-    bool AddBinary(const XMLCh* base64, std::size_t length);
-    void AddText(const XMLCh* text, std::size_t length, bool keepLayout);
-
-    CXMLDocument* m_pDocument;
-    CXMLNode* m_pCurrent;
-    bool m_bInCDATA;
     CPendingText m_Pending;
-    const bool m_bKeepPrefixes;
-    // "xmlns:prefix" and the URI, of the element that starts next.
-    std::map<std::string, std::string> m_Declarations;
-
-    const bool m_bOwnConverter;
-    CNameCache m_Names;
-    CNarrowText m_Narrow;
 };
 
 }  // namespace norvask

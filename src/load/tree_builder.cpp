@@ -1,4 +1,4 @@
-#include "load/sax_handler_adapter.h"
+#include "load/tree_builder.h"
 
 #include <cstring>
 #include <new>
@@ -8,7 +8,6 @@
 
 #include "foundation/dom_string.h"
 #include "foundation/text_rules.h"
-#include "foundation/utf8.h"
 #include "tree/attribute_array.h"
 #include "tree/document_body.h"
 #include "tree/tree_building.h"
@@ -45,20 +44,19 @@ private:
 
 }  // namespace
 
-CMySAXHandler::CMySAXHandler(bool keepPrefixes, bool ownConverter)
+CTreeBuilder::CTreeBuilder(bool keepPrefixes, bool ownConverter)
     : m_pDocument(nullptr),
       m_pCurrent(nullptr),
-      m_bInCDATA(false),
       m_bKeepPrefixes(keepPrefixes),
       m_bOwnConverter(ownConverter) {}
 
-CMySAXHandler::~CMySAXHandler() {
+CTreeBuilder::~CTreeBuilder() {
     if (m_pDocument != nullptr) {
         m_pDocument->Delete();
     }
 }
 
-CXMLDocument* CMySAXHandler::TakeDocument() noexcept {
+CXMLDocument* CTreeBuilder::TakeDocument() noexcept {
     CXMLDocument* document = m_pDocument;
     if (document != nullptr && document->GetRoot() != nullptr) {
         m_Names.Clear(MemoryOf(CNodeAccess::BodyOf(document->GetRoot())));
@@ -68,7 +66,7 @@ CXMLDocument* CMySAXHandler::TakeDocument() noexcept {
     return document;
 }
 
-void CMySAXHandler::startDocument() {
+void CTreeBuilder::startDocument() {
     if (m_pDocument != nullptr) {
         m_pDocument->Delete();
         m_pDocument = nullptr;
@@ -82,10 +80,10 @@ void CMySAXHandler::startDocument() {
 }
 
 // No flush: what stands behind the root belongs to no element.
-void CMySAXHandler::endDocument() {}
+void CTreeBuilder::endDocument() {}
 
-void CMySAXHandler::startElement(const XMLCh*, const XMLCh* localname, const XMLCh* qname,
-                                 const xercesc::Attributes& attributes) {
+void CTreeBuilder::startElement(const XMLCh*, const XMLCh* localname, const XMLCh* qname,
+                                const xercesc::Attributes& attributes) {
     if (m_pDocument == nullptr) {
         return;
     }
@@ -101,21 +99,20 @@ void CMySAXHandler::startElement(const XMLCh*, const XMLCh* localname, const XML
     }
 }
 
-void CMySAXHandler::endElement(const XMLCh*, const XMLCh*, const XMLCh*) {
+void CTreeBuilder::endElement(const XMLCh*, const XMLCh*, const XMLCh*) {
     if (m_pCurrent != nullptr) {
         FlushText();
         m_pCurrent = m_pCurrent->GetParentNode();
     }
 }
 
-void CMySAXHandler::characters(const XMLCh* text, XMLSize_t length) {
-    // An empty CDATA section is reported as a run of no length.
-    if (m_pCurrent != nullptr && length != 0) {
-        m_Pending.Append(text, length);
+void CTreeBuilder::characters(const XMLCh* text, XMLSize_t length) {
+    if (m_pCurrent != nullptr) {
+        Gather(text, length);
     }
 }
 
-void CMySAXHandler::startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) {
+void CTreeBuilder::startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) {
     if (!m_bKeepPrefixes || prefix == nullptr || uri == nullptr) {
         return;
     }
@@ -128,19 +125,17 @@ void CMySAXHandler::startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) {
     m_Declarations[name] = narrowUri.GetString() == nullptr ? "" : narrowUri.GetString();
 }
 
-void CMySAXHandler::endPrefixMapping(const XMLCh*) {}
-
-void CMySAXHandler::startCDATA() {
+void CTreeBuilder::startCDATA() {
     FlushText();
     m_bInCDATA = true;
 }
 
-void CMySAXHandler::endCDATA() {
+void CTreeBuilder::endCDATA() {
     FlushText();
     m_bInCDATA = false;
 }
 
-void CMySAXHandler::startDTD(const XMLCh* name, const XMLCh*, const XMLCh* systemId) {
+void CTreeBuilder::startDTD(const XMLCh* name, const XMLCh*, const XMLCh* systemId) {
     if (m_pDocument != nullptr) {
         CDOMString narrowName(name);
         CDOMString narrowSystemId(systemId);
@@ -148,19 +143,13 @@ void CMySAXHandler::startDTD(const XMLCh* name, const XMLCh*, const XMLCh* syste
     }
 }
 
-void CMySAXHandler::FlushText() {
-    if (m_Pending.IsEmpty()) {
-        return;
+void CTreeBuilder::GiveText(const XMLCh* text, XMLSize_t length, bool inCDATA) {
+    if (!inCDATA || !AddBinary(text, length)) {
+        AddText(text, length, inCDATA);
     }
-    const XMLCh* text = m_Pending.Text();
-    const std::size_t length = m_Pending.Length();
-    if (!m_bInCDATA || !AddBinary(text, length)) {
-        AddText(text, length, m_bInCDATA);
-    }
-    m_Pending.Clear();
 }
 
-void CMySAXHandler::AddElement(const XMLCh* name) {
+void CTreeBuilder::AddElement(const XMLCh* name) {
     if (m_bOwnConverter && m_pCurrent != nullptr) {
         CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(m_pCurrent));
         m_pCurrent = norvask::AddElement(m_pCurrent, m_Names.Acquire(memory, name), nullptr);
@@ -171,7 +160,7 @@ void CMySAXHandler::AddElement(const XMLCh* name) {
                                        : m_pCurrent->CreateChild(narrow.GetString(), nullptr);
 }
 
-void CMySAXHandler::SetAttribute(const XMLCh* name, const XMLCh* value) {
+void CTreeBuilder::SetAttribute(const XMLCh* name, const XMLCh* value) {
     if (!m_bOwnConverter) {
         CDOMString narrowName(name);
         CDOMString narrowValue(value);
@@ -181,7 +170,7 @@ void CMySAXHandler::SetAttribute(const XMLCh* name, const XMLCh* value) {
     SElementBody* body = CNodeAccess::ElementOf(m_pCurrent);
     const char* known = m_Names.Acquire(MemoryOf(body), name);
     try {
-        const char* narrow = m_Narrow.Convert(value, Utf16Length(value));
+        const char* narrow = m_Narrow.Convert(value);
         SetNamedAttribute(body, known, narrow, m_Narrow.Length(), m_Narrow.IsUtf8());
     } catch (...) {
         MemoryOf(body).Names().Release(MemoryOf(body), known);
@@ -189,7 +178,7 @@ void CMySAXHandler::SetAttribute(const XMLCh* name, const XMLCh* value) {
     }
 }
 
-void CMySAXHandler::SetDeclarations() {
+void CTreeBuilder::SetDeclarations() {
     for (const auto& declaration : m_Declarations) {
         m_pCurrent->SetAttribute(declaration.first.c_str(), declaration.second.c_str());
     }
@@ -197,7 +186,7 @@ void CMySAXHandler::SetDeclarations() {
 }
 
 // The content of a CDATA section, if it is Base64.
-bool CMySAXHandler::AddBinary(const XMLCh* base64, std::size_t length) {
+bool CTreeBuilder::AddBinary(const XMLCh* base64, std::size_t length) {
     // The parser's decoder looks at the low byte of each unit only, in a table that does not hold all of
     // them, and nothing beyond ASCII is Base64.
     if (!IsAscii(base64, length)) {
@@ -211,7 +200,7 @@ bool CMySAXHandler::AddBinary(const XMLCh* base64, std::size_t length) {
     return true;
 }
 
-void CMySAXHandler::AddText(const XMLCh* text, std::size_t length, bool keepLayout) {
+void CTreeBuilder::AddText(const XMLCh* text, std::size_t length, bool keepLayout) {
     if (m_bOwnConverter) {
         if (keepLayout || !IsLayout(text, length)) {
             const char* narrow = m_Narrow.Convert(text, length);

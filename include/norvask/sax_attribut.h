@@ -1,0 +1,48 @@
+// CXMLSaxAttribut: one attribute of an element that is reported to a client (sax_handler.h).
+//
+// Role: CXMLSaxHandler::StartElement receives an array of these.
+// Owner: the library makes and ends them. An attribute and its strings last until the callback that
+// received it returns: copy what you keep.
+// Threads: an attribute belongs to the thread of its load.
+#ifndef NORVASK_SAX_ATTRIBUT_H
+#define NORVASK_SAX_ATTRIBUT_H
+
+#include "norvask/export.h"
+
+namespace norvask {
+
+class NORVASK_API CXMLSaxAttribut {
+public:
+    // Copies have strings of their own, so they outlive their source; an attribute may be assigned to
+    // itself. Throw std::bad_alloc; an assignment that throws has changed nothing.
+    CXMLSaxAttribut(const CXMLSaxAttribut& other);
+    CXMLSaxAttribut& operator=(const CXMLSaxAttribut& other);
+
+protected:
+    // Copies the strings; NULL gives an empty one. Throws std::bad_alloc. Protected, as is the
+    // destructor: a class that wants attributes of its own derives from this one.
+    CXMLSaxAttribut(const char* uri, const char* localName, const char* qName, const char* value);
+    virtual ~CXMLSaxAttribut();
+
+public:
+    // The strings; never NULL. Valid until the attribute ends or is assigned to.
+    virtual const char* GetUri();        // the namespace; empty when the attribute is in none
+    virtual const char* GetLocalName();  // the name without its prefix
+    virtual const char* GetQName();      // the name as it is written
+    virtual const char* GetValue();
+
+private:
+    friend class CSaxAttributes;
+    CXMLSaxAttribut() noexcept;
+    void Copy(const char* const (&strings)[4]);
+
+    const char* m_pUri;
+    const char* m_pLocalName;
+    const char* m_pQName;
+    const char* m_pValue;
+    char* m_pStorage;  // of all four; NULL when they belong to the load
+};
+
+}  // namespace norvask
+
+#endif

@@ -1,0 +1,93 @@
+#include "load/event_attributes.h"
+
+#include <new>
+
+#include "foundation/dom_string.h"
+
+namespace norvask {
+
+CSaxAttributes::~CSaxAttributes() {
+    for (CXMLSaxAttribut* attribute : m_Objects) {
+        delete attribute;
+    }
+}
+
+CXMLSaxAttribut** CSaxAttributes::Show(const xercesc::Attributes& attributes, bool ownConverter,
+                                       CEventNames& names) {
+    const std::size_t count = attributes.getLength();
+    if (m_Shown.size() <= count) {
+        MakeObjects(count);
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        m_Shown[i] = m_Objects[i];
+    }
+    m_Shown[count] = nullptr;
+    if (count == 0) {
+        return m_Shown.data();
+    }
+    if (ownConverter) {
+        ShowKept(attributes, names);
+    } else {
+        ShowConverted(attributes);
+    }
+    return m_Shown.data();
+}
+
+// Room for this many attributes, in everything that is used again.
+void CSaxAttributes::MakeObjects(std::size_t count) {
+    m_Objects.reserve(count);
+    m_Places.resize(count);
+    while (m_Objects.size() < count) {
+        m_Objects.push_back(new (std::nothrow) CXMLSaxAttribut);
+    }
+    m_Shown.resize(count + 1);
+}
+
+void CSaxAttributes::ShowKept(const xercesc::Attributes& attributes, CEventNames& names) {
+    const std::size_t count = attributes.getLength();
+    if (!m_Unkept.empty()) {
+        m_Unkept.clear();
+    }
+    m_Values.Clear();
+    for (std::size_t i = 0; i < count; ++i) {
+        const XMLCh* const uri = attributes.getURI(i);
+        const XMLCh* const localName = attributes.getLocalName(i);
+        const XMLCh* const qName = attributes.getQName(i);
+        const SEventName* name = names.Find(uri, localName, qName);
+        if (name == nullptr) {
+            names.Convert(uri, localName, qName, m_Unkept.emplace_back());
+            name = &m_Unkept.back();
+        }
+        m_Places[i] = m_Values.Append(attributes.getValue(i));
+        if (CXMLSaxAttribut* attribute = m_Objects[i]) {
+            // The client may have assigned to it.
+            delete[] attribute->m_pStorage;
+            attribute->m_pStorage = nullptr;
+            attribute->m_pUri = name->uri.c_str();
+            attribute->m_pLocalName = name->localName.c_str();
+            attribute->m_pQName = name->qName.c_str();
+        }
+    }
+    // The values lie still only now.
+    for (std::size_t i = 0; i < count; ++i) {
+        if (m_Objects[i] != nullptr) {
+            m_Objects[i]->m_pValue = m_Values.At(m_Places[i]);
+        }
+    }
+}
+
+void CSaxAttributes::ShowConverted(const xercesc::Attributes& attributes) {
+    const std::size_t count = attributes.getLength();
+    for (std::size_t i = 0; i < count; ++i) {
+        CDOMString uri(attributes.getURI(i));
+        CDOMString localName(attributes.getLocalName(i));
+        CDOMString qName(attributes.getQName(i));
+        CDOMString value(attributes.getValue(i));
+        if (m_Objects[i] != nullptr) {
+            m_Objects[i]->Copy(
+                {uri.GetString(), localName.GetString(), qName.GetString(), value.GetString()});
+        }
+    }
+}
+
+}  // namespace norvask

@@ -1,0 +1,72 @@
+// Internal. CReaderLink: what a client's handler and its copies know of the load under way, for the position in
+// the source.
+//
+// Shared and counted, so that the end of a load reaches every copy, and a load never touches a handler that is
+// gone.
+#ifndef NORVASK_LOAD_READER_LINK_H
+#define NORVASK_LOAD_READER_LINK_H
+
+#include <atomic>
+#include <cstdint>
+#include <xercesc/sax2/SAX2XMLReader.hpp>
+
+namespace norvask {
+
+class CXMLSaxHandler;
+
+class CReaderLink {
+public:
+    CReaderLink(const CReaderLink&) = delete;
+    CReaderLink& operator=(const CReaderLink&) = delete;
+
+    // A new link, which `handler` shows from now on; the caller has one use of it. Throws std::bad_alloc.
+    static CReaderLink* Attach(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader,
+                               bool tracksOffsets);
+    // One more or one less user; NULL is allowed. The last one deletes the link.
+    static CReaderLink* Share(CReaderLink* link) noexcept;
+    static void Release(CReaderLink* link) noexcept;
+
+    // The load is over.
+    void Detach() noexcept { m_pReader = nullptr; }
+
+    // While the parser is inside of an entity.
+    void EnterEntity() noexcept { ++m_nEntities; }
+    void LeaveEntity() noexcept { --m_nEntities; }
+
+    // The position in the source, 0 after the load. Throws the parser's exception when it does not track
+    // positions.
+    std::uint64_t Offset();
+
+private:
+    CReaderLink(xercesc::SAX2XMLReader& reader, bool tracksOffsets) noexcept
+        : m_nUsers(1), m_pReader(&reader), m_bTracks(tracksOffsets), m_nEntities(0), m_nLast(0) {}
+    ~CReaderLink() = default;
+
+    std::atomic<unsigned int> m_nUsers;
+    xercesc::SAX2XMLReader* m_pReader;
+    const bool m_bTracks;
+    unsigned int m_nEntities;
+    std::uint64_t m_nLast;
+};
+
+// Links a handler to a reader for the length of a scope.
+class CReaderScope {
+public:
+    CReaderScope(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader, bool tracksOffsets)
+        : m_pLink(CReaderLink::Attach(handler, reader, tracksOffsets)) {}
+    CReaderScope(const CReaderScope&) = delete;
+    CReaderScope& operator=(const CReaderScope&) = delete;
+    ~CReaderScope() {
+        m_pLink->Detach();
+        CReaderLink::Release(m_pLink);
+    }
+
+    CReaderLink& Link() const noexcept { return *m_pLink; }
+
+private:
+    CReaderLink* const m_pLink;
+};
+
+}  // namespace norvask
+
+#endif
