@@ -3,9 +3,10 @@
 #
 # Runs the program in the directory WORK beside copies of the sample documents, and compares all
 # that it prints and its exit code with expected/NAME.txt. If there is an expected/NAME.xml, the
-# program must have written a file of that name with exactly that content.
+# program must have written a file of that name with exactly that content; if there is none, it must
+# not have left one behind.
 #
-# What depends on the machine is masked first: times, rates, the size of the heap, the path of WORK.
+# What depends on the machine is masked first: times, rates, sizes of memory, the path of WORK.
 set -euo pipefail
 name=$1
 work=$2
@@ -18,6 +19,8 @@ cp "$examples"/*.xml "$work"
 cd "$work"
 work=$(pwd -P)
 head -n 20 catalog.xml >truncated.xml
+head -n 20 measurements.xml >truncated_measurements.xml
+sed 's/00:00:05/24:00:00/' measurements.xml >wrong_time.xml
 
 # 17 May 2024, 10:30 UTC.
 export SOURCE_DATE_EPOCH=1715941800
@@ -30,14 +33,19 @@ code=0
     echo "exit code: $code"
 } | sed -E \
     -e "s|$work|WORK|g" \
-    -e 's/ +[0-9]+\.[0-9]+ ms/ TIME/g' \
+    -e 's/ +[0-9]+\.[0-9]+ m?s\b/ TIME/g' \
     -e 's|[0-9]+\.[0-9]+ MB/s|RATE|' \
+    -e 's/[0-9.]+ MB before, [0-9.]+ MB at most/SIZES/' \
     -e 's/^(  heap) .*/\1 SIZE/' >actual.txt
 
 failed=0
 diff -u "$examples/expected/$name.txt" actual.txt || failed=1
 if [[ -e $examples/expected/$name.xml ]]; then
     diff -u "$examples/expected/$name.xml" "$name.xml" || failed=1
+elif [[ -e $name.xml ]]; then
+    echo "$name.xml was left behind, ending in:"
+    tail -n 3 "$name.xml"
+    failed=1
 fi
 if [[ $failed -ne 0 ]]; then
     echo "If the new output is what you want: cp $work/actual.txt $examples/expected/$name.txt"

@@ -157,6 +157,16 @@ inline std::string Fixed(double number, int decimals) {
     return text;
 }
 
+// "0.42 ms", "3.10 s"
+inline std::string Duration(double seconds) {
+    return seconds < 1 ? Fixed(1000 * seconds, 2) + " ms" : Fixed(seconds, 2) + " s";
+}
+
+// "312.4 MB"
+inline std::string Megabytes(std::size_t bytes) {
+    return Fixed(static_cast<double>(bytes) / 1e6, 1) + " MB";
+}
+
 }  // namespace terminal
 
 #endif
