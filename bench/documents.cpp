@@ -44,13 +44,15 @@ const char* Pick(CNumbers& numbers, const char* const (&words)[count]) {
     return words[numbers.Below(count)];
 }
 
+constexpr const char* kCatalogueStart = "<catalogue>\n";
+constexpr const char* kCatalogueEnd = "</catalogue>\n";
+
 std::string Number(unsigned value) { return std::to_string(value); }
 
 // Rows as a database exports them: short texts, few attributes, indented.
-std::string MakeRecords() {
+std::string MakeCatalogueRecords() {
     CNumbers numbers;
-    std::string text = kDeclaration;
-    text += "<catalogue>\n";
+    std::string text;
     for (unsigned i = 0; i < 6000; ++i) {
         text += "  <record id=\"" + Number(i) + "\">\n";
         text += "    <name>" + std::string(Pick(numbers, kWords)) + " " + Pick(numbers, kWords);
@@ -62,7 +64,11 @@ std::string MakeRecords() {
         text += "    <remark>" + std::string(Pick(numbers, kWords)) + " &amp; " +
                 Pick(numbers, kWords) + "</remark>\n  </record>\n";
     }
-    return text + "</catalogue>\n";
+    return text;
+}
+
+std::string MakeRecords() {
+    return std::string(kDeclaration) + kCatalogueStart + MakeCatalogueRecords() + kCatalogueEnd;
 }
 
 std::string MakeAttributes() {
@@ -166,6 +172,30 @@ std::string MakeManyRecords() {
         text += "<record><id/><name/><price/></record>";
     }
     return text + "</root>";
+}
+
+std::vector<SRecord> MakeRecordsToWrite() {
+    CNumbers numbers;
+    std::vector<SRecord> records;
+    for (unsigned i = 0; i < 10000; ++i) {
+        const char* between = numbers.Below(8) == 0 ? " & " : " ";
+        records.push_back({Number(i), Pick(numbers, kWords),
+                           Pick(numbers, kWords) + std::string(between) + Pick(numbers, kWords),
+                           Number(numbers.Below(1000)) + "." + Number(10 + numbers.Below(90))});
+    }
+    return records;
+}
+
+void WriteLargeDocument(const std::string& fileName, unsigned long long bytes) {
+    const std::string records = MakeCatalogueRecords();
+    std::ofstream file(fileName, std::ios::binary);
+    file << kDeclaration << kCatalogueStart;
+    for (unsigned long long written = 0; written < bytes && file; written += records.size()) {
+        file << records;
+    }
+    file << kCatalogueEnd;
+    file.close();
+    if (!file) throw std::runtime_error("a large document cannot be written to " + fileName);
 }
 
 }  // namespace norvask_bench

@@ -26,6 +26,21 @@ std::string MakeOneLongList();
 // below every child.
 std::string MakeManyRecords();
 
+// What the writers write, as text: two attributes and the texts of two children. Some of it needs
+// escapes.
+struct SRecord {
+    std::string id;
+    std::string kind;
+    std::string name;
+    std::string price;
+};
+
+std::vector<SRecord> MakeRecordsToWrite();
+
+// The document "records" again and again under one root, until the file has at least `bytes` bytes.
+// Throws std::runtime_error.
+void WriteLargeDocument(const std::string& fileName, unsigned long long bytes);
+
 }  // namespace norvask_bench
 
 #endif

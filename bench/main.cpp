@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <initializer_list>
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
@@ -17,6 +18,7 @@
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "callbacks.h"
 #include "norvask/exception.h"
 #include "peers.h"
 #include "results.h"
@@ -66,26 +68,39 @@ bool IsSelected(const std::string& name) {
     return matches != excludes;
 }
 
-bool IsAnySelected(const std::string& document, const char* peer) {
-    return std::any_of(std::begin(kMeasures), std::end(kMeasures), [&](const char* what) {
+bool IsAnySelected(std::initializer_list<const char*> measures, const std::string& document,
+                   const char* peer) {
+    return std::any_of(measures.begin(), measures.end(), [&](const char* what) {
         return IsSelected(CResults::Name(what, document, peer));
     });
 }
 
 // What the filter leaves out need not be right.
-void Check(const std::vector<SDocument>& documents, const std::vector<SQuery>& queries) {
+void Check(const std::vector<SDocument>& documents, const std::vector<SQuery>& queries,
+           const std::vector<SRecord>& records) {
     std::cerr << "Checking that all libraries hold the same documents\n";
     for (const SDocument& document : documents) {
         const std::size_t elements = CountReportedElements(document.text);
         for (const SPeer& peer : Peers()) {
-            if (!IsAnySelected(document.name, peer.name)) continue;
-            peer.check(peer.name, document, elements);
+            if (IsAnySelected({kLoad, kSavePlain, kSaveFormatted, kClone, kHeap}, document.name,
+                              peer.name)) {
+                peer.check(peer.name, document, elements);
+            }
+        }
+        if (IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name, kNorvask) ||
+            IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name, kLibxml2)) {
+            CheckCallbacks(document, elements);
         }
         std::cerr << "  " << document.name << ": " << document.text.size() << " bytes, " << elements
                   << " elements\n";
     }
     for (const SQuery& query : queries) {
-        if (IsAnySelected(query.name, kNorvask)) CheckQuery(query);
+        if (IsAnySelected({kQuery}, query.name, kNorvask)) CheckQuery(query);
+    }
+    for (const SWriter& writer : Writers()) {
+        if (IsAnySelected({kWriter}, writer.input, writer.name)) {
+            writer.check(writer.name, records);
+        }
     }
 }
 
@@ -134,6 +149,40 @@ void RegisterTimes(CResults& results, const std::vector<SDocument>& documents,
     }
 }
 
+void RegisterCallbacks(CResults& results, const std::vector<SDocument>& documents) {
+    for (const bool reading : {false, true}) {
+        for (const SDocument& document : documents) {
+            for (const SReader& reader : Readers()) {
+                Register(results, reading ? kCallbacksReading : kCallbacksIdle, document.name,
+                         reader.name, [&, reading](benchmark::State& state) {
+                             (reading ? reader.reading : reader.idle)(state, document.text);
+                         });
+            }
+        }
+    }
+}
+
+void RegisterWriters(CResults& results, const std::vector<SRecord>& records) {
+    for (const SWriter& writer : Writers()) {
+        Register(results, kWriter, writer.input, writer.name,
+                 [&](benchmark::State& state) { writer.run(state, records); });
+    }
+}
+
+// Half as much as well: the same figure twice shows that the heap does not grow with the document.
+void MeasureCallbackHeaps(CResults& results) {
+    struct SSize {
+        const char* name;
+        unsigned long long bytes;
+    };
+    for (const SSize& size : {SSize{"0.5 GB", 500000000}, SSize{"1 GB", 1000000000}}) {
+        const std::string name = results.Announce(kCallbackHeap, size.name, kNorvask);
+        if (!IsSelected(name)) continue;
+        std::cerr << "Reading a generated document of " << size.name << "\n";
+        results.Add(name, static_cast<double>(MeasureCallbackHeap(size.bytes)), 0);
+    }
+}
+
 void MeasureHeaps(CResults& results, const std::vector<SDocument>& documents) {
     for (const SDocument& document : documents) {
         for (const SPeer& peer : Peers()) {
@@ -166,16 +215,22 @@ void PrintNotes(std::ostream& out, const std::vector<SDocument>& documents) {
 bool Run() {
     const std::vector<SDocument> documents = MakeDocuments();
     const std::vector<SQuery> queries = Queries();
-    Check(documents, queries);
+    const std::vector<SRecord> records = MakeRecordsToWrite();
+    Check(documents, queries, records);
 
     CResults results;
     RegisterTimes(results, documents, queries);
+    RegisterCallbacks(results, documents);
+    RegisterWriters(results, records);
     CCollector collector(results);
-    std::cerr << "Measuring; by default this takes two to three minutes\n";
+    std::cerr << "Measuring; by default this takes about four minutes\n";
     const std::size_t chosen = benchmark::RunSpecifiedBenchmarks(&collector);
     if (collector.Failed()) return false;
     const bool listed = chosen > 0 && !collector.Started();
-    if (!listed) MeasureHeaps(results, documents);
+    if (!listed) {
+        MeasureHeaps(results, documents);
+        MeasureCallbackHeaps(results);
+    }
 
     if (results.Any()) {
         results.PrintFigures(std::cout);

@@ -2,7 +2,9 @@
 
 #include <stdexcept>
 
+#include "callbacks.h"
 #include "heap.h"
+#include "measures.h"
 #include "norvask/norvask.h"
 #include "trees.h"
 
@@ -102,41 +104,6 @@ void CheckParser(const char* peer, const SDocument& document, std::size_t elemen
     Expect(elements, CountReportedElements(document.text), Where(peer, document));
 }
 
-void SetBytes(benchmark::State& state, std::size_t bytes) {
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
-                            static_cast<std::int64_t>(bytes));
-}
-
-template <class Tree>
-void RunLoad(benchmark::State& state, const std::string& text) {
-    for (auto _ : state) {
-        Tree tree(text);
-        benchmark::DoNotOptimize(&tree);
-    }
-    SetBytes(state, text.size());
-}
-
-template <class Tree>
-void RunSave(benchmark::State& state, const std::string& text, bool format) {
-    const Tree tree(text);
-    std::size_t bytes = 0;
-    for (auto _ : state) {
-        CSink sink;
-        tree.Save(sink, format);
-        bytes = sink.Bytes();
-    }
-    SetBytes(state, bytes);
-}
-
-template <class Tree>
-void RunClone(benchmark::State& state, const std::string& text) {
-    const Tree tree(text);
-    for (auto _ : state) {
-        Tree copy(tree);
-        benchmark::DoNotOptimize(&copy);
-    }
-}
-
 template <class Tree>
 SPeer MakePeer(const char* name, void (*check)(const char*, const SDocument&, std::size_t)) {
     return {name, check, RunLoad<Tree>, RunSave<Tree>, RunClone<Tree>, MeasureHeap<Tree>};
@@ -154,6 +121,16 @@ const std::vector<SPeer>& Peers() {
         MakePeer<CPugixmlTree>(kPugixml, CheckTree<CPugixmlTree>),
     };
     return peers;
+}
+
+const std::vector<SReader>& Readers() {
+    static const std::vector<SReader> readers = {
+        {kNorvask, RunLoad<CNorvaskIdle>, RunLoad<CNorvaskReading>},
+        // The same floor for both.
+        {kParser, RunLoad<CParserAlone>, RunLoad<CParserAlone>},
+        {kLibxml2, RunLoad<CLibxml2Idle>, RunLoad<CLibxml2Reading>},
+    };
+    return readers;
 }
 
 const char* ReasonNotToSave(const char* peer, const std::string& document) {

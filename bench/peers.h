@@ -19,7 +19,10 @@ constexpr const char* kSaveFormatted = "save, formatted";
 constexpr const char* kClone = "clone + delete";
 constexpr const char* kHeap = "heap";
 constexpr const char* kQuery = "query";
-constexpr const char* kMeasures[] = {kLoad, kSavePlain, kSaveFormatted, kClone, kHeap, kQuery};
+constexpr const char* kCallbacksIdle = "callbacks, idle";
+constexpr const char* kCallbacksReading = "callbacks, reading";
+constexpr const char* kWriter = "writer";
+constexpr const char* kCallbackHeap = "heap, callbacks";
 
 constexpr const char* kNorvask = "Norvask";
 constexpr const char* kParser = "parser";
@@ -27,6 +30,7 @@ constexpr const char* kXercesDom = "Xerces DOM";
 constexpr const char* kLibxml2 = "libxml2";
 constexpr const char* kTinyXml2 = "TinyXML-2";
 constexpr const char* kPugixml = "pugixml";
+constexpr const char* kQt = "Qt";
 constexpr const char* kLoop = "loop";
 
 struct SPeer {
@@ -43,6 +47,30 @@ struct SPeer {
 };
 
 const std::vector<SPeer>& Peers();
+
+// Documents read as callbacks (callbacks.h), by a client that does nothing and by one that reads all.
+struct SReader {
+    const char* name;
+    void (*idle)(benchmark::State& state, const std::string& text);
+    void (*reading)(benchmark::State& state, const std::string& text);
+};
+
+const std::vector<SReader>& Readers();
+
+// Writers of the same records.
+struct SWriter {
+    const char* input;  // what is at hand before the measurement; it names the row
+    const char* name;
+    // Throws std::runtime_error unless what is written is well-formed and holds the records.
+    void (*check)(const char* name, const std::vector<SRecord>& records);
+    void (*run)(benchmark::State& state, const std::vector<SRecord>& records);
+};
+
+const std::vector<SWriter>& Writers();
+
+// How far the heap rises above what it was while Norvask reads a generated document of this size as
+// callbacks, from a temporary file; bytes.
+std::size_t MeasureCallbackHeap(unsigned long long documentBytes);
 
 // Why a library's save of a document is left out; NULL if it is not.
 const char* ReasonNotToSave(const char* peer, const std::string& document);

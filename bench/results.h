@@ -23,8 +23,8 @@ public:
                          const std::string& peer);
 
     // Keeps the smallest value for a name: whatever else the machine does can only add to a time.
-    // `value` is in seconds, or in bytes per byte for the heap; `speed` in bytes per second, 0 when it
-    // says nothing.
+    // `value` is in seconds, of one item where a measurement counts items, or for the heap in bytes
+    // per byte, for that of callbacks in bytes; `speed` in bytes per second, 0 when it says nothing.
     void Add(const std::string& name, double value, double speed);
 
     // False when nothing was measured.

@@ -3,16 +3,12 @@
 
 #include <stdexcept>
 
+#include "peer_sinks.h"
 #include "trees.h"
 
 namespace norvask_bench {
 
 namespace {
-
-int WriteToSink(void* sink, const char* data, int length) {
-    static_cast<CSink*>(sink)->Write(data, static_cast<std::size_t>(length));
-    return length;
-}
 
 std::size_t CountBelow(const xmlNode& node) {
     std::size_t count = 1;

@@ -1,20 +1,11 @@
 #include <stdexcept>
 
+#include "peer_sinks.h"
 #include "trees.h"
 
 namespace norvask_bench {
 
 namespace {
-
-class CSinkWriter : public pugi::xml_writer {
-public:
-    explicit CSinkWriter(CSink& sink) : m_Sink(sink) {}
-
-    void write(const void* data, std::size_t length) override { m_Sink.Write(data, length); }
-
-private:
-    CSink& m_Sink;
-};
 
 std::size_t CountBelow(const pugi::xml_node& node) {
     std::size_t count = 1;
@@ -35,7 +26,7 @@ CPugixmlTree::CPugixmlTree(const std::string& text) {
 CPugixmlTree::CPugixmlTree(const CPugixmlTree& source) { m_Document.reset(source.m_Document); }
 
 void CPugixmlTree::Save(CSink& sink, bool format) const {
-    CSinkWriter writer(sink);
+    CPugixmlSink writer(sink);
     m_Document.save(writer, "\t", format ? pugi::format_default : pugi::format_raw,
                     pugi::encoding_utf8);
 }

@@ -1,23 +1,11 @@
 #include <stdexcept>
 
+#include "peer_sinks.h"
 #include "trees.h"
 
 namespace norvask_bench {
 
 namespace {
-
-// Hands on what the printer would gather in memory.
-class CSinkPrinter : public tinyxml2::XMLPrinter {
-public:
-    CSinkPrinter(CSink& sink, bool format) : XMLPrinter(nullptr, !format), m_Sink(sink) {}
-
-protected:
-    void Write(const char* data, std::size_t length) override { m_Sink.Write(data, length); }
-    void Putc(char byte) override { m_Sink.Write(&byte, 1); }
-
-private:
-    CSink& m_Sink;
-};
 
 std::size_t CountBelow(const tinyxml2::XMLElement& element) {
     std::size_t count = 1;
@@ -41,7 +29,7 @@ CTinyXml2Tree::CTinyXml2Tree(const CTinyXml2Tree& source) {
 }
 
 void CTinyXml2Tree::Save(CSink& sink, bool format) const {
-    CSinkPrinter printer(sink, format);
+    CTinyXml2Sink printer(sink, format);
     m_Document.Print(&printer);
 }
 
