@@ -145,15 +145,17 @@ void CXMLAttribut::SetName(const char* name) {
 }
 
 void CXMLAttribut::SetValue(const char* value) {
-    const bool holds = CAttributeAccess::Holds(this);
-    const char* copy = EmptyString();
-    if (holds) {
-        copy = NewHeldValue(value);
-    } else if (value != nullptr && *value != '\0') {
-        copy = NewTreeString(TreeOf(CAttributeAccess::Name(this)), value, std::strlen(value),
-                             IsKnownUtf8(value));
+    const unsigned int flags = value != nullptr && IsKnownUtf8(value) ? STRING_UTF8 : 0;
+    if (CAttributeAccess::Holds(this)) {
+        m_nValue = Number(ReplaceHeldString(CAttributeAccess::Value(this), value, flags));
+        return;
     }
-    CAttributeAccess::ReplaceValue(this, copy, holds);
+    const char* copy = EmptyString();
+    if (value != nullptr && *value != '\0') {
+        copy = NewTreeString(TreeOf(CAttributeAccess::Name(this)), value, std::strlen(value),
+                             flags != 0);
+    }
+    CAttributeAccess::ReplaceValue(this, copy, false);
 }
 
 bool CXMLAttribut::GetDateValue(int& year, int& month, int& day) {

@@ -14,12 +14,14 @@ struct SEmptyString {
 // Never written: what is done to a constant string looks at its flag first.
 SEmptyString s_EmptyString = {{0, {STRING_STATIC | STRING_UTF8}}, ""};
 
+const std::size_t SHORTEST_HELD = 32;
+
 const char* WriteString(void* block, SPage* page, const char* text, std::size_t length,
                         unsigned int flags) noexcept {
     SStringTag* tag =
         new (block) SStringTag{DistanceTo(page, block), {FlagsWithLength(flags, length)}};
     char* characters = reinterpret_cast<char*>(tag + 1);
-    std::memcpy(characters, text, length);
+    std::memmove(characters, text, length);  // a part of the string that it replaces
     characters[length] = '\0';
     return characters;
 }
@@ -50,8 +52,24 @@ const char* NewHeldString(const char* text, unsigned int flags) {
         return EmptyString();
     }
     const std::size_t length = std::strlen(text);
-    SPage* page = NewPage(sizeof(SStringTag) + length + 1);
+    const std::size_t bytes = sizeof(SStringTag) + length + 1;
+    // Room for another short string, which may come in its place.
+    SPage* page = NewPage(bytes < SHORTEST_HELD ? SHORTEST_HELD : bytes);
     return WriteString(page + 1, page, text, length, flags);
+}
+
+const char* ReplaceHeldString(const char* old, const char* text, unsigned int flags) {
+    if (!HasFlag(old, STRING_STATIC) && text != nullptr && *text != '\0') {
+        SPage* page = PageOf(old);
+        const std::size_t length = std::strlen(text);
+        if (page->m_pTree == nullptr && length < page->m_nBytes - sizeof(SStringTag) &&
+            page->m_nHolders.load(std::memory_order_acquire) == 1) {
+            return WriteString(page + 1, page, text, length, flags);
+        }
+    }
+    const char* held = NewHeldString(text, flags);
+    ReleaseHeldString(old);
+    return held;
 }
 
 void HoldString(const char* text) noexcept {

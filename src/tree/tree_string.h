@@ -84,6 +84,10 @@ void FreeTreeString(CTreeMemory& memory, const char* text) noexcept;
 // A copy outside of any tree; the caller holds it. `flags` tells what is known of it. Throws std::bad_alloc.
 const char* NewHeldString(const char* text, unsigned int flags);
 
+// The same in the place of `old`, a held string that ends: in its block, if nobody else shows it and the copy
+// fits, else in a new one. `text` may lie in `old`. Throws std::bad_alloc, then `old` is as it was.
+const char* ReplaceHeldString(const char* old, const char* text, unsigned int flags);
+
 // Shows any tagged string outside of its tree, and ends that.
 void HoldString(const char* text) noexcept;
 void ReleaseHeldString(const char* text) noexcept;

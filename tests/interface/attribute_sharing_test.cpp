@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -171,6 +172,54 @@ TEST(AttributeSharing, AssignsAClientsAttributeToAnElementsAndBack) {
     taken = *document->GetRoot()->GetAttributes()[0];
     document->GetRoot()->SetAttribute("own", "");
     EXPECT_EQ(Shown(taken), std::string("own=") + kValues[1]);
+}
+
+TEST(AttributeSharing, AValueThatIsSetAgainAndAgainLeavesCopiesAlone) {
+    CXMLAttribut attribute("name", "first");
+    std::vector<CXMLAttribut> copies;
+    std::vector<std::string> expected;
+    for (std::size_t i = 0; i < 300; ++i) {
+        const std::string value(i * 7 % 61, static_cast<char>('a' + i % 26));
+        attribute.SetValue(value.c_str());
+        ASSERT_STREQ(attribute.GetValue(), value.c_str());
+        if (i % 3 == 0) {
+            copies.push_back(attribute);
+            expected.push_back(value);
+        }
+    }
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+        EXPECT_EQ(copies[i].GetValue(), expected[i]) << i;
+        EXPECT_STREQ(copies[i].GetName(), "name");
+    }
+}
+
+TEST(AttributeSharing, AValueCanBeReplacedByAnyPartOfItself) {
+    const std::string value = "0123456789012345678901234567890123456789\xC3\xA9";
+    for (std::size_t start = 0; start < value.size(); ++start) {
+        CXMLAttribut attribute("name", value.c_str());
+        attribute.SetValue(attribute.GetValue() + start);
+        EXPECT_EQ(attribute.GetValue(), value.substr(start));
+        attribute.SetValue(attribute.GetValue());
+        EXPECT_EQ(attribute.GetValue(), value.substr(start));
+    }
+}
+
+TEST(AttributeSharing, AValueThatIsSetInPlaceIsWrittenAsItNowIs) {
+    const Document document = NewDocumentWithRoot("r");
+    CXMLAttribut attribute("a", "plain and long enough");
+    const char* values[] = {"\xC3\xA9", "<&>", "plain", "x\xFFy", ""};
+    for (const char* value : values) {
+        attribute.SetValue(value);
+        std::ostringstream out;
+        CXMLSaxWriter writer;
+        CXMLAttribut* attributes[] = {&attribute, nullptr};
+        writer.StartDocument(&out, false, false);
+        writer.StartElement("r", attributes);
+        writer.EndElement();
+        writer.EndDocument();
+        document->GetRoot()->SetAttribute("a", value);
+        if (*value != '\0') EXPECT_EQ(out.str(), Saved(document)) << value;
+    }
 }
 
 TEST(ExceptionSharing, HoldsTheTextUntilTheLastObjectThatShowsIt) {
