@@ -49,7 +49,9 @@ public:
     // uri: the namespace; empty for none. localName: without, qName: with the prefix.
     // attributes: in the order of the parser, which puts those with a default value last; ended by a
     //   NULL, and never NULL itself. Namespace declarations are not among them (StartNamespace). The
-    //   array may be rearranged, the load does not look at it again.
+    //   array may be rearranged, the load does not look at it again. Deliberate: when memory runs out
+    //   in the middle, the array may end early rather than the load; what then does not fit either
+    //   throws std::bad_alloc.
     // An empty element gives both callbacks.
     virtual void StartElement(const char* uri, const char* localName, const char* qName,
                               CXMLSaxAttribut** attributes);
@@ -66,11 +68,13 @@ public:
     virtual void StartCDATA();
     virtual void EndCDATA();
 
-    // The document type declaration. publicId and systemId are NULL when the declaration has none.
+    // The document type declaration. publicId and systemId are NULL when the declaration has none; one with
+    // neither an identifier nor an internal subset is not reported.
     virtual void StartDTD(const char* name, const char* publicId, const char* systemId);
 
     // A namespace declaration, before the StartElement and after the EndElement of its element. An
-    // empty prefix is the default namespace; an empty uri takes a declaration back.
+    // empty prefix is the default namespace; an empty uri takes a declaration back. Text in front of the
+    // element is reported between StartNamespace and StartElement.
     virtual void StartNamespace(const char* prefix, const char* uri);
     virtual void EndNamespace(const char* prefix);
 

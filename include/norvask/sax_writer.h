@@ -41,8 +41,8 @@ public:
     CXMLSaxWriter(const CXMLSaxWriter& other) = delete;
     CXMLSaxWriter& operator=(const CXMLSaxWriter& other) = delete;
 
-    // Ends a document that is still open as unfinished: a std::ofstream is closed (a caller's too), an
-    // owned stream is deleted, and the file whose name is stored is removed if it is a regular file -
+    // Ends a document that is still open as unfinished: a std::ofstream that is good() is closed (a
+    // caller's too), an owned stream is deleted, and the file whose name is stored is removed if it is a regular file -
     // never a device, a pipe, a directory, or what a symbolic link leads to. A name is stored by the file
     // variant of StartDocument and dropped by EndDocument; deliberate: a start that failed leaves it,
     // so the destructor of a writer that then goes on with a stream of the caller honours it still.

@@ -16,9 +16,12 @@ CXMLSaxAttribut** CSaxAttributes::Show(const xercesc::Attributes& attributes, bo
                                        CEventNames& names) {
     const std::size_t count = attributes.getLength();
     if (m_Shown.size() <= count) {
-        MakeObjects(count);
+        Reserve(count);
     }
     for (std::size_t i = 0; i < count; ++i) {
+        if (m_Objects[i] == nullptr) {
+            m_Objects[i] = new (std::nothrow) CXMLSaxAttribut;
+        }
         m_Shown[i] = m_Objects[i];
     }
     m_Shown[count] = nullptr;
@@ -33,13 +36,11 @@ CXMLSaxAttribut** CSaxAttributes::Show(const xercesc::Attributes& attributes, bo
     return m_Shown.data();
 }
 
-// Room for this many attributes, in everything that is used again.
-void CSaxAttributes::MakeObjects(std::size_t count) {
-    m_Objects.reserve(count);
+// Room for this many attributes, in everything that is used again. The objects are made when they are needed, one
+// that cannot be made for lack of memory when it is needed the next time.
+void CSaxAttributes::Reserve(std::size_t count) {
+    m_Objects.resize(count);
     m_Places.resize(count);
-    while (m_Objects.size() < count) {
-        m_Objects.push_back(new (std::nothrow) CXMLSaxAttribut);
-    }
     m_Shown.resize(count + 1);
 }
 

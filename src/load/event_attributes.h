@@ -29,11 +29,11 @@ public:
                            CEventNames& names);
 
 private:
-    void MakeObjects(std::size_t count);
+    void Reserve(std::size_t count);
     void ShowKept(const xercesc::Attributes& attributes, CEventNames& names);
     void ShowConverted(const xercesc::Attributes& attributes);
 
-    std::vector<CXMLSaxAttribut*> m_Objects;  // NULL where there was no memory for one
+    std::vector<CXMLSaxAttribut*> m_Objects;  // NULL for those not made yet
     std::vector<CXMLSaxAttribut*> m_Shown;    // a copy: the client may rearrange it
     std::deque<SEventName> m_Unkept;          // the names that CEventNames does not keep
     CNarrowText m_Values;

@@ -103,7 +103,9 @@ void CEventForwarder::endCDATA() {
 
 void CEventForwarder::startDTD(const XMLCh* name, const XMLCh* publicId, const XMLCh* systemId) {
     const char* const narrowName = m_First.Convert(name);
-    const char* const narrowPublicId = m_Second.Convert(publicId);
+    // The parser reports an empty one for SYSTEM, which has none.
+    const bool isPublic = publicId != nullptr && *publicId != 0;
+    const char* const narrowPublicId = isPublic ? m_Second.Convert(publicId) : nullptr;
     m_Client.StartDTD(narrowName, narrowPublicId, m_Third.Convert(systemId));
 }
 

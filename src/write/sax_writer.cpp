@@ -12,6 +12,7 @@
 #include "foundation/errors.h"
 #include "foundation/parser_text.h"
 #include "foundation/text_rules.h"
+#include "foundation/utf8.h"
 #include "foundation/value_text.h"
 #include "write/output.h"
 #include "write/string_stack.h"
@@ -27,16 +28,28 @@ std::unique_ptr<char[]> CopyOf(const char* text) {
     return copy;
 }
 
-// The name of an element that is known to be a name. Where narrow strings are UTF-8, escaping would change
-// nothing in it.
+// The name of an element. Well-formed UTF-8 needs no escaping, since no character of markup is part of a name.
 template <std::size_t N>
 void WriteTagName(COutput& output, const char (&token)[N], const char* name, std::size_t length) {
-    if (LocalEncodingIsUtf8()) {
+    if (LocalEncodingIsUtf8() && (IsAscii(name, length) || IsUtf8(name))) {
         output.LiteralAndPlain(token, name, length);
     } else {
         output.Literal(token);
         output.Escaped(name);
     }
+}
+
+// Empty names are left out, not refused.
+bool IsSkipped(const CXMLAttribut* attribute) { return *CAttributeAccess::Name(attribute) == '\0'; }
+
+// The first attribute whose name is none; NULL when all are right.
+const CXMLAttribut* FirstRefused(CXMLAttribut** attributes) {
+    for (; attributes != nullptr && *attributes != nullptr; ++attributes) {
+        if (!IsSkipped(*attributes) && !IsName(CAttributeAccess::Name(*attributes))) {
+            return *attributes;
+        }
+    }
+    return nullptr;
 }
 
 void CloseIfFile(std::ostream* stream) {
@@ -173,20 +186,26 @@ void CXMLSaxWriter::EndDocument() {
 
 void CXMLSaxWriter::StartElement(const char* name, CXMLAttribut** attributes) {
     CWriterCall::RequireOpen(*this);
-    // Room for the name before anything is written: an element whose tag stands in the document is open.
+    // What may need memory comes before anything is written: room for the name, since an element whose tag stands in
+    // the document is open, and the checks of names. Their answers count only where the name's turn has come.
     const std::size_t length = name == nullptr ? 0 : std::strlen(name);
     m_pElementStack->Reserve(length);
+    const bool isName = IsXmlName(name);
+    const CXMLAttribut* const refused = isName ? FirstRefused(attributes) : nullptr;
     CWriterCall call(*this);
     call.Run([&](COutput& output) {
         call.CloseTag();
         call.NewLine();
         ++m_nDepth;
-        if (!IsXmlName(name)) {
+        if (!isName) {
             ThrowInvalidName(name);
         }
         WriteTagName(output, "<", name, length);
         for (; attributes != nullptr && *attributes != nullptr; ++attributes) {
-            if (*CAttributeAccess::Name(*attributes) != '\0') {
+            if (*attributes == refused) {
+                ThrowInvalidName(CAttributeAccess::Name(refused));
+            }
+            if (!IsSkipped(*attributes)) {
                 WriteAttribute(output, *attributes);
             }
         }

@@ -17,9 +17,11 @@ inline bool IsPlainName(const char* name) noexcept {
     return (FlagsOf(name) & PLAIN) == PLAIN;
 }
 
+inline bool IsName(const char* name) { return HasFlag(name, STRING_VALID) || IsXmlName(name); }
+
 // Throws CXMLException (invalid name).
 inline void RequireName(const char* name) {
-    if (!HasFlag(name, STRING_VALID) && !IsXmlName(name)) {
+    if (!IsName(name)) {
         ThrowInvalidName(name);
     }
 }
@@ -33,14 +35,12 @@ inline void WriteText(COutput& output, const char* text) {
     }
 }
 
-// One attribute of a start tag, the blank in front included. Throws CXMLException (invalid name) before
-// anything of it is written.
+// One attribute of a start tag, the blank in front included. Its name must be one.
 inline void WriteAttribute(COutput& output, const CXMLAttribut* attribute) {
     const char* name = CAttributeAccess::Name(attribute);
     if (IsPlainName(name)) {
         output.LiteralAndPlain(" ", name, LengthOf(name));
     } else {
-        RequireName(name);
         output.Literal(" ");
         output.Escaped(name);
     }

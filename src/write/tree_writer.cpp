@@ -96,6 +96,7 @@ void CTreeWriter::WriteStartTag(CXMLNode* element) {
     }
     if (body->m_pAttributes != nullptr) {
         for (CXMLAttribut** slots = body->m_pAttributes->Slots(); *slots != nullptr; ++slots) {
+            RequireName(CAttributeAccess::Name(*slots));
             WriteAttribute(m_Output, *slots);
         }
     }
