@@ -218,7 +218,8 @@ TEST(AttributeSharing, AValueThatIsSetInPlaceIsWrittenAsItNowIs) {
         writer.EndElement();
         writer.EndDocument();
         document->GetRoot()->SetAttribute("a", value);
-        if (*value != '\0') EXPECT_EQ(out.str(), Saved(document)) << value;
+        EXPECT_EQ(out.str(),
+                  *value == '\0' ? "<?xml version=\"1.0\"?><r a=\"\"/>" : Saved(document));
     }
 }
 

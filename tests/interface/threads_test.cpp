@@ -38,8 +38,10 @@ std::string Worked(int number) {
         root->SetAttribute(("m" + std::to_string(i)).c_str(), "");
     root->CreateTextChild("")->SetDateTimeText(2000 + number, 1, 2, 3, 4, 5);
     root->CreateTextChild("")->SetDoubleText(number + 0.5);
-    root->GetAttributes()[0]->SetLongValue(number);
-    root->GetAttributes()[1]->SetDateValue(number, 1, 2);
+    root->GetAttributes()[0]->SetDateValue(number, 1, 2);
+    CXMLAttribut own("long", "");
+    own.SetLongValue(number);
+    root->SetAttribute("long", own.GetValue());
     root->CopyChild(root, root->GetFirstChild());
     root->GetNodes("r/p")[0]->SetTextChildValue(id.c_str());
     try {

@@ -57,6 +57,15 @@ std::set<std::size_t> Differences(const std::vector<std::uintptr_t>& a,
     return places;
 }
 
+// The destructor's two slots and the operations of each class.
+constexpr std::size_t kNodeSlots = 2 + 20;
+constexpr std::size_t kTextSlots = kNodeSlots + 16;
+constexpr std::size_t kBinarySlots = kNodeSlots + 3;
+constexpr std::size_t kDocumentSlots = 2 + 10;
+constexpr std::size_t kHandlerSlots = 2 + 11;
+constexpr std::size_t kSaxAttributSlots = 2 + 4;
+constexpr std::size_t kWriterSlots = 2 + 13;
+
 // The one private operation: an override of it has its slot.
 class CDeletingBinary : public CBinaryProbe {
 public:
@@ -70,14 +79,37 @@ public:
     const char* GetTagName() override { return "named"; }
 };
 
+// The attribute class hides its constructor.
+class CSaxAttributProbe : public CXMLSaxAttribut {
+public:
+    CSaxAttributProbe() : CXMLSaxAttribut("u", "l", "q", "v") {}
+    ~CSaxAttributProbe() override = default;
+};
+
+class CTextHandler : public CXMLSaxHandler {
+public:
+    void Characters(const char*) override {}
+};
+
+class CTextWriter : public CXMLSaxWriter {
+public:
+    void Characters(const char*) override {}
+};
+
+// Keeps the table of an attribute that the library made.
+class CAttributTable : public CXMLSaxHandler {
+public:
+    void StartElement(const char*, const char*, const char*,
+                      CXMLSaxAttribut** attributes) override {
+        m_Slots = Slots(attributes[0], kSaxAttributSlots);
+    }
+    std::vector<std::uintptr_t> m_Slots;
+};
+
+using StartOnStream = void (CXMLSaxWriter::*)(std::ostream*, bool, bool);
+using StartInFile = void (CXMLSaxWriter::*)(const char*, bool);
 using StreamSave = void (CXMLDocument::*)(std::ostream&, bool);
 using FileSave = void (CXMLDocument::*)(const char*, bool);
-
-// The destructor's two slots and the operations of each class.
-constexpr std::size_t kNodeSlots = 2 + 20;
-constexpr std::size_t kTextSlots = kNodeSlots + 16;
-constexpr std::size_t kBinarySlots = kNodeSlots + 3;
-constexpr std::size_t kDocumentSlots = 2 + 10;
 
 }  // namespace
 
@@ -178,6 +210,65 @@ TEST(VtableLayout, OfExceptionsWithoutADestructor) {
 TEST(VtableLayout, OfConvertersWithoutADestructor) {
     EXPECT_FALSE(std::has_virtual_destructor<CWideCharToString>::value);
     EXPECT_EQ(SlotOf(&CWideCharToString::Convert), 0);
+}
+
+TEST(VtableLayout, OfHandlers) {
+    EXPECT_TRUE(std::has_virtual_destructor<CXMLSaxHandler>::value);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartDocument), 2);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndDocument), 3);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartElement), 4);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndElement), 5);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::Characters), 6);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartCDATA), 7);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndCDATA), 8);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartDTD), 9);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartNamespace), 10);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndNamespace), 11);
+    EXPECT_EQ(SlotOf(&CXMLSaxHandler::GetSourceOffset), 12);
+
+    CXMLSaxHandler plain;
+    CTextHandler text;
+    const std::set<std::size_t> overridden = {6};
+    EXPECT_EQ(Differences(Slots(&plain, kHandlerSlots), Slots(&text, kHandlerSlots)), overridden);
+}
+
+TEST(VtableLayout, OfReportedAttributes) {
+    EXPECT_TRUE(std::has_virtual_destructor<CSaxAttributProbe>::value);
+    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetUri), 2);
+    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetLocalName), 3);
+    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetQName), 4);
+    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetValue), 5);
+
+    CAttributTable handler;
+    unsigned char xml[] = "<r k='v'/>";
+    CXMLManager::GetInstance().LoadDocument(xml, sizeof xml - 1, &handler, false, false, nullptr,
+                                            false, false);
+    ASSERT_EQ(handler.m_Slots.size(), kSaxAttributSlots);
+    CSaxAttributProbe probe;
+    EXPECT_EQ(Differences(handler.m_Slots, Slots(&probe, kSaxAttributSlots)),
+              std::set<std::size_t>());
+}
+
+TEST(VtableLayout, OfWriters) {
+    EXPECT_TRUE(std::has_virtual_destructor<CXMLSaxWriter>::value);
+    EXPECT_EQ(SlotOf(static_cast<StartOnStream>(&CXMLSaxWriter::StartDocument)), 2);
+    EXPECT_EQ(SlotOf(static_cast<StartInFile>(&CXMLSaxWriter::StartDocument)), 3);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::EndDocument), 4);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::StartElement), 5);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::EndElement), 6);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Characters), 7);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Data), 8);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Date), 9);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::DateTime), 10);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Time), 11);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Double), 12);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Long), 13);
+    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Bool), 14);
+
+    CXMLSaxWriter plain;
+    CTextWriter text;
+    const std::set<std::size_t> overridden = {7};
+    EXPECT_EQ(Differences(Slots(&plain, kWriterSlots), Slots(&text, kWriterSlots)), overridden);
 }
 
 TEST(VtableLayout, HasNoPlaceForClassesWithoutVirtualOperations) {

@@ -17,6 +17,10 @@ TEST(Errors, EachHelperThrowsItsPair) {
     EXPECT_XML_ERROR(ThrowParseError("f.xml", "12", "msg"), 2,
                      "Load error:\nFile: 'f.xml'  Line '12':\n\n'msg'");
     EXPECT_XML_ERROR(ThrowSavingFailed("f.xml"), 1, "Error saving 'f.xml'.");
+    EXPECT_XML_ERROR(ThrowDocumentStillOpen(), 1, "The last written document is not closed.");
+    EXPECT_XML_ERROR(ThrowDocumentNotOpen(), 1, "The document is not open.");
+    EXPECT_XML_ERROR(ThrowNoElementToEnd(), 1, "Wrong XML format");
+    EXPECT_XML_ERROR(ThrowElementsStillOpen(), 8, "Wrong XML format");
     EXPECT_XML_ERROR(ThrowInvalidName("a b"), 3, "Invalid XML name: 'a b'.");
     EXPECT_XML_ERROR(ThrowInvalidName(nullptr), 3, "Invalid XML name: ''.");
     EXPECT_XML_ERROR(ThrowNoValidText("e"), 2, "The node 'e' does not contain valid text");

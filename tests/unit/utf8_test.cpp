@@ -87,9 +87,8 @@ TEST(Utf8, EveryMixtureOfEightUnitsConvertsLikeByTheParserIntoTheRoomThatIsAsked
 }
 
 TEST(Utf8, PairsAndLimitsOfLengthConvertAtEveryPlaceOfALongText) {
-    for (const char16_t* character :
-         {u"\u007F", u"\u0080", u"\u07FF", u"\u0800", u"\uD7FF", u"\uE000", u"\uFFFF",
-          u"\U00010000", u"\U0010FFFF"}) {
+    for (const char16_t* character : {u"\u007F", u"\u0080", u"\u07FF", u"\u0800", u"\uD7FF",
+                                      u"\uE000", u"\uFFFF", u"\U00010000", u"\U0010FFFF"}) {
         for (const char16_t filler : {u'a', u'\u0436', u'\u4E2D'}) {
             for (std::size_t at = 0; at <= 20; ++at) {
                 std::u16string text(20, filler);

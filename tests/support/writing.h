@@ -1,0 +1,95 @@
+// What the tests of the streaming writer share: arrays of attributes, Base64, the refusals.
+#ifndef NORVASK_TESTS_SUPPORT_WRITING_H
+#define NORVASK_TESTS_SUPPORT_WRITING_H
+
+#include <norvask/norvask.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/vocabulary.h"
+
+// What a writer answers that has no document, or whose stream is not good.
+#define EXPECT_NOT_OPEN(statement) EXPECT_XML_ERROR(statement, 1, "The document is not open.")
+
+namespace norvask_test {
+
+// For documents that are too long for a failure message: shows where they part.
+inline ::testing::AssertionResult SameBytes(const std::string& got, const std::string& expected) {
+    if (got == expected) return ::testing::AssertionSuccess();
+    const std::size_t shorter = std::min(got.size(), expected.size());
+    std::size_t place = 0;
+    while (place < shorter && got[place] == expected[place])
+        ++place;
+    const std::size_t from = place < 20 ? 0 : place - 20;
+    return ::testing::AssertionFailure()
+           << "they part at byte " << place << "\n  got      "
+           << ::testing::PrintToString(got.substr(from, 60)) << "\n  expected "
+           << ::testing::PrintToString(expected.substr(from, 60));
+}
+
+// Attributes as a writer takes them.
+class CAttributes {
+public:
+    CAttributes(std::initializer_list<std::pair<const char*, const char*>> attributes) {
+        m_Attributes.reserve(attributes.size());
+        for (const auto& attribute : attributes)
+            m_Attributes.emplace_back(attribute.first, attribute.second);
+        Point();
+    }
+    explicit CAttributes(const std::vector<std::pair<std::string, std::string>>& attributes) {
+        m_Attributes.reserve(attributes.size());
+        for (const auto& attribute : attributes)
+            m_Attributes.emplace_back(attribute.first.c_str(), attribute.second.c_str());
+        Point();
+    }
+    CAttributes(const CAttributes&) = delete;
+    CAttributes& operator=(const CAttributes&) = delete;
+
+    // Ended by a NULL.
+    norvask::CXMLAttribut** Get() { return m_Pointers.data(); }
+
+private:
+    void Point() {
+        for (norvask::CXMLAttribut& attribute : m_Attributes)
+            m_Pointers.push_back(&attribute);
+        m_Pointers.push_back(nullptr);
+    }
+
+    std::vector<norvask::CXMLAttribut> m_Attributes;
+    std::vector<norvask::CXMLAttribut*> m_Pointers;
+};
+
+// Base64 in lines of 60 characters, each ended by a line feed, as the parser's encoder breaks them.
+inline std::string Base64(const std::string& bytes) {
+    static const char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    std::size_t inLine = 0;
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        unsigned long bits = 0;
+        for (std::size_t j = i; j < i + 3; ++j)
+            bits = bits << 8 | (j < bytes.size() ? static_cast<unsigned char>(bytes[j]) : 0u);
+        const std::size_t present = bytes.size() - i < 3 ? bytes.size() - i : 3;
+        for (std::size_t digit = 0; digit < 4; ++digit)
+            text += digit <= present ? digits[bits >> (18 - 6 * digit) & 63] : '=';
+        inLine += 4;
+        if (inLine == 60 || i + 3 >= bytes.size()) {
+            text += '\n';
+            inLine = 0;
+        }
+    }
+    return text;
+}
+
+inline void WriteData(norvask::CXMLSaxWriter& writer, const std::string& bytes, bool cdata) {
+    writer.Data(reinterpret_cast<const unsigned char*>(bytes.data()),
+                static_cast<long>(bytes.size()), cdata);
+}
+
+}  // namespace norvask_test
+
+#endif
