@@ -118,7 +118,6 @@ private:
     friend class CDOMString;
     friend class CManagerAccess;
     CWideCharToString* GetWideCharToStringConverter();
-    void RequireInitialised() const;
 
     bool m_bInitialized;
     CWideCharToString* m_pConverter;

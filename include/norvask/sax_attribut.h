@@ -33,8 +33,9 @@ public:
 
 private:
     friend class CSaxAttributes;
-    CXMLSaxAttribut() noexcept;
-    void Copy(const char* const (&strings)[4]);
+    // Shows strings that belong to a load.
+    CXMLSaxAttribut() noexcept
+        : m_pUri(""), m_pLocalName(""), m_pQName(""), m_pValue(""), m_pStorage(nullptr) {}
 
     const char* m_pUri;
     const char* m_pLocalName;

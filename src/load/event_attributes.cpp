@@ -1,5 +1,6 @@
 #include "load/event_attributes.h"
 
+#include <cstring>
 #include <new>
 
 #include "foundation/dom_string.h"
@@ -85,10 +86,31 @@ void CSaxAttributes::ShowConverted(const xercesc::Attributes& attributes) {
         CDOMString qName(attributes.getQName(i));
         CDOMString value(attributes.getValue(i));
         if (m_Objects[i] != nullptr) {
-            m_Objects[i]->Copy(
+            Own(*m_Objects[i],
                 {uri.GetString(), localName.GetString(), qName.GetString(), value.GetString()});
         }
     }
+}
+
+// All four into one block; they may lie in the present one.
+void CSaxAttributes::Own(CXMLSaxAttribut& attribute, const char* const (&strings)[4]) {
+    std::size_t bytes = 0;
+    std::size_t sizes[4];
+    for (std::size_t i = 0; i < 4; ++i) {
+        sizes[i] = strings[i] == nullptr ? 1 : std::strlen(strings[i]) + 1;
+        bytes += sizes[i];
+    }
+    char* const storage = new char[bytes];
+    const char** const members[] = {&attribute.m_pUri, &attribute.m_pLocalName, &attribute.m_pQName,
+                                    &attribute.m_pValue};
+    char* end = storage;
+    for (std::size_t i = 0; i < 4; ++i) {
+        std::memcpy(end, strings[i] == nullptr ? "" : strings[i], sizes[i]);
+        *members[i] = end;
+        end += sizes[i];
+    }
+    delete[] attribute.m_pStorage;
+    attribute.m_pStorage = storage;
 }
 
 }  // namespace norvask

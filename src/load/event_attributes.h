@@ -28,6 +28,10 @@ public:
     CXMLSaxAttribut** Show(const xercesc::Attributes& attributes, bool ownConverter,
                            CEventNames& names);
 
+    // Gives an attribute strings of its own, NULL as an empty one; they may be those that it shows. Throws
+    // std::bad_alloc, then nothing has changed.
+    static void Own(CXMLSaxAttribut& attribute, const char* const (&strings)[4]);
+
 private:
     void Reserve(std::size_t count);
     void ShowKept(const xercesc::Attributes& attributes, CEventNames& names);

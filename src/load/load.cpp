@@ -144,7 +144,7 @@ void RequireClient(const CXMLSaxHandler* client) {
 CXMLDocument* CXMLManager::LoadDocument(const char* fileName, bool validate, bool doSchema,
                                         const char* schemaLocation, bool schemaHasNamespace,
                                         bool keepPrefixes) {
-    RequireInitialised();
+    CManagerAccess::RequireInitialised(*this);
     RequireFileName(fileName);
     CFileSource source(fileName);
     return LoadTree(source, keepPrefixes,
@@ -154,7 +154,7 @@ CXMLDocument* CXMLManager::LoadDocument(const char* fileName, bool validate, boo
 CXMLDocument* CXMLManager::LoadDocument(unsigned char* buffer, unsigned int length, bool validate,
                                         bool doSchema, const char* schemaLocation,
                                         bool schemaHasNamespace, bool keepPrefixes) {
-    RequireInitialised();
+    CManagerAccess::RequireInitialised(*this);
     RequireBytes(buffer, length);
     CMemorySource source(buffer, length);
     return LoadTree(source, keepPrefixes,
@@ -165,7 +165,7 @@ CXMLDocument* CXMLManager::LoadDocument(unsigned char* buffer, unsigned int leng
 void CXMLManager::LoadDocument(const char* fileName, CXMLSaxHandler* handler, bool validate,
                                bool doSchema, const char* schemaLocation, bool schemaHasNamespace,
                                bool) {
-    RequireInitialised();
+    CManagerAccess::RequireInitialised(*this);
     RequireFileName(fileName);
     RequireClient(handler);
     CFileSource source(fileName);
@@ -176,7 +176,7 @@ void CXMLManager::LoadDocument(const char* fileName, CXMLSaxHandler* handler, bo
 void CXMLManager::LoadDocument(unsigned char* buffer, unsigned int length, CXMLSaxHandler* handler,
                                bool validate, bool doSchema, const char* schemaLocation,
                                bool schemaHasNamespace, bool) {
-    RequireInitialised();
+    CManagerAccess::RequireInitialised(*this);
     RequireBytes(buffer, length);
     RequireClient(handler);
     CMemorySource source(buffer, length);

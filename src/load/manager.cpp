@@ -5,8 +5,8 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
-#include "foundation/errors.h"
 #include "foundation/parser_text.h"
+#include "load/manager_access.h"
 #include "tree/document_body.h"
 
 namespace norvask {
@@ -53,14 +53,8 @@ void CXMLManager::SetWideCharToStringConverter(CWideCharToString* converter) {
 
 CWideCharToString* CXMLManager::GetWideCharToStringConverter() { return m_pConverter; }
 
-void CXMLManager::RequireInitialised() const {
-    if (!m_bInitialized) {
-        ThrowParserNotInitialised();
-    }
-}
-
 CXMLDocument* CXMLManager::CreateDocument(const char* dtdName, const char* dtdPath) {
-    RequireInitialised();
+    CManagerAccess::RequireInitialised(*this);
     try {
         return CDocumentAccess::New(dtdName, dtdPath);
     } catch (const std::bad_alloc&) {
