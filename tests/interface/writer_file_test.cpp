@@ -93,7 +93,7 @@ TEST(WriterFile, IsRefusedWithItsNameWhenItCannotBeOpened) {
     ExpectRefused(writer, directory.Inside("\xC3\xA9/%s%n"));
     {
         std::ofstream(directory.Inside("first")) << "kept";
-        CNoHandles none;
+        const CUnopenable unopenable(directory.Inside("first"));
         ExpectRefused(writer, directory.Inside("first"));
     }
     EXPECT_EQ(ReadFile(directory.Inside("first")), "kept");

@@ -171,7 +171,7 @@ TEST(WriterUnfinished, OfAFailedStartIsRemovedWithTheNextDocumentThatIsNotEnded)
     TemporaryFile file(".xml", "kept");
     std::ostringstream out;
     const auto fail = [&](CXMLSaxWriter& writer) {
-        CNoHandles none;
+        const CUnopenable unopenable(file.Name());
         ExpectRefused(writer, file.Name());
     };
     {

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -44,7 +45,27 @@ private:
     std::string m_Name;
 };
 
-// No file can be opened while it lives, whoever asks.
+// A file that nobody can open while this lives, the administrator included: a directory has its place.
+class CUnopenable {
+public:
+    explicit CUnopenable(const std::string& name) : m_Name(name), m_Aside(name + ".aside") {
+        EXPECT_EQ(rename(m_Name.c_str(), m_Aside.c_str()), 0);
+        EXPECT_EQ(mkdir(m_Name.c_str(), 0700), 0);
+    }
+    CUnopenable(const CUnopenable&) = delete;
+    CUnopenable& operator=(const CUnopenable&) = delete;
+    ~CUnopenable() {
+        rmdir(m_Name.c_str());
+        rename(m_Aside.c_str(), m_Name.c_str());
+    }
+
+private:
+    const std::string m_Name;
+    const std::string m_Aside;
+};
+
+// No file can be opened while it lives, whoever asks; not even by the sanitizers, so little may happen
+// meanwhile.
 class CNoHandles {
 public:
     CNoHandles() {
