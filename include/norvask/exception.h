@@ -4,7 +4,8 @@
 // reference. It carries an error class (GetID) for programs and a finished English text
 // (GetMessage) for people. What the library does not find itself passes through as it is:
 // std::bad_alloc, the exceptions of a stream that has them switched on, whatever a callback or a
-// derived class throws, and the parser's transcoding errors.
+// derived class throws, and the parser's transcoding and out-of-memory errors (which are no
+// std::exception).
 //
 // The pairs of error class and message that the library throws:
 //

@@ -63,7 +63,8 @@ public:
     // What the tree holds: elements; attributes with a value (empty ones are dropped, as
     // CXMLNode::SetAttribute does); each run of text between tags or CDATA sections as one text node,
     // untrimmed, unless it is layout (blanks, line ends and TABs with at least one line end or TAB; a run
-    // of blanks alone is content); each CDATA section as one binary node if it holds Base64, else as one
+    // of blanks alone is content, except where validation by a DTD finds that an element can hold
+    // elements only); each CDATA section as one binary node if it holds Base64, else as one
     // text node, nothing if it is empty; the DTD's name and system identifier if it has both. Comments,
     // processing instructions, the public identifier and the internal subset leave no trace.
     //
@@ -95,10 +96,10 @@ public:
     // above, with these differences:
     // keepPrefixes: no effect. A callback always receives all forms of a name, and namespaces.
     // Names with a character beyond U+FFFF arrive like others.
-    // Whatever a callback throws ends the load: a CXMLException arrives as a copy; any other exception
-    // unchanged, except those of the parser. The parser reports its own XMLException, wherever it was
-    // raised, like an error of the document (2); a SAXParseException that a callback throws becomes
-    // (1). Callbacks before a failure have been made: what they told must be undone by the caller.
+    // Whatever a callback throws ends the load: a CXMLException arrives as a copy (of a derived class, that
+    // part only), any other exception unchanged, except two of the parser: it reports its XMLException,
+    // wherever that was raised, like an error of the document (2), and a SAXParseException that a callback
+    // throws becomes (1). Callbacks before a failure have been made: what they told must be undone by the caller.
     void LoadDocument(const char* fileName, CXMLSaxHandler* handler, bool validate, bool doSchema,
                       const char* schemaLocation, bool schemaHasNamespace, bool keepPrefixes);
     void LoadDocument(unsigned char* buffer, unsigned int length, CXMLSaxHandler* handler,

@@ -14,7 +14,8 @@ namespace norvask {
 class NORVASK_API CXMLSaxAttribut {
 public:
     // Copies have strings of their own, so they outlive their source; an attribute may be assigned to
-    // itself. Throw std::bad_alloc; an assignment that throws has changed nothing.
+    // itself. Only a derived class can make one, since the destructor is protected: what a client keeps
+    // of an attribute is mostly its strings. Throw std::bad_alloc; an assignment that throws has changed nothing.
     CXMLSaxAttribut(const CXMLSaxAttribut& other);
     CXMLSaxAttribut& operator=(const CXMLSaxAttribut& other);
 

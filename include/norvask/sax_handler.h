@@ -1,8 +1,9 @@
 // CXMLSaxHandler: receives a document as callbacks, without a tree.
 //
 // Role: derive from this class, override the callbacks that you need and hand an object to one of the
-// callback loads of CXMLManager (manager.h). A document of any size is read in constant memory: what
-// is kept is the names of the open elements, the text since the last tag, and what the parser keeps.
+// callback loads of CXMLManager (manager.h). Memory does not grow with the size of a document: what is
+// kept is the names of the open elements, the text since the last tag, and, by the parser, each
+// different name of an element and each different namespace.
 // The class also has the static parsers behind the typed values.
 // Owner: the handler is yours; a load neither copies nor ends it. It serves any number of loads, one
 // after the other.
@@ -24,8 +25,8 @@ class CReaderLink;
 
 class NORVASK_API CXMLSaxHandler {
 public:
-    // A copy shows the load that its source serves at the moment, for GetSourceOffset; callbacks go to
-    // the handler that was handed to the load and to no other.
+    // A copy shows the load that its source serves at the moment, for GetSourceOffset, and may be asked
+    // on that load's thread only; callbacks go to the handler that was handed to the load and to no other.
     CXMLSaxHandler() noexcept;
     CXMLSaxHandler(const CXMLSaxHandler& other) noexcept;
     CXMLSaxHandler& operator=(const CXMLSaxHandler& other) noexcept;
@@ -49,9 +50,9 @@ public:
     // uri: the namespace; empty for none. localName: without, qName: with the prefix.
     // attributes: in the order of the parser, which puts those with a default value last; ended by a
     //   NULL, and never NULL itself. Namespace declarations are not among them (StartNamespace). The
-    //   array may be rearranged, the load does not look at it again. Deliberate: when memory runs out
-    //   in the middle, the array may end early rather than the load; what then does not fit either
-    //   throws std::bad_alloc.
+    //   array may be rearranged, the load does not look at it again.
+    //   Deliberate: an attribute object for which there is no memory is left out together with those
+    //   behind it, for this one element; any other lack of memory throws std::bad_alloc.
     // An empty element gives both callbacks.
     virtual void StartElement(const char* uri, const char* localName, const char* qName,
                               CXMLSaxAttribut** attributes);
@@ -60,7 +61,8 @@ public:
     // All the character data between two of: start of an element, end of an element, start and end of
     // a CDATA section; references are resolved, comments and processing instructions do not divide it,
     // and nothing is trimmed. Not called for layout: a run of blanks, line ends and TABs with at least
-    // one line end or TAB, outside of CDATA. A run of blanks alone is content.
+    // one line end or TAB, outside of CDATA. A run of blanks alone is content, except where validation by a
+    // DTD finds that an element can hold elements only.
     virtual void Characters(const char* text);
 
     // Around the text of a CDATA section, which is given as it stands; an empty section has no text.
@@ -81,9 +83,10 @@ public:
     // Asked by the client, not called by the library: how far the parser has read, in bytes of the
     // document behind its byte order mark, during a load that was started with
     // CXMLManager::SetCalculateSourceOffsets(true). In a callback that is the end of what is reported; text is
-    // reported at the next tag, and the position is the end of that. It never goes back within a load.
+    // reported at the next tag, and the position is the end of that; for a DTD it is some place in the
+    // declaration. It never goes back within a load.
     // Inside of an entity, whose text is not at one position of the document, the last answer is
-    // repeated.
+    // repeated, 0 if there was none.
     // 0 when no load is under way: before the first, after each, however it ended.
     // In a load without the switch the parser refuses: the exception ends the load unless the callback
     // catches it, and reaches the caller as (2, "Load error:...").
@@ -95,7 +98,7 @@ public:
     // is one block for the whole process.
     //
     // Common to all but GetData: NULL or an empty text answers false and leaves the outputs alone.
-    // Numbers are decimal; blanks in front of one and a sign are skipped; an integer that does not fit its
+    // Numbers are decimal; blanks and a sign may stand in front of one; an integer that does not fit its
     // type becomes the nearest value that does. There is no range check and no check of what
     // follows the last field, so "2024-05-17T10:00:00" reads as a date and "99:99:99" as a time.
 

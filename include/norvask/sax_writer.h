@@ -17,7 +17,8 @@
 // States: no document; document open; document open with a start tag that is not closed yet, since it
 // may still become an empty element. "Not open" below means no document, or a stream that is not
 // good(): a stream that goes bad in the middle is found by the next call, not by the one that wrote.
-// Exceptions of a stream that has them switched on pass through, as does std::bad_alloc.
+// Exceptions of a stream that has them switched on pass through, as do std::bad_alloc and the parser's
+// own out-of-memory exception. A stream must not call its own writer.
 #ifndef NORVASK_SAX_WRITER_H
 #define NORVASK_SAX_WRITER_H
 
@@ -42,11 +43,12 @@ public:
     CXMLSaxWriter& operator=(const CXMLSaxWriter& other) = delete;
 
     // Ends a document that is still open as unfinished: a std::ofstream that is good() is closed (a
-    // caller's too), an owned stream is deleted, and the file whose name is stored is removed if it is a regular file -
-    // never a device, a pipe, a directory, or what a symbolic link leads to. A name is stored by the file
-    // variant of StartDocument and dropped by EndDocument; deliberate: a start that failed leaves it,
-    // so the destructor of a writer that then goes on with a stream of the caller honours it still.
-    // Nothing is thrown.
+    // caller's too), an owned stream is deleted, and the file whose name is stored is removed: a regular
+    // file only, never a device, a pipe, a directory, a symbolic link or what it leads to, and not when
+    // the name by now leads to another file than the one that was opened. A name is stored by the file
+    // variant of StartDocument and dropped by EndDocument; deliberate: a start that failed leaves it, so
+    // the destructor of a writer that then goes on with a stream of the caller honours it still. Nothing
+    // is thrown.
     virtual ~CXMLSaxWriter();
 
     // --- The order of the declarations is part of the binary interface.
@@ -58,8 +60,9 @@ public:
     // Whatever is thrown, the writer then has no document, and an owned stream is gone. An override
     // must take over an owned stream in the same way.
     // Deliberate: does not refuse when a document is open, so a derived class can go on with another
-    // stream in the middle: the open elements stay open and the depth of the indentation begins again. An
-    // owned stream of before is deleted.
+    // stream in the middle: the open elements stay open, a start tag that is not closed yet is closed on
+    // the new stream, and the depth of the indentation begins again. An owned stream of before is
+    // deleted, except when it is given again: then it is owned or not as said now.
     virtual void StartDocument(std::ostream* stream, bool format, bool ownStream);
 
     // Starts a document in a new file; an existing one is emptied. Throws (1, "The last written
@@ -118,6 +121,8 @@ private:
     std::ostream* m_pStream;
     bool m_bOwnStream;
     char* m_pFileName;
+    std::uint64_t m_nFileDevice;  // which file was opened, as far as that is known
+    std::uint64_t m_nFileNode;
     std::int32_t m_nDepth;
     bool m_bFormat;
     bool m_bTextWritten;

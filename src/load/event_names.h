@@ -3,8 +3,8 @@
 // A document repeats few names very often, and mostly in the same order. Each name is converted once. It then
 // remembers the two that came after it most recently, behind its start and behind its end; a name that is
 // among them is found without a search.
-// What is kept is bounded, so that a document of ever new names is still read in constant memory: names beyond
-// the bound are converted each time.
+// What is kept is bounded, so that a document of ever new names takes no more memory than the parser's own for
+// them: names beyond the bound are converted each time.
 #ifndef NORVASK_LOAD_EVENT_NAMES_H
 #define NORVASK_LOAD_EVENT_NAMES_H
 

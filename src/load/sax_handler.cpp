@@ -2,6 +2,8 @@
 #include "norvask/sax_handler.h"
 
 #include <new>
+#include <xercesc/util/RuntimeException.hpp>
+#include <xercesc/util/XMLExceptMsgs.hpp>
 
 #include "load/reader_link.h"
 
@@ -32,8 +34,12 @@ std::uint64_t CReaderLink::Offset() {
     if (m_pReader == nullptr) {
         return 0;
     }
-    // Inside of an entity the parser counts in the entity, if it counts at all.
-    if (m_nEntities == 0 || !m_bTracks) {
+    // The parser's own refusal, which it forgets inside of internal entities.
+    if (!m_bTracks) {
+        throw xercesc::RuntimeException("", 0, xercesc::XMLExcepts::Reader_SrcOfsNotSupported);
+    }
+    // Inside of an entity the parser counts in the entity.
+    if (m_nEntities == 0) {
         const std::uint64_t offset = m_pReader->getSrcOffset();
         m_nLast = offset > m_nLast ? offset : m_nLast;
     }

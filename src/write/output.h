@@ -1,7 +1,7 @@
 // Internal. COutput: the byte-level rules of all XML that the library writes.
 //
 // Markup tokens are literals; everything else is escaped. Bytes are gathered and handed to the stream in
-// larger pieces, which nobody can tell from token by token:
+// larger pieces. The stream receives the same bytes as token by token:
 //   - literals behave as if inserted with operator<<, so a width that is pending on the stream pads the next
 //     literal, and only that;
 //   - whoever is called in between (an override, the parser) finds everything before it written, and so does
@@ -19,9 +19,10 @@ class CBase64Text;
 
 class COutput {
 public:
-    // How much is gathered, for a whole tree and for a few tokens.
+    // How much is gathered, for a whole tree and for a few tokens. Pieces below 1024 bytes are gathered once more
+    // by file streams of the standard library; larger ones would be a system call each.
     static const std::size_t LARGE = 8192;
-    static const std::size_t SMALL = 1024;
+    static const std::size_t SMALL = 1000;
 
     // Gathers in `size` bytes at `buffer`.
     COutput(std::ostream& out, char* buffer, std::size_t size) noexcept

@@ -1,5 +1,5 @@
 // CXMLSaxWriter: every call hands its bytes to the stream in one piece, made by the rules of output.h. What the
-// writer remembers changes step by step with what is written, so that it is right whatever is thrown on the way.
+// writer remembers changes step by step as they are made.
 #include "norvask/sax_writer.h"
 
 #include <sys/stat.h>
@@ -59,12 +59,9 @@ void CloseIfFile(std::ostream* stream) {
     }
 }
 
-// An unfinished document. What is no regular file was there before, and a link may be anybody's.
-void RemoveRegularFile(const char* name) noexcept {
-    struct stat status;
-    if (lstat(name, &status) == 0 && S_ISREG(status.st_mode)) {
-        std::remove(name);
-    }
+// A link may be anybody's, so it is not followed.
+bool IsRegularFile(const char* name, struct stat& status) noexcept {
+    return lstat(name, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace
@@ -87,6 +84,24 @@ public:
         }
         writer.m_pStream = nullptr;
         writer.m_bOwnStream = false;
+    }
+
+    // Remembers which file was opened under the stored name; none when it is no regular file.
+    static void NoteFile(CXMLSaxWriter& writer, bool isOpen) noexcept {
+        struct stat status;
+        const bool isKnown = isOpen && IsRegularFile(writer.m_pFileName, status);
+        writer.m_nFileDevice = isKnown ? status.st_dev : 0;
+        writer.m_nFileNode = isKnown ? status.st_ino : 0;
+    }
+
+    // The name may lead to another file by now, which then is not ours.
+    static void RemoveUnfinished(const CXMLSaxWriter& writer) noexcept {
+        struct stat status;
+        if (IsRegularFile(writer.m_pFileName, status) &&
+            (writer.m_nFileNode == 0 ||
+             (status.st_dev == writer.m_nFileDevice && status.st_ino == writer.m_nFileNode))) {
+            std::remove(writer.m_pFileName);
+        }
     }
 
     // Runs the steps of a call; whatever is thrown, what they wrote before is written.
@@ -120,6 +135,8 @@ CXMLSaxWriter::CXMLSaxWriter()
       m_pStream(nullptr),
       m_bOwnStream(false),
       m_pFileName(nullptr),
+      m_nFileDevice(0),
+      m_nFileNode(0),
       m_nDepth(0),
       m_bFormat(true),
       m_bTextWritten(false),
@@ -133,7 +150,7 @@ CXMLSaxWriter::~CXMLSaxWriter() {
         }
         CWriterCall::EndStream(*this);
         if (m_pFileName != nullptr && *m_pFileName != '\0') {
-            RemoveRegularFile(m_pFileName);
+            CWriterCall::RemoveUnfinished(*this);
         }
     }
     delete m_pElementStack;
@@ -169,6 +186,7 @@ void CXMLSaxWriter::StartDocument(const char* fileName, bool format) {
         name.get(), std::ios::out | std::ios::trunc | std::ios::binary);
     delete[] m_pFileName;
     m_pFileName = name.release();
+    CWriterCall::NoteFile(*this, file->is_open());
     StartDocument(file.release(), format, true);
 }
 
@@ -186,8 +204,8 @@ void CXMLSaxWriter::EndDocument() {
 
 void CXMLSaxWriter::StartElement(const char* name, CXMLAttribut** attributes) {
     CWriterCall::RequireOpen(*this);
-    // What may need memory comes before anything is written: room for the name, since an element whose tag stands in
-    // the document is open, and the checks of names. Their answers count only where the name's turn has come.
+    // What mostly needs memory comes before anything is written: room for the name, since an element whose tag
+    // stands in the document is open, and the checks of names. Their answers count where the name's turn has come.
     const std::size_t length = name == nullptr ? 0 : std::strlen(name);
     m_pElementStack->Reserve(length);
     const bool isName = IsXmlName(name);

@@ -22,7 +22,7 @@ public:
 
     bool IsEmpty() const noexcept { return m_nUsed == 0; }
 
-    // Makes room for one more name, so that its Push cannot fail. Throws std::bad_alloc.
+    // Makes room for one more name, so that its Push does not fail. Throws std::bad_alloc.
     void Reserve(std::size_t length) {
         if (length > static_cast<std::size_t>(-1) / 4) {
             throw std::bad_alloc();
@@ -31,7 +31,9 @@ public:
             Grow(length + OVERHEAD);
         }
     }
-    void Push(const char* name, std::size_t length) noexcept {
+    // Throws std::bad_alloc, but not right behind a Reserve.
+    void Push(const char* name, std::size_t length) {
+        Reserve(length);
         char* end = m_pBlock.get() + m_nUsed;
         std::memcpy(end, name, length);
         end[length] = '\0';

@@ -79,6 +79,18 @@ TEST(CallbackOffset, EndsTheLoadWhereItIsNotTracked) {
     }
 }
 
+TEST(CallbackOffset, IsRefusedInsideOfAnInternalEntityToo) {
+    CRecordingHandler handler;
+    handler.Do([&](const std::string& line) {
+        if (line == "EndElement k") handler.GetSourceOffset();
+    });
+    EXPECT_XML_ERROR(
+        LoadMemory("<!DOCTYPE r [<!ENTITY e '<k>z</k>'>]><r>&e;</r>", handler), 2,
+        LoadError("Memfile", 1,
+                  "current transcoding service does not support source offset information"));
+    EXPECT_EQ(handler.GetSourceOffset(), 0u);
+}
+
 TEST(CallbackOffset, IsRefusedInsideOfAnExternalEntityToo) {
     TemporaryFile entity(".ent", "<a/>");
     CRecordingHandler handler;

@@ -61,6 +61,35 @@ TEST(WriterUnfinished, IsRemovedWhenItsDocumentIsNotEnded) {
     EXPECT_FALSE(Exists(file.Name()));
 }
 
+TEST(WriterUnfinished, LeavesAnotherFileThatHasItsNameByNow) {
+    CTemporaryDirectory directory;
+    const std::string name = directory.Inside("first");
+    {
+        CXMLSaxWriter writer;
+        writer.StartDocument(name.c_str(), true);
+        ASSERT_EQ(rename(name.c_str(), directory.Inside("second").c_str()), 0);
+        std::ofstream(name) << "another";
+    }
+    EXPECT_EQ(ReadFile(name), "another");
+}
+
+TEST(WriterUnfinished, LeavesAFileOfItsRelativeNameInAnotherDirectory) {
+    CTemporaryDirectory directory;
+    CTemporaryDirectory other;
+    std::ofstream(other.Inside("first")) << "another";
+    const int before = open(".", O_RDONLY | O_DIRECTORY);
+    ASSERT_GE(before, 0);
+    {
+        CXMLSaxWriter writer;
+        ASSERT_EQ(chdir(directory.Name().c_str()), 0);
+        writer.StartDocument("first", true);
+        ASSERT_EQ(chdir(other.Name().c_str()), 0);
+    }
+    EXPECT_EQ(fchdir(before), 0);
+    close(before);
+    EXPECT_EQ(ReadFile(other.Inside("first")), "another");
+}
+
 TEST(WriterUnfinished, MayBeGoneOrReplacedWhenItsDocumentIsNotEnded) {
     CTemporaryDirectory directory;
     const std::string name = directory.Inside("first");
