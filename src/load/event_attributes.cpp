@@ -54,7 +54,8 @@ void CSaxAttributes::ShowKept(const xercesc::Attributes& attributes, CEventNames
     for (std::size_t i = 0; i < count; ++i) {
         const XMLCh* const uri = attributes.getURI(i);
         const XMLCh* const localName = attributes.getLocalName(i);
-        const XMLCh* const qName = attributes.getQName(i);
+        // Without a namespace there is no prefix; the parser would put the name together anew.
+        const XMLCh* const qName = *uri == 0 ? localName : attributes.getQName(i);
         const SEventName* name = names.Find(uri, localName, qName);
         if (name == nullptr) {
             names.Convert(uri, localName, qName, m_Unkept.emplace_back());

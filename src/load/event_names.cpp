@@ -73,6 +73,7 @@ CEventNames::SEntry* CEventNames::Add(std::uint32_t hash, const char16_t* uri,
     }
     std::unique_ptr<SEntry> entry = std::make_unique<SEntry>();  // no successors yet
     entry->uri16 = uri;
+    entry->pUri = uri;
     entry->qName16 = qName;
     entry->hash = hash;
     Convert(uri, localName, qName, *entry);

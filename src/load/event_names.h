@@ -27,7 +27,9 @@ struct SEventName {
 class CEventNames {
 public:
     // The narrow forms of a name. With namespaces, URI and qualified name decide about the local name. Kept
-    // as long as this object, or NULL when the bounds are reached. Throws std::bad_alloc.
+    // as long as this object, or NULL when the bounds are reached. Deliberate: the text of a URI is compared
+    // only once for each place where it lies, since the parser keeps its URIs in a pool that does not change
+    // during a load. Throws std::bad_alloc.
     const SEventName* Find(const char16_t* uri, const char16_t* localName, const char16_t* qName) {
         SEntry* const likely = m_pNext[0];
         if (likely != nullptr && IsSame(*likely, uri, qName)) {
@@ -53,13 +55,24 @@ private:
     struct SEntry : SEventName {
         std::u16string uri16;
         std::u16string qName16;
+        const char16_t* pUri;  // where the parser has the URI
         std::uint32_t hash;
         SEntry* afterStart[2];  // the later one first
         SEntry* afterEnd[2];
     };
 
-    static bool IsSame(const SEntry& entry, const char16_t* uri, const char16_t* qName) noexcept {
-        return IsSame(entry.qName16, qName) && IsSame(entry.uri16, uri);
+    static bool IsSame(SEntry& entry, const char16_t* uri, const char16_t* qName) noexcept {
+        if (!IsSame(entry.qName16, qName)) {
+            return false;
+        }
+        if (entry.pUri == uri) {
+            return true;
+        }
+        if (!IsSame(entry.uri16, uri)) {
+            return false;
+        }
+        entry.pUri = uri;
+        return true;
     }
     static bool IsSame(const std::u16string& known, const char16_t* text) noexcept {
         const char16_t* p = known.c_str();
