@@ -45,8 +45,8 @@ public:
         if (m_Depth++ == 0) StartList();
         if (IsMeasurement(uri, localName)) {
             m_Row = SMeasurement();
-            m_Row.number = ValueOf(attributes, "number");
-            m_Row.station = ValueOf(attributes, "station");
+            m_Row.number = XMLAttributeValue(attributes, "number");
+            m_Row.station = XMLAttributeValue(attributes, "station");
         }
         m_Text.clear();
     }
@@ -78,15 +78,6 @@ private:
                std::strcmp(uri, "urn:example:gauges") == 0;
     }
 
-    static std::string ValueOf(CXMLSaxAttribut** attributes, const char* name) {
-        for (; *attributes != nullptr; ++attributes) {
-            if (std::strcmp((*attributes)->GetQName(), name) == 0) {
-                return (*attributes)->GetValue();
-            }
-        }
-        return "";
-    }
-
     void TakeValue(const std::string& name) {
         const char* text = m_Text.c_str();
         if (name == "date") {
@@ -116,13 +107,11 @@ private:
     void WriteAlarm() {
         ++m_Alarms;
         m_Writer.StartElement("alarm", nullptr);
-        Element("reference", [this] { m_Writer.Characters(m_Row.number.c_str()); });
-        Element("place", [this] { m_Writer.Characters(m_Row.station.c_str()); });
-        Element("at", [this] { WriteTime(); });
-        Element("metres", [this] { m_Writer.Double(m_Row.level); });
-        if (m_Row.highest >= 0) {
-            Element("highest", [this] { m_Writer.Double(m_Row.highest / 100.0); });
-        }
+        XMLWriteElement(m_Writer, "reference", m_Row.number);
+        XMLWriteElement(m_Writer, "place", m_Row.station);
+        XMLWriteElement(m_Writer, "at", [this] { WriteTime(); });
+        XMLWriteElement(m_Writer, "metres", m_Row.level);
+        if (m_Row.highest >= 0) XMLWriteElement(m_Writer, "highest", m_Row.highest / 100.0);
         m_Writer.EndElement();
     }
 
@@ -135,13 +124,6 @@ private:
             if (e.GetID() != 7) throw;  // "Error during conversion."
             Refuse("no valid date and time");
         }
-    }
-
-    template <typename Write>
-    void Element(const char* name, Write write) {
-        m_Writer.StartElement(name, nullptr);
-        write();
-        m_Writer.EndElement();
     }
 
     // A callback may throw what it likes: the load ends, and its caller gets it.
@@ -167,8 +149,7 @@ void Convert(const char* in, const char* out) {
     CCheckedWriter writer;
     CConverter converter(writer, out);
     try {
-        CXMLManager::GetInstance().LoadDocument(in, &converter, false, false, nullptr, false,
-                                                false);
+        XMLLoadFile(in, converter);
     } catch (std::ios_base::failure&) {   // from the writer, through a callback and the load
         throw CXMLException(1, 4U, out);  // "Error saving '%s'."
     }

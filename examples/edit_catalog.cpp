@@ -13,10 +13,7 @@
 #include <ctime>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <memory>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -31,12 +28,6 @@
 namespace {
 
 using namespace norvask;
-
-// A document is ended with its own Delete, not with the operator.
-struct SDeleteDocument {
-    void operator()(CXMLDocument* document) const { document->Delete(); }
-};
-using Document = std::unique_ptr<CXMLDocument, SDeleteDocument>;
 
 class CStopwatch {
 public:
@@ -62,36 +53,9 @@ std::tm Now() {
 
 // --- Loading and saving
 
-// Loading with prefixes keeps a default namespace as an attribute "xmlns:", which tells it from a
-// plain attribute but which no parser reads back. Before the document is saved it gets its name.
-std::size_t NameDefaultNamespaces(CXMLNode* root) {
-    std::size_t named = 0;
-    std::vector<CXMLNode*> work{root};
-    while (!work.empty()) {
-        CXMLNode* node = work.back();
-        work.pop_back();
-        for (CXMLAttribut** a = node->GetAttributes(); *a != nullptr; ++a) {
-            if (std::string((*a)->GetName()) == "xmlns:") {
-                (*a)->SetName("xmlns");
-                ++named;
-            }
-        }
-        for (CXMLNode** child = node->GetChildren(); *child != nullptr; ++child) {
-            work.push_back(*child);
-        }
-    }
-    return named;
-}
-
-Document Load(const std::string& name) {
-    return Document(CXMLManager::GetInstance().LoadDocument(name.c_str(), false, false, nullptr,
-                                                            false, /*keepPrefixes=*/true));
-}
-
-std::string Saved(const Document& document) {
-    std::ostringstream out;
-    document->Save(out, /*format=*/true);
-    return out.str();
+// With prefixes, so that a name in the copy is what it was in the original.
+CXMLDocumentPtr Load(const std::string& name) {
+    return XMLLoadFile(name, SXMLLoadOptions().KeepPrefixes());
 }
 
 std::string NewTemporaryFile(const std::string& like) {
@@ -101,15 +65,6 @@ std::string NewTemporaryFile(const std::string& like) {
     if (handle < 0) throw std::runtime_error("no temporary file '" + name + "'");
     close(handle);
     return name;
-}
-
-// Saves to a stream of our own and not by name, since only so can we see whether all of it arrived:
-// a device may become full while the document is written.
-void SaveTo(const std::string& name, const Document& document) {
-    std::ofstream out(name, std::ios::binary);
-    if (out) document->Save(out, /*format=*/true);
-    out.close();
-    if (!out) throw CXMLException(1, 4U, name.c_str());  // "Error saving '%s'."
 }
 
 // --- Showing a document
@@ -131,8 +86,8 @@ public:
         constexpr std::size_t kLevels = 3;
         std::vector<report::SRow> rows;
         if (m_IsCatalog) {
-            for (CXMLNode** book = root->GetNodes("bk:book"); *book != nullptr; ++book) {
-                rows.push_back({(*book)->GetAttributeValue("sku"), CBookTable().Row(*book)});
+            for (CXMLNode* book : XMLElements(root, "bk:book")) {
+                rows.push_back({book->GetAttributeValue("sku"), CBookTable().Row(book)});
             }
             return rows;
         }
@@ -153,21 +108,21 @@ private:
 void ShowQueries(CXMLDocument& document) {
     std::size_t bytes = 0;
     std::size_t thumbs = 0;
-    for (CXMLNode** thumb = document.GetNodes("bk:catalog/bk:book/bk:thumb"); *thumb; ++thumb) {
-        bytes += BytesOf(*thumb).size();
+    for (CXMLNode* thumb : XMLQuery(document, "bk:catalog/bk:book/bk:thumb")) {
+        bytes += BytesOf(thumb).size();
         ++thumbs;
     }
     double value = 0;
     std::size_t books = 0;
-    for (CXMLNode** book = document.GetNodes("bk:catalog/bk:book"); *book != nullptr; ++book) {
-        value += PriceOf(*book) * static_cast<double>(StockOf(*book));
+    for (CXMLNode* book : XMLQuery(document, "bk:catalog/bk:book")) {
+        value += PriceOf(book) * static_cast<double>(StockOf(book));
         ++books;
     }
     std::string remarks;
     std::size_t remarkCount = 0;
-    for (CXMLNode** r = document.GetNodes("bk:catalog/bk:book/bk:remark"); *r != nullptr; ++r) {
+    for (CXMLNode* remark : XMLQuery(document, "bk:catalog/bk:book/bk:remark")) {
         if (!remarks.empty()) remarks += " / ";
-        remarks += terminal::OneLine((*r)->GetTextChildValue());
+        remarks += terminal::OneLine(remark->GetTextChildValue());
         ++remarkCount;
     }
     const auto row = [](const char* path, std::size_t found, const std::string& answer) {
@@ -191,16 +146,16 @@ using Edits = std::vector<SEdit>;
 
 // Books from before 2020 become ten percent cheaper.
 void LowerPrices(CXMLNode* root, Edits& edits) {
-    for (CXMLNode** book = root->GetNodes("bk:book"); *book != nullptr; ++book) {
+    for (CXMLNode* book : XMLElements(root, "bk:book")) {
         int year = 0, month = 0, day = 0;
-        CXMLTextNode* published = TextIn(*book, "bk:published");
-        CXMLTextNode* price = TextIn(*book, "bk:price");
+        CXMLTextNode* published = TextIn(book, "bk:published");
+        CXMLTextNode* price = TextIn(book, "bk:price");
         if (published == nullptr || price == nullptr) continue;
         if (!published->GetDateText(year, month, day) || year >= 2020) continue;
-        const double before = PriceOf(*book);
+        const double before = PriceOf(book);
         price->SetDoubleText(std::round(before * 90) / 100);
-        edits.push_back({"price", (*book)->GetAttributeValue("sku"),
-                         terminal::Fixed(before, 2) + " → " + terminal::Fixed(PriceOf(*book), 2) +
+        edits.push_back({"price", book->GetAttributeValue("sku"),
+                         terminal::Fixed(before, 2) + " → " + terminal::Fixed(PriceOf(book), 2) +
                              ", published in " + std::to_string(year),
                          "GetDateText, SetDoubleText"});
     }
@@ -208,12 +163,8 @@ void LowerPrices(CXMLNode* root, Edits& edits) {
 
 // Books that are sold out leave the list.
 void RemoveSoldOut(CXMLNode* root, Edits& edits) {
-    // The result of GetNodes is the root's own and its nodes end as they are deleted: collect first.
-    std::vector<CXMLNode*> soldOut;
-    for (CXMLNode** book = root->GetNodes("bk:book"); *book != nullptr; ++book) {
-        if (StockOf(*book) == 0) soldOut.push_back(*book);
-    }
-    for (CXMLNode* book : soldOut) {
+    for (CXMLNode* book : XMLElements(root, "bk:book")) {
+        if (StockOf(book) != 0) continue;
         edits.push_back({"remove", book->GetAttributeValue("sku"),
                          ValueIn(book, "bk:title") + ", sold out", "DeleteChild"});
         root->DeleteChild(book);
@@ -224,9 +175,9 @@ void RemoveSoldOut(CXMLNode* root, Edits& edits) {
 void AddBook(CXMLNode* root, const std::string& today, Edits& edits) {
     const std::string sku = "BK-1377";
     CXMLNode* before = nullptr;
-    for (CXMLNode** other = root->GetNodes("bk:book"); *other != nullptr; ++other) {
-        if ((*other)->GetAttributeValue("sku") == sku) return;
-        if (before == nullptr && (*other)->GetAttributeValue("sku") > sku) before = *other;
+    for (CXMLNode* other : XMLElements(root, "bk:book")) {
+        if (other->GetAttributeValue("sku") == sku) return;
+        if (before == nullptr && other->GetAttributeValue("sku") > sku) before = other;
     }
     // A picture of four by two points: the header, then red, green and blue of each point.
     const unsigned char thumb[] = {'P', '6', '\n', '4', ' ', '2', '\n', '2', '5', '5', '\n', 215,
@@ -251,8 +202,8 @@ void AddBook(CXMLNode* root, const std::string& today, Edits& edits) {
 
 void RenameRemarks(CXMLNode* root, Edits& edits) {
     std::size_t renamed = 0;
-    for (CXMLNode** remark = root->GetNodes("bk:book/bk:remark"); *remark != nullptr; ++remark) {
-        (*remark)->SetTagName("bk:note");
+    for (CXMLNode* remark : XMLQuery(root, "bk:book/bk:remark")) {
+        remark->SetTagName("bk:note");
         ++renamed;
     }
     if (renamed == 0) return;
@@ -308,10 +259,10 @@ void ReadBack(const std::string& output, CXMLDocument& document, const std::stri
         return;
     }
     const CStopwatch watch;
-    const Document again = Load(output);
+    const CXMLDocumentPtr again = Load(output);
     const std::string time = watch.Milliseconds();
-    NameDefaultNamespaces(again->GetRoot());
-    if (Saved(again) == saved) {
+    XMLNameDefaultNamespaces(*again);
+    if (XMLToString(*again, /*format=*/true) == saved) {
         std::cout << "  read back in " << time << ", and saved again byte for byte the same\n";
     } else {
         std::cout << "  read back in " << time
@@ -321,10 +272,10 @@ void ReadBack(const std::string& output, CXMLDocument& document, const std::stri
 
 void Run(const std::string& input, const std::string& givenOutput) {
     const CStopwatch loading;
-    const Document document = Load(input);
+    const CXMLDocumentPtr document = Load(input);
     const std::string loadTime = loading.Milliseconds();
     CXMLNode* root = document->GetRoot();
-    const std::size_t defaultNamespaces = NameDefaultNamespaces(root);
+    const std::size_t defaultNamespaces = XMLNameDefaultNamespaces(*document);
     std::error_code unknown;  // the name may be a URL
     const std::size_t size = std::filesystem::file_size(input, unknown);
 
@@ -338,7 +289,7 @@ void Run(const std::string& input, const std::string& givenOutput) {
     std::cout << '\n';
     const CView view(root);
     const std::vector<report::SRow> rowsBefore = view.Rows(root);
-    const std::string textBefore = Saved(document);
+    const std::string textBefore = XMLToString(*document, /*format=*/true);
     std::cout << terminal::Paint(terminal::kFaint, "  " + view.Head()) << '\n';
     report::PrintRows(rowsBefore, rowsBefore, 20);
 
@@ -354,9 +305,9 @@ void Run(const std::string& input, const std::string& givenOutput) {
     ShowEdits(edits, editing.Milliseconds());
 
     const std::string output = givenOutput.empty() ? NewTemporaryFile(input) : givenOutput;
-    const std::string textAfter = Saved(document);
+    const std::string textAfter = XMLToString(*document, /*format=*/true);
     const CStopwatch saving;
-    SaveTo(output, document);
+    XMLSaveSafely(*document, output, /*format=*/true);
     const std::string saveTime = saving.Milliseconds();
     report::Section("Saved", output);
     ShowSize(terminal::Count(textAfter.size(), "byte"), COutline(root).Total(), saveTime);

@@ -6,26 +6,21 @@
 #include <norvask/norvask.h>
 
 #include <iostream>
-#include <memory>
 
 using namespace norvask;
-
-struct SDelete {  // a document is ended with its own Delete
-    void operator()(CXMLDocument* document) const { document->Delete(); }
-};
 
 int main(int argc, char** argv) {
     if (argc != 3) return 2;
     try {
-        std::unique_ptr<CXMLDocument, SDelete> list(CXMLManager::GetInstance().LoadDocument(
-            argv[1], false, false, nullptr, false, true));  // no validation, keep the prefixes
-        for (CXMLNode** price = list->GetNodes("bk:catalog/bk:book/bk:price"); *price; ++price) {
-            std::cout << (*price)->GetTextChildValue() << '\n';
-            (*price)->SetAttribute("currency", "EUR");
+        CXMLDocumentPtr list = XMLLoadFile(argv[1], SXMLLoadOptions().KeepPrefixes());
+        for (CXMLNode* price : XMLQuery(*list, "bk:catalog/bk:book/bk:price")) {
+            std::cout << price->GetTextChildValue() << '\n';
+            price->SetAttribute("currency", "EUR");
         }
         CXMLNode* checked = list->GetRoot()->CreateChild("bk:checked", nullptr);
         checked->CreateTextChild("")->SetDateText(2024, 5, 17);
-        list->Save(argv[2], true);
+        XMLNameDefaultNamespaces(*list);      // or no parser reads kept ones back
+        XMLSaveSafely(*list, argv[2], true);  // the old file stays until the new one is complete
     } catch (CXMLException& e) {
         std::cerr << e.GetMessage() << '\n';
         return 1;

@@ -11,7 +11,6 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,15 +20,10 @@
 
 namespace {
 
-using norvask::CXMLDocument;
+using norvask::CXMLDocumentPtr;
 using norvask::CXMLException;
-using norvask::CXMLManager;
-
-// A document is ended with its own Delete, not with the operator.
-struct SDeleteDocument {
-    void operator()(CXMLDocument* document) const { document->Delete(); }
-};
-using Document = std::unique_ptr<CXMLDocument, SDeleteDocument>;
+using norvask::SXMLLoadOptions;
+using norvask::XMLLoadFile;
 
 using Clock = std::chrono::steady_clock;
 
@@ -68,8 +62,7 @@ void OutlineFile(const char* name) {
     const double bytes = unknown ? 0 : static_cast<double>(size);
 
     const Clock::time_point start = Clock::now();
-    Document document(CXMLManager::GetInstance().LoadDocument(name, false, false, nullptr, false,
-                                                              /*keepPrefixes=*/true));
+    CXMLDocumentPtr document = XMLLoadFile(name, SXMLLoadOptions().KeepPrefixes());
     const double loading = MillisecondsSince(start);
 
     PrintOutline(name, COutline(document->GetRoot()));

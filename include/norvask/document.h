@@ -49,7 +49,8 @@ public:
     // up to the attribute before). A text that the parser's transcoders cannot carry to UTF-8 throws
     // their exception; with Debian's parser there is none.
     // A document loaded with keepPrefixes may hold attributes named "xmlns:" (see manager.h), which
-    // are written as they are and which no parser accepts.
+    // are written as they are and which no parser accepts; XMLNameDefaultNamespaces
+    // (convenience_saving.h) renames them.
     //
     // To a stream: one that is not good throws CXMLException (1, "Error saving 'Stream'."), and a
     // document without a root throws (1, "invalid parameter"), both before anything is written. After
@@ -61,8 +62,9 @@ public:
     // reports nothing, when the document has no root or `fileName` is NULL. A file that cannot be
     // opened throws CXMLException (1, "Error saving '%s'.") with its name. Deliberate: a device that
     // becomes full, or any other failure half-way, is not reported and leaves a part of the document in
-    // the file, as does an exception; to be sure, save to a std::ofstream of your own and check it
-    // after closing.
+    // the file, as does an exception. What the file held before is then lost. XMLSaveSafely
+    // (convenience_saving.h) reports every failure and keeps the old file until the new one is
+    // complete.
     virtual void Save(const char* fileName, bool format);
 
     // The root element; NULL when there is none.

@@ -58,7 +58,7 @@ public:
     //   declaration as an attribute "xmlns:prefix", in front of the element's own and in the order of
     //   the prefixes. Deliberate: the default namespace is kept under the name "xmlns:" (an empty
     //   prefix), which tells it from a plain attribute; saved like that, no parser reads it back, so
-    //   rename or remove it before saving. False takes local names and drops prefixes and declarations.
+    //   rename or remove it before saving (XMLNameDefaultNamespaces, convenience_saving.h). False takes local names and drops prefixes and declarations.
     //
     // What the tree holds: elements; attributes with a value (empty ones are dropped, as
     // CXMLNode::SetAttribute does); each run of text between tags or CDATA sections as one text node,

@@ -8,6 +8,7 @@
 
 #include "norvask/attribut.h"
 #include "norvask/bin_node.h"
+#include "norvask/convenience.h"
 #include "norvask/convert.h"
 #include "norvask/document.h"
 #include "norvask/exception.h"

@@ -1,0 +1,112 @@
+// Conveniences for saving: a save that loses nothing, and default namespaces that can be read back.
+//
+// Role: see convenience.h. Threads: as for CXMLDocument::Save; programs and threads that save to one
+// file with XMLSaveSafely at the same time leave the document of one of them, whole.
+#ifndef NORVASK_CONVENIENCE_SAVING_H
+#define NORVASK_CONVENIENCE_SAVING_H
+
+#include <cstddef>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "norvask/convenience_file.h"
+#include "norvask/convenience_tree.h"
+#include "norvask/document.h"
+#include "norvask/exception.h"
+
+namespace norvask {
+
+// --- Default namespaces
+
+// Gives the default namespace declarations that a load with keepPrefixes has kept as attributes
+// "xmlns:" the name "xmlns", for this element and everything below it, and answers how many there
+// were. Before that no parser reads the saved document back (manager.h); after it the document
+// loads again, and saved once more it is the same. Calling it twice does nothing more.
+//
+// Deliberate: not part of a load or a save, since it changes the tree: from then on the declaration is
+// found as "xmlns". Where an element has an attribute "xmlns" already, the program has set that, since no
+// load does; it stays, and the declaration that was kept is removed. NULL answers 0. Throws
+// std::bad_alloc: then some have their new name, and it can be called again.
+inline std::size_t XMLNameDefaultNamespaces(CXMLNode* node) {
+    static constexpr const char* kKept = "xmlns:";
+    static constexpr const char* kRead = "xmlns";
+    std::size_t found = 0;
+    std::vector<CXMLNode*> open;  // depth is data: no recursion
+    if (XMLAsElement(node) != nullptr) open.push_back(node);
+    while (!open.empty()) {
+        CXMLNode* element = open.back();
+        open.pop_back();
+        bool hasKept = false;
+        bool hasRead = false;
+        for (CXMLAttribut** a = element->GetAttributes(); *a != nullptr; ++a) {
+            hasKept = hasKept || std::strcmp((*a)->GetName(), kKept) == 0;
+            hasRead = hasRead || std::strcmp((*a)->GetName(), kRead) == 0;
+        }
+        for (CXMLAttribut* a : hasKept ? XMLAttributes(element) : CXMLAttributRange()) {
+            if (std::strcmp(a->GetName(), kKept) != 0) continue;
+            ++found;
+            if (hasRead) {
+                element->SetAttribute(kKept, nullptr);  // the first one left, which is this one
+            } else {
+                a->SetName(kRead);
+                hasRead = true;
+            }
+        }
+        for (CXMLNode** child = element->GetChildren(); *child != nullptr; ++child) {
+            if (XMLAsElement(*child) != nullptr) open.push_back(*child);
+        }
+    }
+    return found;
+}
+inline std::size_t XMLNameDefaultNamespaces(CXMLDocument& document) {
+    return XMLNameDefaultNamespaces(document.GetRoot());
+}
+
+// --- Saving
+
+#if defined(__cpp_exceptions)
+
+// Saves to a file such that afterwards it holds either the whole document or what it held before.
+//
+// The document is written to a new file beside `fileName`, every step is checked (writing, handing it
+// to the device, closing), and only then the new file takes the place of the old one, in one step of
+// the file system. If anything fails, CXMLException (1, "Error saving '%s'.") is thrown with the name as
+// it was given; the old file has not been touched, and nothing else is left in its folder. What
+// CXMLDocument::Save to a stream throws passes through in the same state: an invalid name (3), a document
+// without a root (1, "invalid parameter"; deliberate: unlike Save to a file, which then does nothing).
+// NULL is a name that cannot be saved to.
+//
+// What stays of a file that was there:
+//   - A symbolic link stays a link, and the file that it leads to is replaced, or made.
+//   - The permissions; the owner and the group where the system allows it, which it mostly does to the
+//     administrator only. Where the group cannot be kept, its permissions are cut down to those that
+//     everybody has. A new file gets what the umask leaves.
+//   - A file that may not be written is not replaced.
+// What does not: other hard links keep the old content, and access control lists and extended
+// attributes are gone.
+//
+// A name that leads to a device or a pipe (/dev/stdout) is written to directly, since there is nothing
+// that could be kept; every step is checked here too.
+//
+// It takes longer than Save, since it waits for the device: milliseconds on most. It needs the right to
+// make files in the folder, and room for both files. A program that is killed, or a system that halts,
+// in the middle leaves the old file and a file ".norvask-..." beside it.
+inline void XMLSaveSafely(CXMLDocument& document, const char* fileName, bool format) {
+    convenience::CSafeFile file;
+    if (!file.Open(fileName)) throw CXMLException(1, 4U, fileName);
+    {
+        std::ostream out(&file.Buffer());
+        document.Save(out, format);
+    }
+    if (!file.Finish()) throw CXMLException(1, 4U, fileName);
+}
+inline void XMLSaveSafely(CXMLDocument& document, const std::string& fileName, bool format) {
+    XMLSaveSafely(document, fileName.c_str(), format);
+}
+
+#endif
+
+}  // namespace norvask
+
+#endif
