@@ -18,7 +18,8 @@
 //
 // Compiled without RTTI everything is there. Compiled without exceptions XMLSaveSafely is missing, since
 // it has nothing else to report a failure with and to clean up by, and a document for which there is no
-// memory is NULL. The library itself throws all the same, so such a program ends at its first failure.
+// memory is NULL. The library itself throws all the same, so such a program ends at its first failure. Do
+// not put files compiled with and without exceptions into one program.
 #ifndef NORVASK_CONVENIENCE_H
 #define NORVASK_CONVENIENCE_H
 

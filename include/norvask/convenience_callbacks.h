@@ -5,7 +5,6 @@
 #ifndef NORVASK_CONVENIENCE_CALLBACKS_H
 #define NORVASK_CONVENIENCE_CALLBACKS_H
 
-#include <climits>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -18,6 +17,16 @@
 #include "norvask/sax_writer.h"
 
 namespace norvask {
+
+// Internal.
+namespace convenience_inside {
+
+// NULL is no text.
+inline bool IsSame(const char* text, const char* other) {
+    return other != nullptr && std::strcmp(text, other) == 0;
+}
+
+}  // namespace convenience_inside
 
 // --- Attributes in a callback
 
@@ -62,9 +71,11 @@ struct SXMLStartTag {
     const char* qName;
     CXMLSaxAttribut** attributes;
 
-    bool Is(const char* name) const { return std::strcmp(qName, name) == 0; }
+    // By the name as it is written, or by namespace and local name. NULL is no name.
+    bool Is(const char* name) const { return convenience_inside::IsSame(qName, name); }
     bool Is(const char* ofUri, const char* ofLocalName) const {
-        return std::strcmp(localName, ofLocalName) == 0 && std::strcmp(uri, ofUri) == 0;
+        return convenience_inside::IsSame(localName, ofLocalName) &&
+               convenience_inside::IsSame(uri, ofUri);
     }
 
     // As XMLAttributeValue.
@@ -80,9 +91,11 @@ struct SXMLEndTag {
     const char* localName;
     const char* qName;
 
-    bool Is(const char* name) const { return std::strcmp(qName, name) == 0; }
+    // By the name as it is written, or by namespace and local name. NULL is no name.
+    bool Is(const char* name) const { return convenience_inside::IsSame(qName, name); }
     bool Is(const char* ofUri, const char* ofLocalName) const {
-        return std::strcmp(localName, ofLocalName) == 0 && std::strcmp(uri, ofUri) == 0;
+        return convenience_inside::IsSame(localName, ofLocalName) &&
+               convenience_inside::IsSame(uri, ofUri);
     }
 };
 
@@ -150,13 +163,14 @@ public:
 
 // Internal. Numbers are all arithmetic types but those of characters, which would be written as codes.
 // A u8 character is a char8_t from C++20 on and a char before.
-namespace convenience {
+namespace convenience_inside {
 
 template <typename T, typename... Others>
 inline constexpr bool kIsOneOf = (std::is_same_v<T, Others> || ...);
 template <typename T>
 inline constexpr bool kIsValue =
-    std::is_arithmetic_v<T> && !kIsOneOf<T, char, wchar_t, char16_t, char32_t, decltype(u8'a')>;
+    std::is_arithmetic_v<T> && !kIsOneOf<T, char, wchar_t, char16_t, char32_t, decltype(u8'a')> &&
+    (std::is_floating_point_v<T> || sizeof(T) <= sizeof(long long));
 
 template <typename T>
 void WriteValue(CXMLSaxWriter& writer, T value) {
@@ -172,7 +186,7 @@ void WriteValue(CXMLSaxWriter& writer, T value) {
     }
 }
 
-}  // namespace convenience
+}  // namespace convenience_inside
 
 // With a text; NULL and "" give <name></name>. A std::string is written up to its first zero byte.
 inline void XMLWriteElement(CXMLSaxWriter& writer, const char* name, const char* text,
@@ -187,15 +201,15 @@ inline void XMLWriteElement(CXMLSaxWriter& writer, const char* name, const std::
 }
 
 // With a number or a truth value, in the form of convert.h ("true", not "1").
-template <typename T, std::enable_if_t<convenience::kIsValue<T>, int> = 0>
+template <typename T, std::enable_if_t<convenience_inside::kIsValue<T>, int> = 0>
 void XMLWriteElement(CXMLSaxWriter& writer, const char* name, T value,
                      CXMLAttribut** attributes = nullptr) {
     writer.StartElement(name, attributes);
-    convenience::WriteValue(writer, value);
+    convenience_inside::WriteValue(writer, value);
     writer.EndElement();
 }
 
-// With what `write` writes: a date, bytes, more elements.
+// With what `write` writes: a date, bytes, more elements. It must end the elements that it starts.
 //
 //     XMLWriteElement(writer, "date", [&] { writer.Date(2024, 5, 17); });
 template <typename T, std::enable_if_t<std::is_invocable_v<T>, int> = 0>

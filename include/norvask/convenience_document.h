@@ -42,14 +42,14 @@ struct SXMLLoadOptions {
     bool schemaHasNamespace = false;
     bool keepPrefixes = false;
 
-    SXMLLoadOptions KeepPrefixes() const {
+    [[nodiscard]] SXMLLoadOptions KeepPrefixes() const {
         SXMLLoadOptions changed(*this);
         changed.keepPrefixes = true;
         return changed;
     }
 
     // By the DTD that the document names.
-    SXMLLoadOptions Validate() const {
+    [[nodiscard]] SXMLLoadOptions Validate() const {
         SXMLLoadOptions changed(*this);
         changed.validate = true;
         return changed;
@@ -57,8 +57,8 @@ struct SXMLLoadOptions {
 
     // By XML Schema: by those that the document names, or by this one as well. For elements in a
     // namespace `hasNamespace` is true and `location` a list of pairs, "urn:books books.xsd".
-    SXMLLoadOptions ValidateBySchema(const std::string& location = std::string(),
-                                     bool hasNamespace = false) const {
+    [[nodiscard]] SXMLLoadOptions ValidateBySchema(const std::string& location = std::string(),
+                                                   bool hasNamespace = false) const {
         SXMLLoadOptions changed(*this);
         changed.validate = true;
         changed.doSchema = true;
@@ -66,10 +66,15 @@ struct SXMLLoadOptions {
         changed.schemaHasNamespace = hasNamespace;
         return changed;
     }
+    // NULL is none.
+    [[nodiscard]] SXMLLoadOptions ValidateBySchema(const char* location,
+                                                   bool hasNamespace = false) const {
+        return ValidateBySchema(std::string(location == nullptr ? "" : location), hasNamespace);
+    }
 };
 
 // Internal.
-namespace convenience {
+namespace convenience_inside {
 
 // The manager answers NULL for a document without memory, which a caller of an owning pointer would
 // have to look for; here it is std::bad_alloc like everywhere else.
@@ -118,7 +123,7 @@ private:
     std::string& m_Target;
 };
 
-}  // namespace convenience
+}  // namespace convenience_inside
 
 // --- Documents that belong to the caller. The answer is never NULL (but see convenience.h for programs
 // without exceptions): without memory std::bad_alloc is thrown.
@@ -126,26 +131,26 @@ private:
 // An empty document; one with a root; one with a root and a DTD reference (CXMLDocument::SetDTDRef). A
 // NULL or invalid name throws CXMLException (3, "Invalid XML name: '%s'.").
 inline CXMLDocumentPtr XMLNewDocument() {
-    return convenience::Own(CXMLManager::GetInstance().CreateDocument(nullptr, nullptr));
+    return convenience_inside::Own(CXMLManager::GetInstance().CreateDocument(nullptr, nullptr));
 }
 inline CXMLDocumentPtr XMLNewDocument(const char* rootName, const char* dtdName = nullptr,
                                       const char* dtdPath = nullptr) {
     CXMLDocumentPtr document =
-        convenience::Own(CXMLManager::GetInstance().CreateDocument(dtdName, dtdPath));
+        convenience_inside::Own(CXMLManager::GetInstance().CreateDocument(dtdName, dtdPath));
     if (document != nullptr) document->CreateRoot(rootName);
     return document;
 }
 
 // CXMLDocument::Clone.
 inline CXMLDocumentPtr XMLClone(CXMLDocument& document) {
-    return convenience::Own(document.Clone());
+    return convenience_inside::Own(document.Clone());
 }
 
 // Loads a file, or what the parser's URLs name.
 inline CXMLDocumentPtr XMLLoadFile(const char* fileName,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
-    return convenience::Own(CXMLManager::GetInstance().LoadDocument(
-        fileName, options.validate, options.doSchema, convenience::SchemaLocation(options),
+    return convenience_inside::Own(CXMLManager::GetInstance().LoadDocument(
+        fileName, options.validate, options.doSchema, convenience_inside::SchemaLocation(options),
         options.schemaHasNamespace, options.keepPrefixes));
 }
 inline CXMLDocumentPtr XMLLoadFile(const std::string& fileName,
@@ -158,10 +163,16 @@ inline CXMLDocumentPtr XMLLoadFile(const std::string& fileName,
 // "invalid parameter"): such a document can be loaded from a file only.
 inline CXMLDocumentPtr XMLLoadText(std::string_view text,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
-    const convenience::SBytes bytes(text);
-    return convenience::Own(CXMLManager::GetInstance().LoadDocument(
+    const convenience_inside::SBytes bytes(text);
+    return convenience_inside::Own(CXMLManager::GetInstance().LoadDocument(
         bytes.data, bytes.length, options.validate, options.doSchema,
-        convenience::SchemaLocation(options), options.schemaHasNamespace, options.keepPrefixes));
+        convenience_inside::SchemaLocation(options), options.schemaHasNamespace,
+        options.keepPrefixes));
+}
+// The same for a terminated string; NULL is an empty one.
+inline CXMLDocumentPtr XMLLoadText(const char* text,
+                                   const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    return XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), options);
 }
 
 // --- Documents as callbacks to `handler`. keepPrefixes has no effect.
@@ -169,7 +180,7 @@ inline CXMLDocumentPtr XMLLoadText(std::string_view text,
 inline void XMLLoadFile(const char* fileName, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
     CXMLManager::GetInstance().LoadDocument(fileName, &handler, options.validate, options.doSchema,
-                                            convenience::SchemaLocation(options),
+                                            convenience_inside::SchemaLocation(options),
                                             options.schemaHasNamespace, options.keepPrefixes);
 }
 inline void XMLLoadFile(const std::string& fileName, CXMLSaxHandler& handler,
@@ -180,10 +191,15 @@ inline void XMLLoadFile(const std::string& fileName, CXMLSaxHandler& handler,
 // The text must stay as it is until the load has ended.
 inline void XMLLoadText(std::string_view text, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
-    const convenience::SBytes bytes(text);
+    const convenience_inside::SBytes bytes(text);
     CXMLManager::GetInstance().LoadDocument(bytes.data, bytes.length, &handler, options.validate,
-                                            options.doSchema, convenience::SchemaLocation(options),
+                                            options.doSchema,
+                                            convenience_inside::SchemaLocation(options),
                                             options.schemaHasNamespace, options.keepPrefixes);
+}
+inline void XMLLoadText(const char* text, CXMLSaxHandler& handler,
+                        const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), handler, options);
 }
 
 // --- A document as text
@@ -193,7 +209,7 @@ inline void XMLLoadText(std::string_view text, CXMLSaxHandler& handler,
 // std::bad_alloc.
 inline std::string XMLToString(CXMLDocument& document, bool format = false) {
     std::string text;
-    convenience::CStringBuffer buffer(text);
+    convenience_inside::CStringBuffer buffer(text);
     std::ostream out(&buffer);
     out.exceptions(std::ios::badbit | std::ios::failbit);
     document.Save(out, format);

@@ -16,7 +16,7 @@
 #include <vector>
 
 namespace norvask {
-namespace convenience {
+namespace convenience_inside {
 
 // Writes to a file handle, which it does not own. After the first failure it takes nothing any more,
 // whatever becomes of the state of the stream.
@@ -27,7 +27,6 @@ public:
     }
 
     void Attach(int handle) { m_nHandle = handle; }
-    bool HasFailed() const { return m_bFailed; }
 
     // Hands on what is gathered.
     bool Flush() {
@@ -91,7 +90,9 @@ public:
             }
             Close();
         }
-        if (!FindTarget(name) || !MakeNew(isThere ? mode_t{0600} : mode_t{0666})) return false;
+        if (!FindTarget(name) || (isThere && !IsTarget(old)) ||
+            !MakeNew(isThere ? mode_t{0600} : mode_t{0666}))
+            return false;
         if (isThere && !TakeOver(old)) return false;
         m_Buffer.Attach(m_nHandle);
         return true;
@@ -116,11 +117,28 @@ private:
             std::vector<char> read(4096);
             const ssize_t length = readlink(m_Target.c_str(), read.data(), read.size());
             if (length < 0) return errno == EINVAL || errno == ENOENT;  // no link; nothing yet
+            if (IsOfProcesses(m_Target)) return false;
             if (length == 0 || static_cast<std::size_t>(length) == read.size()) return false;
             const std::string leadsTo(read.data(), static_cast<std::size_t>(length));
             m_Target = leadsTo[0] == '/' ? leadsTo : Folder() + leadsTo;
         }
         return false;
+    }
+
+    // The links of /proc are open files of a process, /dev/stdout among them: the name that such a link shows may
+    // be another file's by now, and the process would go on in the old one.
+    static bool IsOfProcesses(const std::string& link) {
+        struct stat processes = {};
+        struct stat here = {};
+        return stat("/proc/self", &processes) == 0 && lstat(link.c_str(), &here) == 0 &&
+               here.st_dev == processes.st_dev;
+    }
+
+    // Whether the name that was found leads to this file.
+    bool IsTarget(const struct stat& old) const {
+        struct stat found = {};
+        return stat(m_Target.c_str(), &found) == 0 && found.st_dev == old.st_dev &&
+               found.st_ino == old.st_ino;
     }
 
     // Of the target, with the "/" at its end; empty for the working directory.
@@ -191,7 +209,7 @@ private:
     std::string m_NewName;  // empty: nothing to remove
 };
 
-}  // namespace convenience
+}  // namespace convenience_inside
 }  // namespace norvask
 
 #endif

@@ -22,7 +22,9 @@ namespace norvask {
 // Gives the default namespace declarations that a load with keepPrefixes has kept as attributes
 // "xmlns:" the name "xmlns", for this element and everything below it, and answers how many there
 // were. Before that no parser reads the saved document back (manager.h); after it the document
-// loads again, and saved once more it is the same. Calling it twice does nothing more.
+// loads again, and saved once more it is the same. Calling it twice does nothing more. A declaration
+// xmlns="", which takes the default namespace back, is not kept by a load (attributes with an empty value
+// are not): where a document has one, the elements below it fall into the namespace around it.
 //
 // Deliberate: not part of a load or a save, since it changes the tree: from then on the declaration is
 // found as "xmlns". Where an element has an attribute "xmlns" already, the program has set that, since no
@@ -86,14 +88,16 @@ inline std::size_t XMLNameDefaultNamespaces(CXMLDocument& document) {
 // What does not: other hard links keep the old content, and access control lists and extended
 // attributes are gone.
 //
-// A name that leads to a device or a pipe (/dev/stdout) is written to directly, since there is nothing
-// that could be kept; every step is checked here too.
+// A name that leads to a device or a pipe is written to directly, since there is nothing that could be
+// kept; every step is checked here too. So is /dev/stdout, but not when standard output is a file: others
+// have that open and would go on in the old one, so it is refused like a file that may not be written.
+// CXMLDocument::Save(std::cout, ...) writes there.
 //
 // It takes longer than Save, since it waits for the device: milliseconds on most. It needs the right to
 // make files in the folder, and room for both files. A program that is killed, or a system that halts,
 // in the middle leaves the old file and a file ".norvask-..." beside it.
-inline void XMLSaveSafely(CXMLDocument& document, const char* fileName, bool format) {
-    convenience::CSafeFile file;
+inline void XMLSaveSafely(CXMLDocument& document, const char* fileName, bool format = false) {
+    convenience_inside::CSafeFile file;
     if (!file.Open(fileName)) throw CXMLException(1, 4U, fileName);
     {
         std::ostream out(&file.Buffer());
@@ -101,7 +105,8 @@ inline void XMLSaveSafely(CXMLDocument& document, const char* fileName, bool for
     }
     if (!file.Finish()) throw CXMLException(1, 4U, fileName);
 }
-inline void XMLSaveSafely(CXMLDocument& document, const std::string& fileName, bool format) {
+inline void XMLSaveSafely(CXMLDocument& document, const std::string& fileName,
+                          bool format = false) {
     XMLSaveSafely(document, fileName.c_str(), format);
 }
 

@@ -95,7 +95,7 @@ inline CXMLNode* XMLAsElement(CXMLNode* node) {
 // --- Ranges. NULL for the node gives an empty one, so the root of a document without one may be asked.
 
 // Internal.
-namespace convenience {
+namespace convenience_inside {
 
 inline bool IsElement(CXMLNode* node, const char* name) {
     return XMLAsElement(node) != nullptr &&
@@ -111,11 +111,11 @@ CXMLRange<T> Copied(T** entries) {
     return range;
 }
 
-}  // namespace convenience
+}  // namespace convenience_inside
 
 // All the children: elements, texts and binary nodes.
 inline CXMLNodeRange XMLChildren(CXMLNode* node) {
-    return node != nullptr ? convenience::Copied(node->GetChildren()) : CXMLNodeRange();
+    return node != nullptr ? convenience_inside::Copied(node->GetChildren()) : CXMLNodeRange();
 }
 
 // The children that are elements; with `name` only those of this tag name.
@@ -123,7 +123,7 @@ inline CXMLNodeRange XMLElements(CXMLNode* node, const char* name = nullptr) {
     CXMLNodeRange range;
     if (node == nullptr) return range;
     for (CXMLNode** child = node->GetChildren(); *child != nullptr; ++child) {
-        if (convenience::IsElement(*child, name)) range.Add(*child);
+        if (convenience_inside::IsElement(*child, name)) range.Add(*child);
     }
     return range;
 }
@@ -132,23 +132,24 @@ inline CXMLNodeRange XMLElements(CXMLNode* node, const char* name = nullptr) {
 inline CXMLNode* XMLFirstElement(CXMLNode* node, const char* name = nullptr) {
     if (node == nullptr) return nullptr;
     for (CXMLNode** child = node->GetChildren(); *child != nullptr; ++child) {
-        if (convenience::IsElement(*child, name)) return *child;
+        if (convenience_inside::IsElement(*child, name)) return *child;
     }
     return nullptr;
 }
 
 // The attributes of an element. SetAttribute with an empty value ends one, like DeleteChild a node.
 inline CXMLAttributRange XMLAttributes(CXMLNode* node) {
-    return node != nullptr ? convenience::Copied(node->GetAttributes()) : CXMLAttributRange();
+    return node != nullptr ? convenience_inside::Copied(node->GetAttributes())
+                           : CXMLAttributRange();
 }
 
 // The elements that a path selects: GetNodes of a node, or of a document (where the path begins with
 // the root's name).
 inline CXMLNodeRange XMLQuery(CXMLNode* node, const char* path) {
-    return node != nullptr ? convenience::Copied(node->GetNodes(path)) : CXMLNodeRange();
+    return node != nullptr ? convenience_inside::Copied(node->GetNodes(path)) : CXMLNodeRange();
 }
 inline CXMLNodeRange XMLQuery(CXMLDocument& document, const char* path) {
-    return convenience::Copied(document.GetNodes(path));
+    return convenience_inside::Copied(document.GetNodes(path));
 }
 
 }  // namespace norvask

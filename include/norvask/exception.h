@@ -38,6 +38,11 @@
 
 namespace norvask {
 
+// Deliberate: the destructor is not virtual, and a client need not hear of it.
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#endif
 class NORVASK_API CXMLException {
 public:
     // A ready-made text, copied. NULL gives an empty text.
@@ -79,6 +84,9 @@ private:
     char* m_pMessage;
     int m_nID;
 };
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 }  // namespace norvask
 

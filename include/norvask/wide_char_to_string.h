@@ -20,6 +20,11 @@
 
 namespace norvask {
 
+// Deliberate: the destructor is not virtual, and a client need not hear of it.
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#endif
 class NORVASK_API CWideCharToString {
 public:
     CWideCharToString() noexcept;
@@ -49,6 +54,9 @@ protected:
     // Releases a block of AllocString. NULL is allowed.
     void FreeString(char* s);
 };
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 }  // namespace norvask
 

@@ -50,7 +50,7 @@ public:
 
 private:
     static const std::size_t MOST_NAMES = 4096;
-    static const std::size_t MOST_UNITS = 128 * 1024;
+    static const std::size_t MOST_UNITS = 131072;
 
     struct SEntry : SEventName {
         std::u16string uri16;

@@ -85,7 +85,7 @@ TEST(ConvenienceDocument, ThePointerEndsADocumentWithDelete) {
 }
 
 TEST(ConvenienceDocument, NoMemoryForADocumentIsBadAlloc) {
-    EXPECT_THROW(convenience::Own(nullptr), std::bad_alloc);
+    EXPECT_THROW(convenience_inside::Own(nullptr), std::bad_alloc);
 }
 
 TEST(ConvenienceDocument, NewDocuments) {
@@ -228,4 +228,15 @@ TEST(ConvenienceDocument, ADocumentToAStringFailsAsSaveDoes) {
 TEST(ConvenienceDocument, AStringThatCannotGrowIsNotAPartOfTheDocument) {
     CEndless document;
     EXPECT_THROW(XMLToString(document), std::length_error);
+}
+
+TEST(ConvenienceDocument, TakesNullForNoTextAndNoSchema) {
+    EXPECT_XML_ERROR(XMLLoadText(nullptr).reset(), 1, "invalid parameter");
+    CXMLLambdaHandler handler;
+    EXPECT_XML_ERROR(XMLLoadText(nullptr, handler), 1, "invalid parameter");
+    EXPECT_EQ(SXMLLoadOptions().ValidateBySchema(nullptr).schemaLocation, "");
+    const std::string text = "<a/>";
+    EXPECT_STREQ(XMLLoadText(text)->GetRoot()->GetTagName(), "a");
+    EXPECT_STREQ(XMLLoadText(std::string_view("<a/>junk", 4))->GetRoot()->GetTagName(), "a");
+    EXPECT_STREQ(XMLLoadText(text.c_str())->GetRoot()->GetTagName(), "a");
 }

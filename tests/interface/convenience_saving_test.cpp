@@ -205,3 +205,26 @@ TEST_F(ConvenienceSaving, ThreadsThatSaveToOneFileLeaveAWholeDocument) {
     EXPECT_EQ(std::count(saved.begin(), saved.end(), ReadFile(name)), 1);
     EXPECT_EQ(Listed(), "list.xml");
 }
+
+// As /dev/stdout is when a shell has sent it to a file.
+TEST_F(ConvenienceSaving, RefusesAFileThatIsNamedAsAnOpenOneOfAProcess) {
+    TemporaryFile file(".xml", "kept");
+    const Document document = NewDocumentWithRoot("r");
+    const int handle = open(file.Name(), O_WRONLY | O_APPEND);
+    ASSERT_GE(handle, 0);
+    for (const std::string& name :
+         {"/proc/self/fd/" + std::to_string(handle), "/dev/fd/" + std::to_string(handle)}) {
+        EXPECT_XML_ERROR(XMLSaveSafely(*document, name), 1, "Error saving '" + name + "'.");
+        EXPECT_EQ(file.Content(), "kept");
+    }
+    TemporaryFile link(".link");
+    ASSERT_EQ(symlink(("/proc/self/fd/" + std::to_string(handle)).c_str(), link.Name()), 0);
+    EXPECT_XML_ERROR(XMLSaveSafely(*document, link.Name()), 1,
+                     std::string("Error saving '") + link.Name() + "'.");
+    EXPECT_EQ(file.Content(), "kept");
+    ASSERT_EQ(unlink(file.Name()), 0);
+    EXPECT_XML_ERROR(XMLSaveSafely(*document, link.Name()), 1,
+                     std::string("Error saving '") + link.Name() + "'.");
+    EXPECT_FALSE(std::ifstream(std::string(file.Name()) + " (deleted)").good());
+    close(handle);
+}
