@@ -39,13 +39,13 @@ void Show(CXMLNode* node, std::size_t depth) {
         std::size_t length = 0;
         binary->GetData(data, length);
         std::cout << "binary, " << length << " bytes\n";
-    } else {
-        std::cout << node->GetTagName();
-        for (CXMLAttribut* a : XMLAttributes(node)) {
+    } else if (CXMLNode* element = XMLAsElement(node)) {
+        std::cout << element->GetTagName();
+        for (CXMLAttribut* a : XMLAttributes(element)) {
             std::cout << "  " << a->GetName() << "=\"" << a->GetValue() << '"';
         }
         std::cout << '\n';
-        for (CXMLNode* child : XMLChildren(node))
+        for (CXMLNode* child : XMLChildren(element))
             Show(child, depth + 1);
     }
 }

@@ -74,7 +74,10 @@ std::string FirstWithPrice(const std::string& wanted) {
     CXMLLambdaHandler handler;
     handler.onStartElement = [&](const SXMLStartTag& tag) {
         open = tag.localName;
-        if (tag.Is("book")) sku = tag.Value("sku");  // copied: it is gone after the callback
+        if (!tag.Is("book")) return;
+        if (CXMLSaxAttribut* given = XMLFindAttribute(tag.attributes, "sku")) {
+            sku = given->GetValue();  // copied: it is gone after the callback
+        }
     };
     handler.onCharacters = [&](const char* text) {
         if (open == "price" && text == wanted) throw SFound{sku};
