@@ -90,9 +90,7 @@ public:
             }
             Close();
         }
-        if (!FindTarget(name) || (isThere && !IsTarget(old)) ||
-            !MakeNew(isThere ? mode_t{0600} : mode_t{0666}))
-            return false;
+        if (!FindTarget(name) || !MakeNew(isThere ? mode_t{0600} : mode_t{0666})) return false;
         if (isThere && !TakeOver(old)) return false;
         m_Buffer.Attach(m_nHandle);
         return true;
@@ -132,13 +130,6 @@ private:
         struct stat here = {};
         return stat("/proc/self", &processes) == 0 && lstat(link.c_str(), &here) == 0 &&
                here.st_dev == processes.st_dev;
-    }
-
-    // Whether the name that was found leads to this file.
-    bool IsTarget(const struct stat& old) const {
-        struct stat found = {};
-        return stat(m_Target.c_str(), &found) == 0 && found.st_dev == old.st_dev &&
-               found.st_ino == old.st_ino;
     }
 
     // Of the target, with the "/" at its end; empty for the working directory.

@@ -12,6 +12,7 @@
 
 #include "convenience_saving.h"
 #include "support/files.h"
+#include "support/sanitizers.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -142,11 +143,9 @@ TEST_F(ConvenienceSavingFailure, ThePlainSaveDoesNotNoticeASizeLimit) {
 }
 
 TEST_F(ConvenienceSavingFailure, NoHandleLeftIsRefused) {
+    if (kIsSanitized) GTEST_SKIP() << "a sanitizer needs handles itself, to look at objects";
     const std::string name = Inside("list.xml");
     Write(name, kOld);
-    // A sanitizer takes a handle to look at an object of a class that it meets for the first time.
-    XMLSaveSafely(*m_Document, Inside("first.xml"), false);
-    fs::remove(Inside("first.xml"));
     bool isRefused = false;
     {
         const CNoHandles none;
