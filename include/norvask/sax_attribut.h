@@ -33,7 +33,7 @@ public:
     virtual const char* GetValue();
 
 private:
-    friend class CSaxAttributes;
+    friend class CEventAttributes;
     // Shows strings that belong to a load.
     CXMLSaxAttribut() noexcept
         : m_pUri(""), m_pLocalName(""), m_pQName(""), m_pValue(""), m_pStorage(nullptr) {}

@@ -7,14 +7,14 @@
 
 namespace norvask {
 
-CSaxAttributes::~CSaxAttributes() {
+CEventAttributes::~CEventAttributes() {
     for (CXMLSaxAttribut* attribute : m_Objects) {
         delete attribute;
     }
 }
 
-CXMLSaxAttribut** CSaxAttributes::Show(const xercesc::Attributes& attributes, bool ownConverter,
-                                       CEventNames& names) {
+CXMLSaxAttribut** CEventAttributes::Show(const xercesc::Attributes& attributes, bool ownConverter,
+                                         CEventNames& names) {
     const std::size_t count = attributes.getLength();
     if (m_Shown.size() <= count) {
         Reserve(count);
@@ -39,13 +39,13 @@ CXMLSaxAttribut** CSaxAttributes::Show(const xercesc::Attributes& attributes, bo
 
 // Room for this many attributes, in everything that is used again. The objects are made when they are needed, one
 // that cannot be made for lack of memory when it is needed the next time.
-void CSaxAttributes::Reserve(std::size_t count) {
+void CEventAttributes::Reserve(std::size_t count) {
     m_Objects.resize(count);
     m_Places.resize(count);
     m_Shown.resize(count + 1);
 }
 
-void CSaxAttributes::ShowKept(const xercesc::Attributes& attributes, CEventNames& names) {
+void CEventAttributes::ShowKept(const xercesc::Attributes& attributes, CEventNames& names) {
     const std::size_t count = attributes.getLength();
     if (!m_Unkept.empty()) {
         m_Unkept.clear();
@@ -79,7 +79,7 @@ void CSaxAttributes::ShowKept(const xercesc::Attributes& attributes, CEventNames
     }
 }
 
-void CSaxAttributes::ShowConverted(const xercesc::Attributes& attributes) {
+void CEventAttributes::ShowConverted(const xercesc::Attributes& attributes) {
     const std::size_t count = attributes.getLength();
     for (std::size_t i = 0; i < count; ++i) {
         CDOMString uri(attributes.getURI(i));
@@ -94,7 +94,7 @@ void CSaxAttributes::ShowConverted(const xercesc::Attributes& attributes) {
 }
 
 // All four into one block; they may lie in the present one.
-void CSaxAttributes::Own(CXMLSaxAttribut& attribute, const char* const (&strings)[4]) {
+void CEventAttributes::Own(CXMLSaxAttribut& attribute, const char* const (&strings)[4]) {
     std::size_t bytes = 0;
     std::size_t sizes[4];
     for (std::size_t i = 0; i < 4; ++i) {

@@ -1,4 +1,4 @@
-// Internal. CSaxAttributes: the attributes of the element that is reported, as the array that a client receives.
+// Internal. CEventAttributes: the attributes of the element that is reported, as the array that a client receives.
 //
 // Objects, array and the block of the values are used again for the next element. Under the library's own
 // converter names belong to CEventNames and values to the block; under a client's converter each attribute owns
@@ -16,12 +16,12 @@
 
 namespace norvask {
 
-class CSaxAttributes {
+class CEventAttributes {
 public:
-    CSaxAttributes() = default;
-    CSaxAttributes(const CSaxAttributes&) = delete;
-    CSaxAttributes& operator=(const CSaxAttributes&) = delete;
-    ~CSaxAttributes();
+    CEventAttributes() = default;
+    CEventAttributes(const CEventAttributes&) = delete;
+    CEventAttributes& operator=(const CEventAttributes&) = delete;
+    ~CEventAttributes();
 
     // The array for these attributes, valid until the next call. `ownConverter` tells which converter is in
     // force. Throws std::bad_alloc and what a client's converter throws.

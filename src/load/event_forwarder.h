@@ -60,7 +60,7 @@ private:
     CReaderLink* m_pLink;
     CEventNames m_Names;
     std::vector<const SEventName*> m_Open;  // the open elements; NULL for a name that is not kept
-    CSaxAttributes m_Attributes;
+    CEventAttributes m_Attributes;
     CEventString m_First;
     CEventString m_Second;
     CEventString m_Third;

@@ -7,15 +7,17 @@ namespace norvask {
 CXMLSaxAttribut::CXMLSaxAttribut(const char* uri, const char* localName, const char* qName,
                                  const char* value)
     : CXMLSaxAttribut() {
-    CSaxAttributes::Own(*this, {uri, localName, qName, value});
+    CEventAttributes::Own(*this, {uri, localName, qName, value});
 }
 
 CXMLSaxAttribut::CXMLSaxAttribut(const CXMLSaxAttribut& other) : CXMLSaxAttribut() {
-    CSaxAttributes::Own(*this, {other.m_pUri, other.m_pLocalName, other.m_pQName, other.m_pValue});
+    CEventAttributes::Own(*this,
+                          {other.m_pUri, other.m_pLocalName, other.m_pQName, other.m_pValue});
 }
 
 CXMLSaxAttribut& CXMLSaxAttribut::operator=(const CXMLSaxAttribut& other) {
-    CSaxAttributes::Own(*this, {other.m_pUri, other.m_pLocalName, other.m_pQName, other.m_pValue});
+    CEventAttributes::Own(*this,
+                          {other.m_pUri, other.m_pLocalName, other.m_pQName, other.m_pValue});
     return *this;
 }
 
