@@ -86,19 +86,20 @@ public:
         writer.m_bOwnStream = false;
     }
 
-    // Remembers which file was opened under the stored name; none when it is no regular file.
+    // Remembers which file was opened under the stored name: no particular one after a failure, none at all when
+    // the name is not that of a regular file.
     static void NoteFile(CXMLSaxWriter& writer, bool isOpen) noexcept {
         struct stat status;
         const bool isKnown = isOpen && IsRegularFile(writer.m_pFileName, status);
         writer.m_nFileDevice = isKnown ? status.st_dev : 0;
-        writer.m_nFileNode = isKnown ? status.st_ino : 0;
+        writer.m_nFileNode = isKnown ? status.st_ino : isOpen ? NO_FILE : ANY_FILE;
     }
 
     // The name may lead to another file by now, which then is not ours.
     static void RemoveUnfinished(const CXMLSaxWriter& writer) noexcept {
         struct stat status;
         if (IsRegularFile(writer.m_pFileName, status) &&
-            (writer.m_nFileNode == 0 ||
+            (writer.m_nFileNode == ANY_FILE ||
              (status.st_dev == writer.m_nFileDevice && status.st_ino == writer.m_nFileNode))) {
             std::remove(writer.m_pFileName);
         }
@@ -125,6 +126,9 @@ public:
     }
 
 private:
+    static const std::uint64_t ANY_FILE = 0;
+    static const std::uint64_t NO_FILE = static_cast<std::uint64_t>(-1);
+
     CXMLSaxWriter& m_Writer;
     char m_Buffer[COutput::SMALL];
     COutput m_Output;

@@ -73,6 +73,19 @@ TEST(WriterUnfinished, LeavesAnotherFileThatHasItsNameByNow) {
     EXPECT_EQ(ReadFile(name), "another");
 }
 
+TEST(WriterUnfinished, LeavesAFileThatTookThePlaceOfALink) {
+    CTemporaryDirectory directory;
+    const std::string name = directory.Inside("first");
+    ASSERT_EQ(symlink(directory.Inside("second").c_str(), name.c_str()), 0);
+    {
+        CXMLSaxWriter writer;
+        writer.StartDocument(name.c_str(), true);
+        ASSERT_EQ(unlink(name.c_str()), 0);
+        std::ofstream(name) << "another";
+    }
+    EXPECT_EQ(ReadFile(name), "another");
+}
+
 TEST(WriterUnfinished, LeavesAFileOfItsRelativeNameInAnotherDirectory) {
     CTemporaryDirectory directory;
     CTemporaryDirectory other;
