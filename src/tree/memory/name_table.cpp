@@ -1,13 +1,12 @@
-#include "tree/name_table.h"
+// Names by hash, in buckets that grow with their number.
+#include "tree/memory/name_table.h"
 
 #include <cstring>
 #include <exception>
 #include <new>
 #include <random>
 
-#include "foundation/utf8.h"
-#include "tree/tree_memory.h"
-#include "tree/tree_string.h"
+#include "tree/memory/tree.h"
 
 namespace norvask {
 namespace {
@@ -74,85 +73,85 @@ CNameTable::SName* CNameTable::FindIn(std::uint32_t hash, const char* text,
     if (m_nBuckets == 0) {
         return nullptr;
     }
-    for (SName* name = m_ppBuckets[hash & (m_nBuckets - 1)]; name != nullptr;
-         name = name->m_pNext) {
-        if (name->m_nHash == hash && name->m_nLength == length &&
-            std::memcmp(name->Characters(), text, length) == 0) {
+    for (SName* name = m_ppBuckets[hash & (m_nBuckets - 1)]; name != nullptr; name = name->next) {
+        if (name->hash == hash && name->length == length &&
+            std::memcmp(name->String().Text(), text, length) == 0) {
             return name;
         }
     }
     return nullptr;
 }
 
-const char* CNameTable::Find(const char* text, std::size_t length) const noexcept {
-    SName* name = FindIn(Hash(text, length), text, length);
-    return name == nullptr ? nullptr : name->Characters();
+SNameLookUp CNameTable::LookUp(const char* text, std::size_t length) const noexcept {
+    const std::uint32_t hash = Hash(text, length);
+    SName* const name = FindIn(hash, text, length);
+    return {text, length, hash, name != nullptr, name == nullptr ? CTreeString() : name->String()};
 }
 
-void CNameTable::Grow(CTreeMemory& memory) {
+CNameUse CNameTable::Use(const SNameLookUp& lookUp, unsigned int known) {
+    if (!lookUp.isFound) {
+        return CNameUse(Add(lookUp, known)->String());
+    }
+    lookUp.name.Add(known);
+    return CNameUse::Another(lookUp.name);
+}
+
+// A new name, with one use.
+CNameTable::SName* CNameTable::Add(const SNameLookUp& lookUp, unsigned int known) {
+    if (lookUp.length > UINT32_MAX) {
+        throw std::bad_alloc();
+    }
+    if (m_nNames >= m_nBuckets) {
+        Grow();
+    }
+    SPage* page = nullptr;
+    void* const block =
+        m_Tree.Arena().AllocateTagged(sizeof(SName) + lookUp.length + 1, page);
+    SName*& bucket = m_ppBuckets[lookUp.hash & (m_nBuckets - 1)];
+    SName* const name =
+        new (block) SName{bucket, lookUp.hash, 1, static_cast<std::uint32_t>(lookUp.length), 0};
+    WriteString(&name->tag, page, {lookUp.text, lookUp.length, known}, STRING_IN_TABLE);
+    bucket = name;
+    ++m_nNames;
+    return name;
+}
+
+void CNameTable::Grow() {
     const std::uint32_t buckets = m_nBuckets == 0 ? FIRST_BUCKETS : 2 * m_nBuckets;
-    SName** grown = static_cast<SName**>(memory.AllocatePlain(buckets * sizeof(SName*)));
+    CArena& arena = m_Tree.Arena();
+    SName** const grown = static_cast<SName**>(arena.AllocatePlain(buckets * sizeof(SName*)));
     std::memset(grown, 0, buckets * sizeof(SName*));
     for (std::uint32_t i = 0; i < m_nBuckets; ++i) {
         for (SName* name = m_ppBuckets[i]; name != nullptr;) {
-            SName* next = name->m_pNext;
-            SName*& bucket = grown[name->m_nHash & (buckets - 1)];
-            name->m_pNext = bucket;
+            SName* const next = name->next;
+            SName*& bucket = grown[name->hash & (buckets - 1)];
+            name->next = bucket;
             bucket = name;
             name = next;
         }
     }
     if (m_ppBuckets != nullptr) {
-        memory.FreePlain(m_ppBuckets, m_nBuckets * sizeof(SName*));
+        arena.FreePlain(m_ppBuckets, m_nBuckets * sizeof(SName*));
     }
     m_ppBuckets = grown;
     m_nBuckets = buckets;
 }
 
-const char* CNameTable::Acquire(CTreeMemory& memory, const char* text, std::size_t length) {
-    const std::uint32_t hash = Hash(text, length);
-    if (SName* known = FindIn(hash, text, length)) {
-        ++known->m_nUses;
-        return known->Characters();
+void CNameTable::Remove(SName* name) noexcept {
+    SName** link = &m_ppBuckets[name->hash & (m_nBuckets - 1)];
+    while (*link != name) {
+        link = &(*link)->next;
     }
-    if (length > UINT32_MAX) {
-        throw std::bad_alloc();
-    }
-    if (m_nNames >= m_nBuckets) {
-        Grow(memory);
-    }
-    SPage* page = nullptr;
-    void* block = memory.AllocateTagged(sizeof(SName) + length + 1, page);
-    SName* name = new (block) SName;
-    SName*& bucket = m_ppBuckets[hash & (m_nBuckets - 1)];
-    name->m_pNext = bucket;
-    name->m_nHash = hash;
-    name->m_nUses = 1;
-    name->m_nLength = static_cast<std::uint32_t>(length);
-    new (&name->m_nTag) SStringTag{
-        DistanceTo(page, &name->m_nTag),
-        FlagsWithLength(STRING_NAME | (IsAscii(text, length) ? STRING_ASCII | STRING_UTF8 : 0),
-                        length)};
-    std::memcpy(name->Characters(), text, length);
-    name->Characters()[length] = '\0';
-    bucket = name;
-    ++m_nNames;
-    return name->Characters();
+    *link = name->next;
+    --m_nNames;
+    m_Tree.FreeString(name->String(), name, name->Bytes());
 }
 
-void CNameTable::Release(CTreeMemory& memory, const char* characters) noexcept {
-    SName* name = NameOf(characters);
-    // A name that is held outside of the tree stays, and serves again when it is asked for.
-    if (--name->m_nUses != 0 || !IsReusable(characters)) {
-        return;
+void CNameUse::Release() noexcept {
+    CNameTable::SName* const name = CNameTable::NameAt(m_Name);
+    if (--name->uses == 0) {
+        m_Name.Tree().Names().Remove(name);
     }
-    SName** link = &m_ppBuckets[name->m_nHash & (m_nBuckets - 1)];
-    while (*link != name) {
-        link = &(*link)->m_pNext;
-    }
-    *link = name->m_pNext;
-    --m_nNames;
-    memory.FreeTagged(name, name->Bytes(), PageOf(characters));
 }
 
 }  // namespace norvask
