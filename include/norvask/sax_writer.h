@@ -22,7 +22,6 @@
 #ifndef NORVASK_SAX_WRITER_H
 #define NORVASK_SAX_WRITER_H
 
-#include <cstdint>
 #include <iosfwd>
 
 #include "norvask/attribut.h"
@@ -30,7 +29,7 @@
 
 namespace norvask {
 
-class CStringStack;
+struct SWriterBody;
 
 class NORVASK_API CXMLSaxWriter {
 public:
@@ -49,6 +48,9 @@ public:
     // variant of StartDocument and dropped by EndDocument; deliberate: a start that failed leaves it, so
     // the destructor of a writer that then goes on with a stream of the caller honours it still. Nothing
     // is thrown.
+    // A process that was forked meanwhile has a copy of the writer, but the document is its parent's:
+    // there nothing is removed, a stream of the caller is left as it is, and an owned std::ofstream is
+    // closed without the bytes that it has not written yet.
     virtual ~CXMLSaxWriter();
 
     // --- The order of the declarations is part of the binary interface.
@@ -115,18 +117,8 @@ public:
     virtual void Bool(bool value, bool numeric);
 
 private:
-    friend class CWriterCall;
-
-    CStringStack* m_pElementStack;
-    std::ostream* m_pStream;
-    bool m_bOwnStream;
-    char* m_pFileName;
-    std::uint64_t m_nFileDevice;  // which file was opened, as far as that is known
-    std::uint64_t m_nFileNode;
-    std::int32_t m_nDepth;
-    bool m_bFormat;
-    bool m_bTextWritten;
-    bool m_bTagOpen;
+    // What the writer holds (write/writer_body.h).
+    SWriterBody* m_pBody;
 };
 
 }  // namespace norvask

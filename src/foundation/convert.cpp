@@ -2,7 +2,6 @@
 #include "norvask/convert.h"
 
 #include "foundation/value_text.h"
-#include "norvask/sax_handler.h"
 
 namespace norvask {
 
@@ -36,27 +35,21 @@ const char* XMLConvertBool2Text(bool value, bool numeric) { return FormatBool(va
 
 bool XMLConvertText2DateTime(const char* text, int& year, int& month, int& day, int& hour,
                              int& minute, int& second) {
-    return CXMLSaxHandler::GetDateTime(text, year, month, day, hour, minute, second);
+    return ReadDateTime(text, year, month, day, hour, minute, second);
 }
 
 bool XMLConvertText2Date(const char* text, int& year, int& month, int& day) {
-    return CXMLSaxHandler::GetDate(text, year, month, day);
+    return ReadDate(text, year, month, day);
 }
 
 bool XMLConvertText2Time(const char* text, int& hour, int& minute, int& second) {
-    return CXMLSaxHandler::GetTime(text, hour, minute, second);
+    return ReadTime(text, hour, minute, second);
 }
 
-bool XMLConvertText2Double(const char* text, double& value) {
-    return CXMLSaxHandler::GetDouble(text, value);
-}
+bool XMLConvertText2Double(const char* text, double& value) { return ReadDouble(text, value); }
 
-bool XMLConvertText2Long(const char* text, long& value) {
-    return CXMLSaxHandler::GetLong(text, value);
-}
+bool XMLConvertText2Long(const char* text, long& value) { return ReadLong(text, value); }
 
-bool XMLConvertText2Bool(const char* text, bool& value) {
-    return CXMLSaxHandler::GetBool(text, value);
-}
+bool XMLConvertText2Bool(const char* text, bool& value) { return ReadBool(text, value); }
 
 }  // namespace norvask

@@ -1,8 +1,9 @@
 // Internal. CStringConverter: one narrow string with the checks and the output encoding that tree
 // editing and writing need.
 //
-// This is the plain way, which asks the parser's transcoders for everything. text_rules.h and the writers
-// have faster ways for text of which the outcome is known; whatever they do not know ends up here.
+// This is the plain way, which asks the parser's transcoders for everything. known_text.h and the
+// writers have faster ways for text of which the outcome is known; whatever they do not know comes
+// here.
 #ifndef NORVASK_FOUNDATION_STRING_CONVERTER_H
 #define NORVASK_FOUNDATION_STRING_CONVERTER_H
 
@@ -12,6 +13,12 @@ namespace norvask {
 
 class CStringConverter {
 public:
+    // Whether a run of character data is layout: empty, or only blanks, line ends and TABs with at
+    // least one line end or TAB among them. A load drops such a run. Deliberate: blanks alone are
+    // content. The same for a narrow text and for the parser's, which need no conversion first.
+    static bool IsFormattingWhitespace(const char* text, std::size_t length) noexcept;
+    static bool IsFormattingWhitespace(const char16_t* text, std::size_t length) noexcept;
+
     CStringConverter();
     explicit CStringConverter(const char* text);
     CStringConverter(const CStringConverter& other);
@@ -23,10 +30,6 @@ public:
 
     // Whether the text is an XML 1.0 name, after conversion to the parser's UTF-16.
     virtual bool IsValidName();
-
-    // Whether the text is layout: empty, or only blanks, line ends and TABs with at least one line end
-    // or TAB among them. Deliberate: blanks alone are content.
-    virtual bool IsFormattingWhitespace();
 
     virtual const char* GetString();
 

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <xercesc/sax/SAXParseException.hpp>
 
-#include "foundation/dom_string.h"
 #include "foundation/errors.h"
+#include "load/dom_string.h"
 
 namespace norvask {
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <new>
 
-#include "foundation/dom_string.h"
+#include "load/dom_string.h"
 
 namespace norvask {
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "foundation/text_rules.h"
+#include "foundation/string_converter.h"
 #include "load/manager_access.h"
 #include "load/reader_link.h"
 #include "norvask/sax_handler.h"
@@ -69,13 +69,13 @@ void CEventForwarder::characters(const XMLCh* text, XMLSize_t length) { Gather(t
 void CEventForwarder::GiveText(const XMLCh* text, XMLSize_t length, bool inCDATA) {
     if (CManagerAccess::HasOwnConverter()) {
         // Known before the conversion, which then is not needed.
-        if (inCDATA || !IsLayout(text, length)) {
+        if (inCDATA || !CStringConverter::IsFormattingWhitespace(text, length)) {
             m_Client.Characters(m_First.Convert(text, length));
         }
         return;
     }
     const char* const narrow = m_First.Convert(text);
-    if (inCDATA || !IsLayout(narrow, std::strlen(narrow))) {
+    if (inCDATA || !CStringConverter::IsFormattingWhitespace(narrow, std::strlen(narrow))) {
         m_Client.Characters(narrow);
     }
 }

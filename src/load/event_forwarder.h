@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "foundation/dom_string.h"
+#include "load/dom_string.h"
 #include "load/event_attributes.h"
 #include "load/event_names.h"
 #include "load/narrow_text.h"

@@ -7,9 +7,9 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
-#include "foundation/dom_string.h"
 #include "foundation/errors.h"
 #include "foundation/parser_text.h"
+#include "load/dom_string.h"
 #include "load/error_handler.h"
 #include "load/event_forwarder.h"
 #include "load/manager_access.h"

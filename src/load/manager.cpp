@@ -1,3 +1,5 @@
+// CXMLManager: the parser's life and the two settings. Only the one manager of the process tells the
+// library below it that the parser is there; one that a client derived speaks for itself alone.
 #include "norvask/manager.h"
 
 #include <new>
@@ -5,7 +7,7 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
-#include "foundation/parser_text.h"
+#include "foundation/parser_state.h"
 #include "load/manager_access.h"
 #include "tree/document_body.h"
 
@@ -22,6 +24,9 @@ CXMLManager::CXMLManager()
         xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale);
         ProbeLocalEncoding();
         m_bInitialized = true;
+        if (this == &sm_TheInstance) {
+            SetParserInitialised();
+        }
     } catch (const xercesc::XMLException&) {
         // Told by IsInitialized and by everything that needs the parser.
     }

@@ -1,13 +1,29 @@
-// CXMLSaxHandler: the callbacks that do nothing, and the position in the source.
+// CXMLSaxHandler: the callbacks that do nothing, the position in the source, and the names under
+// which clients reach the readers of typed values.
 #include "norvask/sax_handler.h"
 
-#include <new>
 #include <xercesc/util/RuntimeException.hpp>
 #include <xercesc/util/XMLExceptMsgs.hpp>
 
+#include "foundation/shared_block.h"
+#include "foundation/value_text.h"
 #include "load/reader_link.h"
 
 namespace norvask {
+
+unsigned char* CXMLSaxHandler::m_pBinBlock = nullptr;
+std::size_t CXMLSaxHandler::m_nBinBlockLength = 0;
+
+namespace {
+
+// The library decodes into the members above from its first moment on.
+const struct SPlaceOfBlock {
+    SPlaceOfBlock() noexcept {
+        CSharedBlock::SetPlace(CXMLSaxHandler::m_pBinBlock, CXMLSaxHandler::m_nBinBlockLength);
+    }
+} PLACE_OF_BLOCK;
+
+}  // namespace
 
 CReaderLink* CReaderLink::Attach(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader,
                                  bool tracksOffsets) {
@@ -58,14 +74,9 @@ CXMLSaxHandler& CXMLSaxHandler::operator=(const CXMLSaxHandler& other) noexcept 
     return *this;
 }
 
-// Handlers may end on several threads at once: only one of them gets the block.
 CXMLSaxHandler::~CXMLSaxHandler() {
     CReaderLink::Release(m_pReader);
-    unsigned char* block = __atomic_exchange_n(&m_pBinBlock, nullptr, __ATOMIC_ACQ_REL);
-    if (block != nullptr) {
-        __atomic_store_n(&m_nBinBlockLength, 0, __ATOMIC_RELAXED);
-        ::operator delete(block);
-    }
+    CSharedBlock::Release();
 }
 
 void CXMLSaxHandler::StartDocument() {}
@@ -90,6 +101,29 @@ void CXMLSaxHandler::EndNamespace(const char*) {}
 
 std::uint64_t CXMLSaxHandler::GetSourceOffset() {
     return m_pReader == nullptr ? 0 : m_pReader->Offset();
+}
+
+bool CXMLSaxHandler::GetDate(const char* text, int& year, int& month, int& day) {
+    return ReadDate(text, year, month, day);
+}
+
+bool CXMLSaxHandler::GetDateTime(const char* text, int& year, int& month, int& day, int& hour,
+                                 int& minute, int& second) {
+    return ReadDateTime(text, year, month, day, hour, minute, second);
+}
+
+bool CXMLSaxHandler::GetTime(const char* text, int& hour, int& minute, int& second) {
+    return ReadTime(text, hour, minute, second);
+}
+
+bool CXMLSaxHandler::GetDouble(const char* text, double& value) { return ReadDouble(text, value); }
+
+bool CXMLSaxHandler::GetLong(const char* text, long& value) { return ReadLong(text, value); }
+
+bool CXMLSaxHandler::GetBool(const char* text, bool& value) { return ReadBool(text, value); }
+
+bool CXMLSaxHandler::GetData(const char* text, unsigned char*& data, std::size_t& length) {
+    return CSharedBlock::Decode(text, data, length);
 }
 
 }  // namespace norvask

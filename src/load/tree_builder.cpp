@@ -6,8 +6,8 @@
 #include <xercesc/util/Base64.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "foundation/dom_string.h"
-#include "foundation/text_rules.h"
+#include "foundation/string_converter.h"
+#include "load/dom_string.h"
 #include "tree/attribute_array.h"
 #include "tree/document_body.h"
 #include "tree/tree_building.h"
@@ -202,7 +202,7 @@ bool CTreeBuilder::AddBinary(const XMLCh* base64, std::size_t length) {
 
 void CTreeBuilder::AddText(const XMLCh* text, std::size_t length, bool keepLayout) {
     if (m_bOwnConverter) {
-        if (keepLayout || !IsLayout(text, length)) {
+        if (keepLayout || !CStringConverter::IsFormattingWhitespace(text, length)) {
             const char* narrow = m_Narrow.Convert(text, length);
             norvask::AddText(m_pCurrent, narrow, m_Narrow.Length(), m_Narrow.IsUtf8());
         }
@@ -210,7 +210,8 @@ void CTreeBuilder::AddText(const XMLCh* text, std::size_t length, bool keepLayou
     }
     CDOMString narrow(text);
     const char* converted = narrow.GetString() == nullptr ? "" : narrow.GetString();
-    if (keepLayout || !IsLayout(converted, std::strlen(converted))) {
+    if (keepLayout ||
+        !CStringConverter::IsFormattingWhitespace(converted, std::strlen(converted))) {
         m_pCurrent->CreateTextChild(converted);
     }
 }

@@ -1,22 +1,19 @@
-// CXMLSaxWriter: every call hands its bytes to the stream in one piece, made by the rules of output.h. What the
-// writer remembers changes step by step as they are made.
+// CXMLSaxWriter: every call passes its bytes to the stream in one piece, made by the rules of output.h.
+// What the writer remembers changes step by step as they are made.
 #include "norvask/sax_writer.h"
 
-#include <sys/stat.h>
-
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <memory>
+#include <utility>
 
+#include "foundation/base64.h"
 #include "foundation/errors.h"
-#include "foundation/parser_text.h"
-#include "foundation/text_rules.h"
-#include "foundation/utf8.h"
+#include "foundation/known_text.h"
 #include "foundation/value_text.h"
 #include "write/output.h"
-#include "write/string_stack.h"
 #include "write/tree_markup.h"
+#include "write/writer_body.h"
 
 namespace norvask {
 namespace {
@@ -28,14 +25,14 @@ std::unique_ptr<char[]> CopyOf(const char* text) {
     return copy;
 }
 
-// The name of an element. Well-formed UTF-8 needs no escaping, since no character of markup is part of a name.
+// The name of an element. UTF-8 needs no escaping, since no character of markup is part of a name.
 template <std::size_t N>
-void WriteTagName(COutput& output, const char (&token)[N], const char* name, std::size_t length) {
-    if (LocalEncodingIsUtf8() && (IsAscii(name, length) || IsUtf8(name))) {
-        output.LiteralAndPlain(token, name, length);
+void WriteTagName(COutput& output, const char (&token)[N], const SKnownText& name) {
+    if (name.Is(KNOWN_UTF8)) {
+        output.LiteralAndPlain(token, name.text, name.length);
     } else {
         output.Literal(token);
-        output.Escaped(name);
+        output.Escaped(name.text);
     }
 }
 
@@ -52,58 +49,17 @@ const CXMLAttribut* FirstRefused(CXMLAttribut** attributes) {
     return nullptr;
 }
 
-void CloseIfFile(std::ostream* stream) {
-    std::ofstream* file = dynamic_cast<std::ofstream*>(stream);
-    if (file != nullptr && file->good()) {
-        file->close();
+void RequireOpen(const SWriterBody& writer) {
+    if (!writer.stream.IsGood()) {
+        ThrowDocumentNotOpen();
     }
 }
 
-// A link may be anybody's, so it is not followed.
-bool IsRegularFile(const char* name, struct stat& status) noexcept {
-    return lstat(name, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-}  // namespace
-
-// One call's output.
+// One call's output, to a stream that is there.
 class CWriterCall {
 public:
-    explicit CWriterCall(CXMLSaxWriter& writer)
-        : m_Writer(writer), m_Output(*writer.m_pStream, m_Buffer, sizeof(m_Buffer)) {}
-
-    static void RequireOpen(const CXMLSaxWriter& writer) {
-        if (writer.m_pStream == nullptr || !writer.m_pStream->good()) {
-            ThrowDocumentNotOpen();
-        }
-    }
-
-    static void EndStream(CXMLSaxWriter& writer) noexcept {
-        if (writer.m_bOwnStream) {
-            delete writer.m_pStream;
-        }
-        writer.m_pStream = nullptr;
-        writer.m_bOwnStream = false;
-    }
-
-    // Remembers which file was opened under the stored name: no particular one after a failure, none at all when
-    // the name is not that of a regular file.
-    static void NoteFile(CXMLSaxWriter& writer, bool isOpen) noexcept {
-        struct stat status;
-        const bool isKnown = isOpen && IsRegularFile(writer.m_pFileName, status);
-        writer.m_nFileDevice = isKnown ? status.st_dev : 0;
-        writer.m_nFileNode = isKnown ? status.st_ino : isOpen ? NO_FILE : ANY_FILE;
-    }
-
-    // The name may lead to another file by now, which then is not ours.
-    static void RemoveUnfinished(const CXMLSaxWriter& writer) noexcept {
-        struct stat status;
-        if (IsRegularFile(writer.m_pFileName, status) &&
-            (writer.m_nFileNode == ANY_FILE ||
-             (status.st_dev == writer.m_nFileDevice && status.st_ino == writer.m_nFileNode))) {
-            std::remove(writer.m_pFileName);
-        }
-    }
+    explicit CWriterCall(SWriterBody& writer)
+        : m_Writer(writer), m_Output(writer.stream.Get(), m_Buffer, sizeof(m_Buffer)) {}
 
     // Runs the steps of a call; whatever is thrown, what they wrote before is written.
     template <typename Steps>
@@ -113,116 +69,92 @@ public:
 
     // Closes a start tag: the element gets content.
     void CloseTag() {
-        if (m_Writer.m_bTagOpen) {
+        if (m_Writer.tagOpen) {
             m_Output.Literal(">");
-            m_Writer.m_bTagOpen = false;
+            m_Writer.tagOpen = false;
         }
     }
 
     void NewLine() {
-        if (m_Writer.m_bFormat && !m_Writer.m_bTextWritten) {
-            m_Output.PlainNewLine(static_cast<std::size_t>(m_Writer.m_nDepth));
+        if (m_Writer.format && !m_Writer.textWritten) {
+            m_Output.PlainNewLine(m_Writer.depth);
         }
     }
 
 private:
-    static const std::uint64_t ANY_FILE = 0;
-    static const std::uint64_t NO_FILE = static_cast<std::uint64_t>(-1);
-
-    CXMLSaxWriter& m_Writer;
+    SWriterBody& m_Writer;
     char m_Buffer[COutput::SMALL];
     COutput m_Output;
 };
 
-CXMLSaxWriter::CXMLSaxWriter()
-    : m_pElementStack(new CStringStack),
-      m_pStream(nullptr),
-      m_bOwnStream(false),
-      m_pFileName(nullptr),
-      m_nFileDevice(0),
-      m_nFileNode(0),
-      m_nDepth(0),
-      m_bFormat(true),
-      m_bTextWritten(false),
-      m_bTagOpen(false) {}
+}  // namespace
+
+CXMLSaxWriter::CXMLSaxWriter() : m_pBody(new SWriterBody) {}
 
 CXMLSaxWriter::~CXMLSaxWriter() {
-    if (m_pStream != nullptr) {
-        try {
-            CloseIfFile(m_pStream);
-        } catch (...) {  // a stream with exceptions; the document is lost anyway
-        }
-        CWriterCall::EndStream(*this);
-        if (m_pFileName != nullptr && *m_pFileName != '\0') {
-            CWriterCall::RemoveUnfinished(*this);
-        }
+    if (m_pBody->stream.IsThere()) {
+        m_pBody->stream.Abandon();
+        m_pBody->file.Remove();
     }
-    delete m_pElementStack;
-    delete[] m_pFileName;
+    delete m_pBody;
 }
 
 void CXMLSaxWriter::StartDocument(std::ostream* stream, bool format, bool ownStream) {
-    if (m_pStream != stream) {
-        CWriterCall::EndStream(*this);
-    }
-    m_pStream = stream;
-    m_bFormat = format;
-    m_bOwnStream = ownStream;
-    m_nDepth = 0;
-    if (stream == nullptr || !stream->good()) {
-        CWriterCall::EndStream(*this);
-        ThrowSavingFailed(m_pFileName);
+    m_pBody->stream.Take(stream, ownStream);
+    m_pBody->format = format;
+    m_pBody->depth = 0;
+    if (!m_pBody->stream.IsGood()) {
+        m_pBody->stream.Drop();
+        ThrowSavingFailed(m_pBody->file.Name());
     }
     try {
         *stream << "<?xml version=\"1.0\"?>";
     } catch (...) {
-        CWriterCall::EndStream(*this);
+        m_pBody->stream.Drop();
         throw;
     }
 }
 
 void CXMLSaxWriter::StartDocument(const char* fileName, bool format) {
-    if (m_pStream != nullptr) {
+    if (m_pBody->stream.IsThere()) {
         ThrowDocumentStillOpen();
     }
     std::unique_ptr<char[]> name = CopyOf(fileName == nullptr ? "" : fileName);
     std::unique_ptr<std::ofstream> file = std::make_unique<std::ofstream>(
         name.get(), std::ios::out | std::ios::trunc | std::ios::binary);
-    delete[] m_pFileName;
-    m_pFileName = name.release();
-    CWriterCall::NoteFile(*this, file->is_open());
+    m_pBody->file.Remember(std::move(name), file->is_open());
     StartDocument(file.release(), format, true);
 }
 
 void CXMLSaxWriter::EndDocument() {
-    CWriterCall::RequireOpen(*this);
-    if (!m_pElementStack->IsEmpty()) {
+    RequireOpen(*m_pBody);
+    if (!m_pBody->names.IsEmpty()) {
         ThrowElementsStillOpen();
     }
-    CloseIfFile(m_pStream);
-    CWriterCall::EndStream(*this);
-    delete[] m_pFileName;
-    m_pFileName = nullptr;
-    m_nDepth = 0;
+    m_pBody->stream.Close();
+    m_pBody->stream.Drop();
+    m_pBody->file.Forget();
+    m_pBody->depth = 0;
 }
 
 void CXMLSaxWriter::StartElement(const char* name, CXMLAttribut** attributes) {
-    CWriterCall::RequireOpen(*this);
-    // What mostly needs memory comes before anything is written: room for the name, since an element whose tag
-    // stands in the document is open, and the checks of names. Their answers count where the name's turn has come.
-    const std::size_t length = name == nullptr ? 0 : std::strlen(name);
-    m_pElementStack->Reserve(length);
-    const bool isName = IsXmlName(name);
+    RequireOpen(*m_pBody);
+    // What mostly needs memory comes before anything is written: the checks of names, whose results
+    // count where the name's turn has come, and room for the element's name, since an element whose
+    // tag stands in the document is open.
+    const SKnownText judged = JudgeName(name);
+    m_pBody->names.Reserve(judged.length);
+    const bool isName = judged.Is(KNOWN_NAME);
     const CXMLAttribut* const refused = isName ? FirstRefused(attributes) : nullptr;
-    CWriterCall call(*this);
+    CWriterCall call(*m_pBody);
     call.Run([&](COutput& output) {
         call.CloseTag();
         call.NewLine();
-        ++m_nDepth;
+        ++m_pBody->depth;
         if (!isName) {
             ThrowInvalidName(name);
         }
-        WriteTagName(output, "<", name, length);
+        WriteTagName(output, "<", judged);
         for (; attributes != nullptr && *attributes != nullptr; ++attributes) {
             if (*attributes == refused) {
                 ThrowInvalidName(CAttributeAccess::Name(refused));
@@ -232,53 +164,53 @@ void CXMLSaxWriter::StartElement(const char* name, CXMLAttribut** attributes) {
             }
         }
     });
-    m_bTagOpen = true;
-    m_pElementStack->Push(name, length);
-    m_bTextWritten = false;
+    m_pBody->tagOpen = true;
+    m_pBody->names.Push(judged);
+    m_pBody->textWritten = false;
 }
 
 void CXMLSaxWriter::EndElement() {
-    CWriterCall::RequireOpen(*this);
-    if (m_pElementStack->IsEmpty()) {
+    RequireOpen(*m_pBody);
+    if (m_pBody->names.IsEmpty()) {
         ThrowNoElementToEnd();
     }
-    if (m_nDepth > 0) {
-        --m_nDepth;
+    if (m_pBody->depth > 0) {
+        --m_pBody->depth;
     }
-    CWriterCall call(*this);
-    if (m_bTagOpen) {
+    CWriterCall call(*m_pBody);
+    if (m_pBody->tagOpen) {
         call.Run([](COutput& output) { output.Literal("/>"); });
-        m_bTagOpen = false;
+        m_pBody->tagOpen = false;
     } else {
         call.Run([&](COutput& output) {
             call.NewLine();
-            WriteTagName(output, "</", m_pElementStack->Top(), m_pElementStack->TopLength());
+            WriteTagName(output, "</", m_pBody->names.Top());
             output.Literal(">");
         });
-        m_bTextWritten = false;
+        m_pBody->textWritten = false;
     }
-    m_pElementStack->Pop();
+    m_pBody->names.Pop();
 }
 
 void CXMLSaxWriter::Characters(const char* text) {
-    CWriterCall::RequireOpen(*this);
-    CWriterCall call(*this);
+    RequireOpen(*m_pBody);
+    CWriterCall call(*m_pBody);
     call.Run([&](COutput& output) {
         call.CloseTag();
         output.Escaped(text);
     });
-    m_bTextWritten = true;
+    m_pBody->textWritten = true;
 }
 
 void CXMLSaxWriter::Data(const unsigned char* data, long length, bool cdata) {
-    CWriterCall::RequireOpen(*this);
+    RequireOpen(*m_pBody);
     const CBase64Text text(data, length < 1 ? 0 : static_cast<std::size_t>(length));
-    CWriterCall call(*this);
+    CWriterCall call(*m_pBody);
     call.Run([&](COutput& output) {
         call.CloseTag();
         output.Base64(text, cdata);
     });
-    m_bTextWritten = true;
+    m_pBody->textWritten = true;
 }
 
 void CXMLSaxWriter::Date(int year, int month, int day) {

@@ -1,16 +1,21 @@
 // Internal. CStringStack: the names of the open elements of a streaming writer.
 //
-//   stack := (name 0 length)*        one block; the length, behind each name, leads back to its beginning
+//   stack := (name 0 known length)*    one block; the length, behind each name, leads back to its
+//                                      beginning
 //
-// One block instead of one for each name: an element costs no allocation, and a million levels need little more
-// than their names.
+// One block instead of one for each name: an element costs no allocation, and a million levels need
+// little more than their names. What is known of a name is kept with it, so that its end tag needs no
+// second look at it.
 #ifndef NORVASK_WRITE_STRING_STACK_H
 #define NORVASK_WRITE_STRING_STACK_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <new>
+
+#include "foundation/known_text.h"
 
 namespace norvask {
 
@@ -32,22 +37,22 @@ public:
         }
     }
     // Throws std::bad_alloc, but not right behind a Reserve.
-    void Push(const char* name, std::size_t length) {
-        Reserve(length);
-        char* end = m_pBlock.get() + m_nUsed;
-        std::memcpy(end, name, length);
-        end[length] = '\0';
-        std::memcpy(end + length + 1, &length, sizeof(length));
-        m_nUsed += length + OVERHEAD;
+    void Push(const SKnownText& name) {
+        Reserve(name.length);
+        Append(name.text, name.length + 1);
+        const Known known = static_cast<Known>(name.known);
+        Append(&known, sizeof(known));
+        Append(&name.length, sizeof(name.length));
     }
 
-    // The topmost name, terminated, until the next Push, Pop or Reserve. Not to be asked when there is none,
-    // like the two below.
-    const char* Top() const noexcept { return m_pBlock.get() + m_nUsed - OVERHEAD - TopLength(); }
-    std::size_t TopLength() const noexcept {
-        std::size_t length = 0;
-        std::memcpy(&length, m_pBlock.get() + m_nUsed - sizeof(length), sizeof(length));
-        return length;
+    // The topmost name, until the next Push, Pop or Reserve. Not to be asked when there is none, like
+    // Pop.
+    SKnownText Top() const noexcept {
+        const std::size_t length = TopLength();
+        const char* const text = m_pBlock.get() + m_nUsed - OVERHEAD - length;
+        Known known = 0;
+        std::memcpy(&known, text + length + 1, sizeof(known));
+        return {text, length, known};
     }
     void Pop() noexcept {
         m_nUsed -= TopLength() + OVERHEAD;
@@ -58,9 +63,21 @@ public:
     }
 
 private:
-    static const std::size_t OVERHEAD = 1 + sizeof(std::size_t);
+    using Known = std::uint16_t;
+
+    static const std::size_t OVERHEAD = 1 + sizeof(Known) + sizeof(std::size_t);
     // A block up to this size stays for the next document.
     static const std::size_t KEPT = 4096;
+
+    std::size_t TopLength() const noexcept {
+        std::size_t length = 0;
+        std::memcpy(&length, m_pBlock.get() + m_nUsed - sizeof(length), sizeof(length));
+        return length;
+    }
+    void Append(const void* bytes, std::size_t length) noexcept {
+        std::memcpy(m_pBlock.get() + m_nUsed, bytes, length);
+        m_nUsed += length;
+    }
 
     void Grow(std::size_t needed) {
         std::size_t capacity = m_nCapacity == 0 ? 256 : 2 * m_nCapacity;

@@ -3,8 +3,7 @@
 #ifndef NORVASK_WRITE_TREE_MARKUP_H
 #define NORVASK_WRITE_TREE_MARKUP_H
 
-#include "foundation/errors.h"
-#include "foundation/text_rules.h"
+#include "foundation/known_text.h"
 #include "tree/attribute_access.h"
 #include "tree/tree_string.h"
 #include "write/output.h"
@@ -17,13 +16,8 @@ inline bool IsPlainName(const char* name) noexcept {
     return (FlagsOf(name) & PLAIN) == PLAIN;
 }
 
-inline bool IsName(const char* name) { return HasFlag(name, STRING_VALID) || IsXmlName(name); }
-
-// Throws CXMLException (invalid name).
-inline void RequireName(const char* name) {
-    if (!IsName(name)) {
-        ThrowInvalidName(name);
-    }
+inline bool IsName(const char* name) {
+    return HasFlag(name, STRING_VALID) || JudgeName(name).Is(KNOWN_NAME);
 }
 
 // A value or a text.

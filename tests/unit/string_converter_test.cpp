@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/text_rules.h"
+#include "foundation/known_text.h"
 #include "support/random_text.h"
 #include "write/output.h"
 
@@ -32,6 +32,8 @@ std::string EscapedFast(const std::string& text, std::size_t before = 0) {
     output.Flush();
     return out.str().substr(before);
 }
+
+bool IsName(const char* text) { return JudgeName(text).Is(KNOWN_NAME); }
 
 TEST(StringConverter, EscapesMarkupAndDropsControlCharacters) {
     struct Row {
@@ -119,9 +121,9 @@ TEST(StringConverter, JudgesNames) {
     };
     for (const Row& row : rows) {
         EXPECT_EQ(CStringConverter(row.name).IsValidName(), row.valid) << row.name;
-        EXPECT_EQ(IsXmlName(row.name), row.valid) << row.name;
+        EXPECT_EQ(IsName(row.name), row.valid) << row.name;
     }
-    EXPECT_FALSE(IsXmlName(nullptr));
+    EXPECT_FALSE(IsName(nullptr));
     EXPECT_FALSE(CStringConverter(nullptr).IsValidName());
 }
 
@@ -131,14 +133,14 @@ TEST(StringConverter, TheFastWayJudgesGeneratedNamesAlike) {
     for (int i = 0; i < 4000; ++i) {
         const std::string name = random.Bytes(1 + random.Number(6));
         const bool plain = CStringConverter(name.c_str()).IsValidName();
-        ASSERT_EQ(IsXmlName(name.c_str()), plain) << name;
+        ASSERT_EQ(IsName(name.c_str()), plain) << name;
         valid += plain ? 1 : 0;
     }
     for (int c = 1; c < 128; ++c) {
         const std::string first(1, static_cast<char>(c));
-        ASSERT_EQ(IsXmlName(first.c_str()), CStringConverter(first.c_str()).IsValidName()) << c;
+        ASSERT_EQ(IsName(first.c_str()), CStringConverter(first.c_str()).IsValidName()) << c;
         const std::string second = "a" + first;
-        ASSERT_EQ(IsXmlName(second.c_str()), CStringConverter(second.c_str()).IsValidName()) << c;
+        ASSERT_EQ(IsName(second.c_str()), CStringConverter(second.c_str()).IsValidName()) << c;
     }
     EXPECT_GT(valid, 400);
     EXPECT_LT(valid, 3900);
@@ -154,11 +156,13 @@ TEST(StringConverter, TellsLayoutFromContent) {
         {" x ", false}, {" ", false}, {"\n\xC2\xA0", false}, {"\v", false},    {"\tx", false},
     };
     for (const Row& row : rows) {
-        EXPECT_EQ(CStringConverter(row.text).IsFormattingWhitespace(), row.layout) << row.text;
         const std::string narrow(row.text);
         const std::u16string wide(narrow.begin(), narrow.end());
-        EXPECT_EQ(IsLayout(narrow.data(), narrow.size()), row.layout) << row.text;
-        EXPECT_EQ(IsLayout(wide.data(), wide.size()), row.layout) << row.text;
+        EXPECT_EQ(CStringConverter::IsFormattingWhitespace(narrow.data(), narrow.size()),
+                  row.layout)
+            << row.text;
+        EXPECT_EQ(CStringConverter::IsFormattingWhitespace(wide.data(), wide.size()), row.layout)
+            << row.text;
     }
 }
 

@@ -1,4 +1,5 @@
-#include "foundation/dom_string.h"
+// CDOMString: asks the manager which converter is in force, for every string.
+#include "load/dom_string.h"
 
 #include "foundation/utf8.h"
 #include "norvask/manager.h"

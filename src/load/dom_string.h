@@ -1,6 +1,6 @@
 // Internal. CDOMString: a parser string as a narrow string, through the converter in force.
-#ifndef NORVASK_FOUNDATION_DOM_STRING_H
-#define NORVASK_FOUNDATION_DOM_STRING_H
+#ifndef NORVASK_LOAD_DOM_STRING_H
+#define NORVASK_LOAD_DOM_STRING_H
 
 namespace norvask {
 
