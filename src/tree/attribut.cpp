@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "foundation/value_text.h"
-#include "norvask/sax_handler.h"
 #include "tree/attribute_strings.h"
 
 namespace norvask {
@@ -75,25 +74,23 @@ void CXMLAttribut::SetValue(const char* value) {
 }
 
 bool CXMLAttribut::GetDateValue(int& year, int& month, int& day) {
-    return CXMLSaxHandler::GetDate(GetValue(), year, month, day);
+    return ReadDate(GetValue(), year, month, day);
 }
 
 bool CXMLAttribut::GetDateTimeValue(int& year, int& month, int& day, int& hour, int& minute,
                                     int& second) {
-    return CXMLSaxHandler::GetDateTime(GetValue(), year, month, day, hour, minute, second);
+    return ReadDateTime(GetValue(), year, month, day, hour, minute, second);
 }
 
 bool CXMLAttribut::GetTimeValue(int& hour, int& minute, int& second) {
-    return CXMLSaxHandler::GetTime(GetValue(), hour, minute, second);
+    return ReadTime(GetValue(), hour, minute, second);
 }
 
-bool CXMLAttribut::GetDoubleValue(double& value) {
-    return CXMLSaxHandler::GetDouble(GetValue(), value);
-}
+bool CXMLAttribut::GetDoubleValue(double& value) { return ReadDouble(GetValue(), value); }
 
-bool CXMLAttribut::GetLongValue(long& value) { return CXMLSaxHandler::GetLong(GetValue(), value); }
+bool CXMLAttribut::GetLongValue(long& value) { return ReadLong(GetValue(), value); }
 
-bool CXMLAttribut::GetBoolValue(bool& value) { return CXMLSaxHandler::GetBool(GetValue(), value); }
+bool CXMLAttribut::GetBoolValue(bool& value) { return ReadBool(GetValue(), value); }
 
 void CXMLAttribut::SetDateValue(int year, int month, int day) {
     SValueText text;

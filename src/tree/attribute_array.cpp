@@ -20,7 +20,8 @@ std::size_t ArrayBytes(std::uint32_t capacity) noexcept {
 
 void SetCapacity(SElementBody* body, std::uint32_t capacity) {
     CArena& arena = TreeOf(body).Arena();
-    SAttributeArray* const grown = new (arena.AllocatePlain(ArrayBytes(capacity))) SAttributeArray();
+    SAttributeArray* const grown =
+        new (arena.AllocatePlain(ArrayBytes(capacity))) SAttributeArray();
     SAttributeArray* const old = body->attributes;
     if (old == nullptr) {
         grown->used = 1;

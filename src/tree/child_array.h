@@ -36,8 +36,7 @@ inline std::uint32_t ArrayFront(const SChildArray& array) noexcept {
     return array.shape >> SHAPE_FRONT_SHIFT;
 }
 inline std::uint32_t ChildCapacity(const SElementBody* body) noexcept {
-    return HasFlag(body, BODY_OUTGROWN) ? ArrayCapacity(body->children.many)
-                                        : FIRST_CHILD_CAPACITY;
+    return HasFlag(body, BODY_OUTGROWN) ? ArrayCapacity(body->children.many) : FIRST_CHILD_CAPACITY;
 }
 
 // Makes room for `count` children in all, for an element that is given them one behind the other. Throws
@@ -47,11 +46,10 @@ void ReserveChildren(SElementBody* body, std::size_t count);
 // Makes room for one more child at this index, so that it can be put there without failing. Throws std::bad_alloc.
 void ReserveChildSlowly(SElementBody* body, std::uint32_t index);
 inline void ReserveLastChild(SElementBody* body) {
-    const bool hasRoom =
-        HasFlag(body, BODY_OUTGROWN)
-            ? ArrayFront(body->children.many) + body->children.many.used !=
-                  ArrayCapacity(body->children.many)
-            : body->children.few[0] == nullptr;
+    const bool hasRoom = HasFlag(body, BODY_OUTGROWN)
+                             ? ArrayFront(body->children.many) + body->children.many.used !=
+                                   ArrayCapacity(body->children.many)
+                             : body->children.few[0] == nullptr;
     if (!hasRoom) {
         ReserveChildSlowly(body, ChildCount(body));
     }

@@ -5,7 +5,7 @@
 #include <memory>
 #include <new>
 
-#include "norvask/manager.h"
+#include "foundation/parser_state.h"
 #include "tree/document_body.h"
 #include "tree/node_copy.h"
 #include "tree/node_ending.h"
@@ -94,11 +94,9 @@ CXMLNode* CXMLDocument::CreateRoot(const char* name) {
 }
 
 CXMLDocument* CXMLDocument::Clone() {
+    RequireParserInitialised();
     std::unique_ptr<CXMLDocument, SDelete> clone(
-        CXMLManager::GetInstance().CreateDocument(m_pBody->dtdName, m_pBody->dtdPath));
-    if (clone == nullptr) {
-        throw std::bad_alloc();
-    }
+        CDocumentAccess::New(m_pBody->dtdName, m_pBody->dtdPath));
     CXMLNode* root = m_pBody->root;
     if (root != nullptr) {
         CopyContent(root, clone->CreateRoot(root->GetTagName()));

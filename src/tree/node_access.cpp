@@ -60,8 +60,7 @@ SNodeBody* CNodeAccess::NewDerivedElement(const char* name, CXMLNode* parent) {
     CTree* const tree = CTree::Create();
     try {
         CNameUse use = tree->Names().Use(JudgeText(name));
-        SNodeBody* const body =
-            NewDerivedBody<SElementBody>(*tree, CXMLNode::NODE_ELEMENT, parent);
+        SNodeBody* const body = NewDerivedBody<SElementBody>(*tree, CXMLNode::NODE_ELEMENT, parent);
         static_cast<SElementBody*>(body)->name = use.Keep();
         return body;
     } catch (...) {

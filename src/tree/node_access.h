@@ -30,7 +30,9 @@ public:
         node->m_nBody = Number(body) | (node->m_nBody & OBJECT_BITS);
     }
 
-    static bool IsParent(const CXMLNode* node) noexcept { return (node->m_nBody & PARENT_BIT) != 0; }
+    static bool IsParent(const CXMLNode* node) noexcept {
+        return (node->m_nBody & PARENT_BIT) != 0;
+    }
     static void SetParent(CXMLNode* node) noexcept { node->m_nBody |= PARENT_BIT; }
 
     // The body that was made behind an object in a block, whichever body it shows now.

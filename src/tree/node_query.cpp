@@ -82,7 +82,8 @@ private:
     std::size_t m_nLength;
     const char* m_pRest;
     CTree* m_pTree;
-    CTreeString m_Known;  // the constant "", which is no name of a tree, when the tree does not have it
+    CTreeString
+        m_Known;  // the constant "", which is no name of a tree, when the tree does not have it
 };
 
 // The innermost element of the walk is being asked for the step of its depth.

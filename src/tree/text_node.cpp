@@ -3,10 +3,11 @@
 
 #include <new>
 
+#include "foundation/base64.h"
 #include "foundation/errors.h"
-#include "foundation/parser_text.h"
+#include "foundation/known_text.h"
+#include "foundation/shared_block.h"
 #include "foundation/value_text.h"
-#include "norvask/sax_handler.h"
 #include "tree/node_access.h"
 
 namespace norvask {
@@ -37,6 +38,9 @@ CXMLBinNode* CXMLTextNode::CreateBinChild() { ThrowNotSupportedByLeaf(); }
 void CXMLTextNode::SetAttribute(const char*, const char*) { ThrowNotSupportedByLeaf(); }
 CXMLNode::NodeType CXMLTextNode::GetNodeType() { return NODE_TEXT; }
 const char* CXMLTextNode::GetTextChildValue() { ThrowNotSupportedByLeaf(); }
+void CXMLTextNode::SetTextChildValue(const char*) { ThrowNotSupportedByLeaf(); }
+CXMLNode** CXMLTextNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullptr); }
+
 void CXMLTextNode::SetText(const char* text) {
     STextBody* const body = CNodeAccess::TextOf(this);
     // Whatever becomes of it, the old text goes last: the new one may be a part of it.
@@ -89,28 +93,26 @@ const char* CXMLTextNode::GetText() { return StoredText(this); }
 
 // Typed values are read from the stored text, whatever an override of GetText makes of it.
 bool CXMLTextNode::GetDateText(int& year, int& month, int& day) {
-    return CXMLSaxHandler::GetDate(StoredText(this), year, month, day);
+    return ReadDate(StoredText(this), year, month, day);
 }
 
 bool CXMLTextNode::GetDateTimeText(int& year, int& month, int& day, int& hour, int& minute,
                                    int& second) {
-    return CXMLSaxHandler::GetDateTime(StoredText(this), year, month, day, hour, minute, second);
+    return ReadDateTime(StoredText(this), year, month, day, hour, minute, second);
 }
 
 bool CXMLTextNode::GetTimeText(int& hour, int& minute, int& second) {
-    return CXMLSaxHandler::GetTime(StoredText(this), hour, minute, second);
+    return ReadTime(StoredText(this), hour, minute, second);
 }
 
-bool CXMLTextNode::GetDoubleText(double& value) {
-    return CXMLSaxHandler::GetDouble(StoredText(this), value);
-}
+bool CXMLTextNode::GetDoubleText(double& value) { return ReadDouble(StoredText(this), value); }
 
-bool CXMLTextNode::GetLongText(long& value) { return CXMLSaxHandler::GetLong(StoredText(this), value); }
+bool CXMLTextNode::GetLongText(long& value) { return ReadLong(StoredText(this), value); }
 
-bool CXMLTextNode::GetBoolText(bool& value) { return CXMLSaxHandler::GetBool(StoredText(this), value); }
+bool CXMLTextNode::GetBoolText(bool& value) { return ReadBool(StoredText(this), value); }
 
 bool CXMLTextNode::GetBinaryText(unsigned char*& data, std::size_t& length) {
-    return CXMLSaxHandler::GetData(StoredText(this), data, length);
+    return CSharedBlock::Decode(StoredText(this), data, length);
 }
 
 }  // namespace norvask

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <cstring>
 
+#include "foundation/markup.h"
 #include "foundation/parser_text.h"
 #include "foundation/string_converter.h"
-#include "foundation/text_rules.h"
 #include "foundation/utf8.h"
 
 #if defined(__SSE2__)

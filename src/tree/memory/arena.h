@@ -37,7 +37,8 @@ public:
     // A tagged block; `page` is where it lies. Throw std::bad_alloc.
     void* AllocateTagged(std::size_t bytes, SPage*& page) {
         bytes = TaggedSize(bytes);
-        if (FitsCursor(bytes, LARGEST_TAGGED) && (m_pFree == nullptr || !m_pFree->tagged.Has(bytes))) {
+        if (FitsCursor(bytes, LARGEST_TAGGED) &&
+            (m_pFree == nullptr || !m_pFree->tagged.Has(bytes))) {
             page = m_pCurrent;
             return TakeFromCursor(bytes);
         }
@@ -45,7 +46,8 @@ public:
     }
     void* AllocatePlain(std::size_t bytes) {
         bytes = PlainSize(bytes);
-        if (FitsCursor(bytes, LARGEST_PLAIN) && (m_pFree == nullptr || !m_pFree->plain.Has(bytes))) {
+        if (FitsCursor(bytes, LARGEST_PLAIN) &&
+            (m_pFree == nullptr || !m_pFree->plain.Has(bytes))) {
             return TakeFromCursor(bytes);
         }
         return AllocatePlainSlowly(bytes);
@@ -70,8 +72,8 @@ private:
 
     // Made when the first block is freed: most trees are built, read and dropped.
     struct SFree {
-        CFreeBlocks tagged;         // with their pages
-        CFreeBlocks plain;          // without
+        CFreeBlocks tagged;          // with their pages
+        CFreeBlocks plain;           // without
         std::size_t bytesSince = 0;  // freed since blocks were merged
     };
 

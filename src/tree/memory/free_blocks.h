@@ -53,7 +53,8 @@ public:
             return bytes / BLOCK_UNIT;
         }
         const std::size_t larger = (bytes - LARGER_FROM) / LARGER_UNIT;
-        return LARGER_CLASS + (larger < CLASSES - LARGER_CLASS ? larger : CLASSES - 1 - LARGER_CLASS);
+        return LARGER_CLASS +
+               (larger < CLASSES - LARGER_CLASS ? larger : CLASSES - 1 - LARGER_CLASS);
     }
 
     // Whether there is a block of the class of this request.

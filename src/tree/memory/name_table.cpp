@@ -105,8 +105,7 @@ CNameTable::SName* CNameTable::Add(const SNameLookUp& lookUp, unsigned int known
         Grow();
     }
     SPage* page = nullptr;
-    void* const block =
-        m_Tree.Arena().AllocateTagged(sizeof(SName) + lookUp.length + 1, page);
+    void* const block = m_Tree.Arena().AllocateTagged(sizeof(SName) + lookUp.length + 1, page);
     SName*& bucket = m_ppBuckets[lookUp.hash & (m_nBuckets - 1)];
     SName* const name =
         new (block) SName{bucket, lookUp.hash, 1, static_cast<std::uint32_t>(lookUp.length), 0};

@@ -66,7 +66,8 @@ struct SNameLookUp {
 
 class CNameTable {
 public:
-    explicit CNameTable(CTree& tree) noexcept : m_Tree(tree), m_ppBuckets(nullptr), m_nBuckets(0), m_nNames(0) {}
+    explicit CNameTable(CTree& tree) noexcept
+        : m_Tree(tree), m_ppBuckets(nullptr), m_nBuckets(0), m_nNames(0) {}
     CNameTable(const CNameTable&) = delete;
     CNameTable& operator=(const CNameTable&) = delete;
 

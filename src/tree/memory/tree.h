@@ -56,7 +56,9 @@ public:
 
     // The index of the elements with very many attributes; NULL until there was one. Making it throws
     // std::bad_alloc.
-    CAttributeIndex* Index() const noexcept { return m_pRare == nullptr ? nullptr : m_pRare->index.get(); }
+    CAttributeIndex* Index() const noexcept {
+        return m_pRare == nullptr ? nullptr : m_pRare->index.get();
+    }
     CAttributeIndex& MadeIndex();
 
 private:

@@ -20,8 +20,8 @@ alignas(CTreeString::ALIGNMENT) CTreeString::SEmpty CTreeString::s_Empty = {
 
 CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
                         unsigned int flags) noexcept {
-    SStringTag* const tag = new (block) SStringTag{
-        DistanceTo(page, block), {SStringTag::With(flags | text.known, text.length)}};
+    SStringTag* const tag = new (block)
+        SStringTag{DistanceTo(page, block), {SStringTag::With(flags | text.known, text.length)}};
     char* const characters = reinterpret_cast<char*>(tag + 1);
     std::memmove(characters, text.text, text.length);  // a part of the string that it replaces
     characters[text.length] = '\0';

@@ -22,8 +22,8 @@
 
 namespace norvask {
 
-// The flags of a tag; the lowest are those of EKnown.
-enum EStringFlag : std::uint16_t {
+// The flags of a tag; the lowest are what is known of the text (known_text.h).
+enum EStringFlag : unsigned int {
     STRING_KNOWN = KNOWN_UTF8 | KNOWN_ASCII | KNOWN_NAME,
     STRING_STATIC = 8,     // a constant: nobody retains or frees it
     STRING_SHOWN = 16,     // was retained from outside of its tree, and may still be
@@ -67,8 +67,7 @@ public:
     SKnownText Known() const noexcept {
         const std::uint16_t flags = Flags();
         const std::size_t length = flags >> SStringTag::LENGTH_SHIFT;
-        return {m_pText,
-                length == SStringTag::LENGTH_UNKNOWN ? std::strlen(m_pText) : length,
+        return {m_pText, length == SStringTag::LENGTH_UNKNOWN ? std::strlen(m_pText) : length,
                 static_cast<unsigned int>(flags & STRING_KNOWN)};
     }
     bool Is(unsigned int flags) const noexcept { return (Flags() & flags) == flags; }
