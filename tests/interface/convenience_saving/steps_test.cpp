@@ -14,7 +14,7 @@
 #include <cstring>
 #include <string>
 
-#include "convenience_saving.h"
+#include "interface/convenience_saving/saving.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "convenience_saving.h"
+#include "interface/convenience_saving/saving.h"
 
 using namespace norvask;
 using namespace norvask_test;

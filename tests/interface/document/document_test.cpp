@@ -1,4 +1,4 @@
-// Documents: the root, the DTD reference, and ending. Clone is in copy_test.cpp.
+// Documents: the root, the DTD reference, and ending. Clone is in node/copy_test.cpp.
 #include <norvask/norvask.h>
 
 #include <string>

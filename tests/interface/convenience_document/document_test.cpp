@@ -12,7 +12,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "convenience_client.h"
+#include "interface/convenience/client.h"
 #include "support/derived.h"
 #include "support/loading.h"
 #include "support/recording_handler.h"

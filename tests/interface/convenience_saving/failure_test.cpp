@@ -10,7 +10,7 @@
 #include <new>
 #include <string>
 
-#include "convenience_saving.h"
+#include "interface/convenience_saving/saving.h"
 #include "support/files.h"
 #include "support/sanitizers.h"
 

@@ -1,4 +1,4 @@
-// What convenience_client.cpp does for the tests.
+// What client.cpp does for the tests.
 #ifndef NORVASK_TESTS_INTERFACE_CONVENIENCE_CLIENT_H
 #define NORVASK_TESTS_INTERFACE_CONVENIENCE_CLIENT_H
 

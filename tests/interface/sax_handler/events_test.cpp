@@ -1,5 +1,5 @@
 // Which callbacks a document gives, with which strings, in which order: elements, attributes, text and
-// CDATA sections. Namespaces and document types are in callback_names_test.cpp.
+// CDATA sections. Namespaces and document types are in names_test.cpp.
 #include <gtest/gtest.h>
 #include <norvask/norvask.h>
 

@@ -1,5 +1,5 @@
 // CXMLAttribut by itself: strings and typed values. Attributes of elements are in
-// element_attributes_test.cpp, copies in attribute_sharing_test.cpp.
+// node/attributes_test.cpp, copies in sharing_test.cpp.
 #include <norvask/norvask.h>
 
 #include <climits>

@@ -1,7 +1,7 @@
 // A client that uses every convenience once. It is compiled into the interface tests, which call it, and
 // on its own the way other clients are built: without exceptions and RTTI, and as C++20
 // (tests/CMakeLists.txt). So it does without GoogleTest.
-#include "convenience_client.h"
+#include "interface/convenience/client.h"
 
 #include <norvask/norvask.h>
 
