@@ -1,4 +1,4 @@
-// Loads with every parameter named, and the text that a failed load must give.
+// Loads with every parameter named.
 #ifndef NORVASK_TESTS_SUPPORT_LOADING_H
 #define NORVASK_TESTS_SUPPORT_LOADING_H
 
@@ -39,24 +39,19 @@ inline SLoad ValidateWithSchema(const std::string& location, bool hasNamespace =
 }
 
 inline Document LoadFile(const std::string& fileName, const SLoad& how = SLoad()) {
-    return Document(norvask::CXMLManager::GetInstance().LoadDocument(
-        fileName.c_str(), how.validate, how.doSchema,
-        how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
-        how.keepPrefixes));
+    return Document(
+        Manager().LoadDocument(fileName.c_str(), how.validate, how.doSchema,
+                               how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(),
+                               how.schemaHasNamespace, how.keepPrefixes));
 }
 
 // From a block of exactly the document's size, so that a read behind its end is found.
 inline Document LoadMemory(const std::string& xml, const SLoad& how = SLoad()) {
     std::vector<unsigned char> bytes(xml.begin(), xml.end());
-    return Document(norvask::CXMLManager::GetInstance().LoadDocument(
+    return Document(Manager().LoadDocument(
         bytes.data(), static_cast<unsigned int>(bytes.size()), how.validate, how.doSchema,
         how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
         how.keepPrefixes));
-}
-
-inline std::string LoadError(const std::string& file, int line, const std::string& message) {
-    return "Load error:\nFile: '" + file + "'  Line '" + std::to_string(line) + "':\n\n'" +
-           message + "'";
 }
 
 }  // namespace norvask_test

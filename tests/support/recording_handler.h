@@ -88,20 +88,19 @@ private:
 
 inline void LoadFile(const std::string& fileName, norvask::CXMLSaxHandler& handler,
                      const SLoad& how = SLoad()) {
-    norvask::CXMLManager::GetInstance().LoadDocument(
-        fileName.c_str(), &handler, how.validate, how.doSchema,
-        how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
-        how.keepPrefixes);
+    Manager().LoadDocument(fileName.c_str(), &handler, how.validate, how.doSchema,
+                           how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(),
+                           how.schemaHasNamespace, how.keepPrefixes);
 }
 
 // From a block of exactly the document's size, so that a read behind its end is found.
 inline void LoadMemory(const std::string& xml, norvask::CXMLSaxHandler& handler,
                        const SLoad& how = SLoad()) {
     std::vector<unsigned char> bytes(xml.begin(), xml.end());
-    norvask::CXMLManager::GetInstance().LoadDocument(
-        bytes.data(), static_cast<unsigned int>(bytes.size()), &handler, how.validate, how.doSchema,
-        how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
-        how.keepPrefixes);
+    Manager().LoadDocument(bytes.data(), static_cast<unsigned int>(bytes.size()), &handler,
+                           how.validate, how.doSchema,
+                           how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(),
+                           how.schemaHasNamespace, how.keepPrefixes);
 }
 
 // The transcript of a load that succeeds.

@@ -1,35 +1,16 @@
 // Whole documents while allocations fail: built by hand, saved, read and deleted; and the objects that
 // stand alone, attributes and exceptions.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <new>
 #include <ostream>
 #include <streambuf>
-#include <string>
 #include <string_view>
 
 #include "allocation/failing_new.h"
 #include "allocation/sample_tree.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask::CXMLDocument;
-using norvask::CXMLNode;
-using norvask_test::Callers;
-using norvask_test::CFailAllocation;
-using norvask_test::Document;
-using norvask_test::Failing;
-using norvask_test::kLong;
-using norvask_test::kLonger;
-using norvask_test::LiveBlocks;
-using norvask_test::NewDocument;
-using norvask_test::Saved;
-using norvask_test::STree;
-using norvask_test::TreeText;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 TEST(AllocationFailureDocument, LeavesNothingOfATreeBuiltByHand) {
     const auto build = [](int size) {
         Document document = NewDocument("r", "r.dtd");
@@ -56,8 +37,7 @@ TEST(AllocationFailureDocument, LeavesNothingOfATreeBuiltByHand) {
                 try {
                     document = build(30);
                 } catch (...) {
-                    EXPECT_TRUE(norvask_test::CaughtBadAlloc() ||
-                                norvask_test::CaughtOutOfMemory());
+                    EXPECT_TRUE(CaughtBadAlloc() || CaughtOutOfMemory());
                 }
                 refused = fail.Failed();
                 fail.Disarm();
@@ -79,7 +59,7 @@ TEST(AllocationFailureDocument, MakesCreateDocumentAnswerNull) {
         bool refused = false;
         {
             CFailAllocation fail(n, Callers::Everything, Failing::One);
-            document = norvask::CXMLManager::GetInstance().CreateDocument("r", kLong.c_str());
+            document = Manager().CreateDocument("r", kLong.c_str());
             refused = fail.Failed();
         }
         if (document) document->Delete();
@@ -143,7 +123,7 @@ TEST(AllocationFailureDocument, GivesAStreamTheBeginningOfTheDocument) {
                         tree.document->Save(out, format);
                     } catch (...) {
                         thrown = true;
-                        known = norvask_test::CaughtBadAlloc() || norvask_test::CaughtOutOfMemory();
+                        known = CaughtBadAlloc() || CaughtOutOfMemory();
                     }
                     refused = fail.Failed();
                 }
@@ -189,8 +169,7 @@ TEST(AllocationFailureDocument, DoesNotStopWhatEndsOrReads) {
         EXPECT_EQ(tree.document->GetDTDName(), nullptr);
     }
     {
-        CXMLDocument* document =
-            norvask::CXMLManager::GetInstance().CreateDocument(nullptr, nullptr);
+        CXMLDocument* document = Manager().CreateDocument(nullptr, nullptr);
         CXMLNode* node = document->CreateRoot("r");
         for (int i = 0; i < 100000; ++i)
             node = node->CreateChild("e", nullptr);
@@ -206,15 +185,15 @@ TEST(AllocationFailureDocument, LeavesAttributesAndExceptionsThatStandAlone) {
     for (long n = 1; n < 20; ++n) {
         const long live = LiveBlocks();
         {
-            norvask::CXMLAttribut attribute("old", "value");
+            CXMLAttribut attribute("old", "value");
             CFailAllocation fail(n, Callers::Everything, Failing::One);
             try {
-                norvask::CXMLAttribut made(name.c_str(), name.c_str());
-                norvask::CXMLAttribut copy(made);
+                CXMLAttribut made(name.c_str(), name.c_str());
+                CXMLAttribut copy(made);
                 attribute.SetName(name.c_str());
                 attribute.SetValue(name.c_str());
-                norvask::CXMLException exception(3, 6, name.c_str());
-                norvask::CXMLException other(exception);
+                CXMLException exception(3, 6, name.c_str());
+                CXMLException other(exception);
             } catch (std::bad_alloc&) {
                 ++refusals;
                 fail.Disarm();

@@ -1,25 +1,13 @@
 // Loads in which an allocation of the library fails, for every one of them: the exception is
 // std::bad_alloc, or the answer is NULL where the document object itself cannot be made; nothing of the
 // document is left, and the next load is none the worse.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <cstdio>
-#include <string>
 
 #include "allocation/failing_new.h"
-#include "support/loading.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::Callers;
-using norvask_test::CFailAllocation;
-using norvask_test::Failing;
-using norvask_test::LiveBlocks;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 std::string Rich() {
@@ -47,7 +35,7 @@ struct SOutcome {
 template <typename Load>
 SOutcome Try(Load load, long n, Failing failing) {
     SOutcome outcome;
-    norvask::CXMLDocument* document = nullptr;
+    CXMLDocument* document = nullptr;
     enum { Nothing, BadAlloc, XmlError, Other } caught = Nothing;
     int id = 0;
     char text[600] = "";
@@ -56,13 +44,13 @@ SOutcome Try(Load load, long n, Failing failing) {
         CFailAllocation fail(n, Callers::Library, failing);
         try {
             document = load();
-        } catch (norvask::CXMLException& e) {
+        } catch (CXMLException& e) {
             caught = XmlError;
             id = e.GetID();
             std::snprintf(text, sizeof text, "%s", e.GetMessage());
         } catch (...) {
-            caught = norvask_test::CaughtBadAlloc() ? BadAlloc : Other;
-            std::snprintf(text, sizeof text, "%s", norvask_test::CaughtType());
+            caught = CaughtBadAlloc() ? BadAlloc : Other;
+            std::snprintf(text, sizeof text, "%s", CaughtType());
         }
         outcome.failed = fail.Failed();
     }
@@ -130,14 +118,14 @@ void ExpectEveryFailureTold(Load load, const std::string& told) {
 }
 
 template <typename Source>
-norvask::CXMLDocument* LoadMemory(Source& bytes, bool keepPrefixes, bool validate = false) {
-    return norvask::CXMLManager::GetInstance().LoadDocument(
-        reinterpret_cast<unsigned char*>(&bytes[0]), static_cast<unsigned int>(bytes.size()),
-        validate, false, nullptr, false, keepPrefixes);
+CXMLDocument* LoadMemory(Source& bytes, bool keepPrefixes, bool validate = false) {
+    return Manager().LoadDocument(reinterpret_cast<unsigned char*>(&bytes[0]),
+                                  static_cast<unsigned int>(bytes.size()), validate, false, nullptr,
+                                  false, keepPrefixes);
 }
 
 // Answers the library's own strings through a block of its own, so every conversion allocates.
-class CPlainConverter : public norvask::CWideCharToString {
+class CPlainConverter : public CWideCharToString {
 public:
     char* Convert(const char16_t* source, std::size_t length) override {
         return CWideCharToString::Convert(source, length);
@@ -160,30 +148,26 @@ TEST(AllocationFailureLoad, OfASmallDocument) {
 TEST(AllocationFailureLoad, FromAFile) {
     TemporaryFile file(".xml", Rich());
     ExpectEveryFailureTold(
-        [&] {
-            return norvask::CXMLManager::GetInstance().LoadDocument(file.Name(), false, false,
-                                                                    nullptr, false, true);
-        },
+        [&] { return Manager().LoadDocument(file.Name(), false, false, nullptr, false, true); },
         "a document");
 }
 
 TEST(AllocationFailureLoad, WithAnInstalledConverter) {
     std::string xml = Rich();
     CPlainConverter converter;
-    norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(&converter);
+    Manager().SetWideCharToStringConverter(&converter);
     for (const bool keepPrefixes : {false, true})
         ExpectEveryFailureTold([&] { return LoadMemory(xml, keepPrefixes); }, "a document");
-    norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
+    Manager().SetWideCharToStringConverter(nullptr);
 }
 
 TEST(AllocationFailureLoad, ThatEndsInAnErrorAnyway) {
     std::string malformed = "<r k='v'>text<a></r>";
     ExpectEveryFailureTold([&] { return LoadMemory(malformed, false); },
-                           "2 " + norvask_test::LoadError("Memfile", 1, "expected end of tag 'a'"));
+                           "2 " + LoadError("Memfile", 1, "expected end of tag 'a'"));
     std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
-    ExpectEveryFailureTold(
-        [&] { return LoadMemory(invalid, false, true); },
-        "2 " + norvask_test::LoadError("Memfile", 1, "no declaration found for element 'a'"));
+    ExpectEveryFailureTold([&] { return LoadMemory(invalid, false, true); },
+                           "2 " + LoadError("Memfile", 1, "no declaration found for element 'a'"));
     std::string noName = "<r k='v'>text<a \xF0\x90\x80\x80='v'/></r>";
     ExpectEveryFailureTold([&] { return LoadMemory(noName, false); },
                            "3 Invalid XML name: '\xF0\x90\x80\x80'.");

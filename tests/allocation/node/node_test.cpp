@@ -4,31 +4,15 @@
 //
 // Each operation runs on trees that are filled to different degrees, so that the arrays and the memory of
 // the tree have to grow in the middle of it once here and once there.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <functional>
 #include <new>
-#include <string>
 
 #include "allocation/failing_new.h"
 #include "allocation/sample_tree.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::Callers;
-using norvask_test::CFailAllocation;
-using norvask_test::Document;
-using norvask_test::Failing;
-using norvask_test::kLong;
-using norvask_test::kLonger;
-using norvask_test::LiveBlocks;
-using norvask_test::Saved;
-using norvask_test::STree;
-using norvask_test::TreeText;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // How a tree may look after the operation has failed: it gets the texts from before and after it.
@@ -53,8 +37,7 @@ SAttempt Attempt(Operation& operation, STree& tree, long n, Failing failing) {
         operation(tree);
     } catch (...) {
         attempt.thrown = true;
-        attempt.knownException =
-            norvask_test::CaughtBadAlloc() || norvask_test::CaughtOutOfMemory();
+        attempt.knownException = CaughtBadAlloc() || CaughtOutOfMemory();
     }
     attempt.refused = fail.Failed();
     return attempt;
@@ -70,8 +53,8 @@ void ExpectUsable(STree& tree, Operation& operation, const std::string& done) {
     tree.document->GetRoot()->SetAttribute("still", "works");
     tree.document->GetRoot()->CreateChild("still", nullptr)->CreateTextChild("works");
     tree.document->SetDTDRef(nullptr, nullptr);
-    EXPECT_EQ(TreeText(norvask_test::Load(Saved(tree.document, false))),
-              TreeText(norvask_test::Load(Saved(tree.document, true))));
+    EXPECT_EQ(TreeText(Load(Saved(tree.document, false))),
+              TreeText(Load(Saved(tree.document, true))));
 }
 
 // Runs the operation on fresh trees until no allocation is refused any more.

@@ -1,17 +1,12 @@
 // Failing allocations that need a tree of a certain state, or an object of a certain kind.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <memory>
 #include <new>
-#include <string>
 
 #include "allocation/failing_new.h"
 #include "support/derived.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
+using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 // Runs the operation with its n-th allocation failing, for every n; the number of failures.
@@ -34,11 +29,11 @@ int Failures(Operation operation) {
 
 TEST(AllocationFailureRare, DoesNotKeepAnAttributeFromBeingFound) {
     const Document document = NewDocumentWithRoot("root");
-    norvask::CXMLNode* root = document->GetRoot();
+    CXMLNode* root = document->GetRoot();
     // So many that the index of them does not fit where the tree has memory.
     for (int i = 0; i < 5000; ++i)
         root->SetAttribute(("a" + std::to_string(i)).c_str(), "v");
-    norvask::CXMLAttribut* renamed = root->GetAttributes()[4999];
+    CXMLAttribut* renamed = root->GetAttributes()[4999];
     renamed->SetName("renamed");
     CFailAllocation fail(1, Callers::Everything, Failing::AllFromThere);
     const std::string found = root->GetAttributeValue("renamed");
@@ -51,7 +46,7 @@ TEST(AllocationFailureRare, DoesNotKeepAnAttributeFromBeingFound) {
 
 TEST(AllocationFailureRare, LeavesNothingOfATextOfWhichTheNodeDoesNotFit) {
     const Document document = NewDocumentWithRoot("root");
-    norvask::CXMLNode* root = document->GetRoot();
+    CXMLNode* root = document->GetRoot();
     int failures = 0;
     for (std::size_t i = 0; i < 4000; ++i) {
         const std::string text(1 + i % 61, 'x');
@@ -78,7 +73,7 @@ TEST(AllocationFailureRare, LeavesNothingOfAnElementOfADerivedClass) {
 
 TEST(AllocationFailureRare, LeavesNothingOfATextThatIsNoUtf16) {
     const std::u16string odd = u"a\xD800z";
-    norvask::CWideCharToString converter;
+    CWideCharToString converter;
     delete[] converter.Convert(odd.c_str(), odd.size());
     const long before = LiveBlocks();
     EXPECT_GT(Failures([&] {

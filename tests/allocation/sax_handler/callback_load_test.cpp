@@ -3,29 +3,17 @@
 //
 // An attribute object for which there is no memory is a NULL in the array of its element, which then seems to
 // end there: that one element may show fewer attributes.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <algorithm>
-#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
 #include <new>
-#include <string>
-#include <vector>
 
 #include "allocation/failing_new.h"
-#include "support/loading.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask::CXMLSaxAttribut;
-using norvask_test::Callers;
-using norvask_test::CFailAllocation;
-using norvask_test::Failing;
-using norvask_test::LiveBlocks;
-using norvask_test::TemporaryFile;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 std::string Rich(int items = 60) {
@@ -45,7 +33,7 @@ std::string Rich(int items = 60) {
 // Writes each callback as a line into a block of its own, without an allocation: strings that grow do so in
 // the C++ runtime, which counts as the library. A line is the name of the callback and its strings, each ended
 // by a "|".
-class CBufferHandler : public norvask::CXMLSaxHandler {
+class CBufferHandler : public CXMLSaxHandler {
 public:
     CBufferHandler() : m_Buffer(1 << 16) {}
 
@@ -123,13 +111,13 @@ SOutcome Try(Load load, long n, Failing failing) {
             CFailAllocation fail(n, Callers::Library, failing);
             try {
                 load(handler);
-            } catch (norvask::CXMLException& e) {
+            } catch (CXMLException& e) {
                 caught = XmlError;
                 id = e.GetID();
                 std::snprintf(text, sizeof text, "%s", e.GetMessage());
             } catch (...) {
-                caught = norvask_test::CaughtBadAlloc() ? BadAlloc : Other;
-                std::snprintf(text, sizeof text, "%s", norvask_test::CaughtType());
+                caught = CaughtBadAlloc() ? BadAlloc : Other;
+                std::snprintf(text, sizeof text, "%s", CaughtType());
             }
             outcome.failed = fail.Failed();
         }
@@ -139,12 +127,12 @@ SOutcome Try(Load load, long n, Failing failing) {
             handler.Clear();
             try {
                 load(handler);
-            } catch (norvask::CXMLException&) {
+            } catch (CXMLException&) {
             }
             CBufferHandler fresh;
             try {
                 load(fresh);
-            } catch (norvask::CXMLException&) {
+            } catch (CXMLException&) {
             }
             EXPECT_EQ(handler.Transcript(), fresh.Transcript());
         }
@@ -213,21 +201,19 @@ void ExpectEveryFailureTold(Load load, const std::string& told) {
     }
 }
 
-void LoadMemory(std::string& bytes, norvask::CXMLSaxHandler& handler, bool validate = false) {
-    norvask::CXMLManager::GetInstance().LoadDocument(
-        reinterpret_cast<unsigned char*>(&bytes[0]), static_cast<unsigned int>(bytes.size()),
-        &handler, validate, false, nullptr, false, false);
+void LoadMemory(std::string& bytes, CXMLSaxHandler& handler, bool validate = false) {
+    Manager().LoadDocument(reinterpret_cast<unsigned char*>(&bytes[0]),
+                           static_cast<unsigned int>(bytes.size()), &handler, validate, false,
+                           nullptr, false, false);
 }
 
 // Answers the library's own strings through a block of its own, so every conversion allocates.
-class CPlainConverter : public norvask::CWideCharToString {
+class CPlainConverter : public CWideCharToString {
 public:
-    CPlainConverter() { norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(this); }
+    CPlainConverter() { Manager().SetWideCharToStringConverter(this); }
     CPlainConverter(const CPlainConverter&) = delete;
     CPlainConverter& operator=(const CPlainConverter&) = delete;
-    ~CPlainConverter() {
-        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
-    }
+    ~CPlainConverter() { Manager().SetWideCharToStringConverter(nullptr); }
     char* Convert(const char16_t* source, std::size_t length) override {
         return CWideCharToString::Convert(source, length);
     }
@@ -258,17 +244,16 @@ TEST(AllocationFailureCallback, FromAFile) {
     TemporaryFile file(".xml", Rich());
     ExpectEveryFailureTold(
         [&](CBufferHandler& handler) {
-            norvask::CXMLManager::GetInstance().LoadDocument(file.Name(), &handler, false, false,
-                                                             nullptr, false, false);
+            Manager().LoadDocument(file.Name(), &handler, false, false, nullptr, false, false);
         },
         "done");
 }
 
 TEST(AllocationFailureCallback, WithSourceOffsets) {
     std::string xml = Rich();
-    norvask::CXMLManager::GetInstance().SetCalculateSourceOffsets(true);
+    Manager().SetCalculateSourceOffsets(true);
     ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(xml, handler); }, "done");
-    norvask::CXMLManager::GetInstance().SetCalculateSourceOffsets(false);
+    Manager().SetCalculateSourceOffsets(false);
 }
 
 TEST(AllocationFailureCallback, WithAnInstalledConverter) {
@@ -280,11 +265,10 @@ TEST(AllocationFailureCallback, WithAnInstalledConverter) {
 TEST(AllocationFailureCallback, ThatEndsInAnErrorAnyway) {
     std::string malformed = "<r k='v'>text<a></r>";
     ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(malformed, handler); },
-                           "2 " + norvask_test::LoadError("Memfile", 1, "expected end of tag 'a'"));
+                           "2 " + LoadError("Memfile", 1, "expected end of tag 'a'"));
     std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
-    ExpectEveryFailureTold(
-        [&](CBufferHandler& handler) { LoadMemory(invalid, handler, true); },
-        "2 " + norvask_test::LoadError("Memfile", 1, "no declaration found for element 'a'"));
+    ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(invalid, handler, true); },
+                           "2 " + LoadError("Memfile", 1, "no declaration found for element 'a'"));
 }
 
 TEST(AllocationFailureCallback, OfAnAttributeChangesNothing) {

@@ -1,34 +1,18 @@
 // A document that is written element by element while allocations fail: what stands in the stream
 // is the beginning of the document, an operation that failed can be repeated, and nothing is left.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <fstream>
 #include <functional>
 #include <ios>
 #include <new>
 #include <ostream>
 #include <streambuf>
-#include <string>
-#include <vector>
 
 #include "allocation/failing_new.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writing.h"
 
-using norvask::CXMLSaxWriter;
-using norvask_test::Base64;
-using norvask_test::Callers;
-using norvask_test::CAttributes;
-using norvask_test::CFailAllocation;
-using norvask_test::Failing;
-using norvask_test::kDeclaration;
-using norvask_test::LiveBlocks;
-using norvask_test::SameBytes;
-using norvask_test::TemporaryFile;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // Keeps what is written without allocating.
@@ -97,7 +81,7 @@ public:
 private:
     void Add(Step step) { m_Steps.push_back(std::move(step)); }
 
-    const std::string m_Bytes = norvask_test::AllByteValues(1000);
+    const std::string m_Bytes = AllByteValues(1000);
     CAttributes m_Plain = {{"k", "v"}, {"", "none"}, {"l", "<&\xC3\xA9>"}};
     CAttributes m_Foreign = {{"k", "v\xFF"}, {"", "none"}, {"\xC3\xA9", "<&>"}};
     std::vector<Step> m_Steps;
@@ -117,7 +101,7 @@ bool IsBegin(const std::string& part, const std::string& whole) {
     return part.size() <= whole.size() && whole.compare(0, part.size(), part) == 0;
 }
 
-bool Known() { return norvask_test::CaughtBadAlloc() || norvask_test::CaughtOutOfMemory(); }
+bool Known() { return CaughtBadAlloc() || CaughtOutOfMemory(); }
 
 }  // namespace
 
@@ -197,7 +181,7 @@ TEST(AllocationFailureWriter, LetsAnOperationThatFailedBeRepeated) {
 // A text that is not well-formed UTF-8 is converted while it is written. What came before is
 // written then, and the document goes on behind it.
 TEST(AllocationFailureWriter, GoesOnBehindATextThatFailedInTheMiddle) {
-    const std::string begin = std::string(kDeclaration) + "<r>";
+    const std::string begin = kDeclaration + "<r>";
     const std::string text = "good \xFF bad";
     long refusals = 0;
     for (long n = 1;; ++n) {
@@ -221,7 +205,7 @@ TEST(AllocationFailureWriter, GoesOnBehindATextThatFailedInTheMiddle) {
             }
             EXPECT_EQ(thrown, refused);
             const std::string written = buffer.Bytes();
-            const std::string element = std::string(kDeclaration) + "\r\n<r>";
+            const std::string element = kDeclaration + "\r\n<r>";
             EXPECT_TRUE(IsBegin(written, element + "good \xEF\xBF\xBD bad"));
             writer.Characters("more");
             writer.EndElement();
@@ -252,7 +236,7 @@ TEST(AllocationFailureWriter, LeavesNothingOfARefusal) {
             const auto count = [&](const auto& call) {
                 try {
                     call();
-                } catch (norvask::CXMLException&) {
+                } catch (CXMLException&) {
                     ++refusals;
                 } catch (...) {
                     ++refusals;
@@ -294,7 +278,7 @@ TEST(AllocationFailureWriter, LeavesNothingOfAFileAndStartsAgain) {
                     CFailAllocation fail(n, Callers::Everything, Failing::One);
                     try {
                         writer.StartDocument(file.Name(), false);
-                    } catch (norvask::CXMLException& e) {
+                    } catch (CXMLException& e) {
                         known = e.GetID() == 1;
                     } catch (...) {
                         known = Known();
@@ -310,7 +294,7 @@ TEST(AllocationFailureWriter, LeavesNothingOfAFileAndStartsAgain) {
             EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
             EXPECT_EQ(std::ifstream(file.Name()).good(), ended);
             if (ended) {
-                EXPECT_EQ(file.Content(), std::string(kDeclaration) + "<a/>");
+                EXPECT_EQ(file.Content(), kDeclaration + "<a/>");
             }
             if (!refused) break;
             ++refusals;

@@ -9,27 +9,19 @@
 // The one exception: with keepPrefixes a default namespace is kept as an attribute "xmlns:", which no parser
 // reads back. Documents with such an attribute must fail in the second load, with that reason and no other;
 // and once XMLNameDefaultNamespaces has renamed it they must take the round trip as well, with an edit.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <algorithm>
-#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <string>
 #include <system_error>
-#include <vector>
 
-#include "support/loading.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
+using namespace norvask;
+using namespace norvask_test;
 namespace fs = std::filesystem;
-using norvask_test::Document;
-using norvask_test::LoadFile;
-using norvask_test::Saved;
 
 namespace {
 
@@ -118,10 +110,10 @@ bool ShowsDefaultNamespace(const std::string& saved) {
 }
 
 // "" if the load fails for the reason above, else what happens.
-std::string WrongWithFailure(const std::string& path, const norvask_test::SLoad& how) {
+std::string WrongWithFailure(const std::string& path, const SLoad& how) {
     try {
         LoadFile(path, how);
-    } catch (norvask::CXMLException& e) {
+    } catch (CXMLException& e) {
         const std::string text = e.GetMessage();
         const std::string reason = "':\n\n'invalid attribute name 'xmlns:''";
         const bool isReason = e.GetID() == 2 && text.size() > reason.size() &&
@@ -133,16 +125,15 @@ std::string WrongWithFailure(const std::string& path, const norvask_test::SLoad&
 
 // Edits a document with kept default namespaces and saves it to where one of its kind is, so that it can
 // be read back. Whether that gives the same document.
-bool ReadsBackOnceNamed(Document& document, const std::string& place,
-                        const norvask_test::SLoad& how) {
+bool ReadsBackOnceNamed(Document& document, const std::string& place, const SLoad& how) {
     document->GetRoot()->CreateChild("edited", nullptr)->SetTextChildValue("here");
-    EXPECT_GT(norvask::XMLNameDefaultNamespaces(*document), 0U);
-    norvask::XMLSaveSafely(*document, place, false);
+    EXPECT_GT(XMLNameDefaultNamespaces(*document), 0U);
+    XMLSaveSafely(*document, place, false);
     const std::string saved = Saved(document);
     EXPECT_FALSE(ShowsDefaultNamespace(saved));
     Document again = LoadFile(place, how);
     EXPECT_TRUE(ShowsDefaultNamespace(Saved(again))) << "the declarations are gone";
-    norvask::XMLNameDefaultNamespaces(*again);
+    XMLNameDefaultNamespaces(*again);
     return Saved(again) == saved;
 }
 
@@ -165,7 +156,7 @@ TEST_P(RoundTripCorpus, SavesToTheSameBytesAgain) {
         SCOPED_TRACE(original.string());
         ++tested;
         for (const bool keepPrefixes : {false, true}) {
-            norvask_test::SLoad how;
+            SLoad how;
             how.keepPrefixes = keepPrefixes;
             try {
                 Document first = LoadFile(original.string(), how);
@@ -177,14 +168,14 @@ TEST_P(RoundTripCorpus, SavesToTheSameBytesAgain) {
                     EXPECT_TRUE(ReadsBackOnceNamed(first, place, how)) << "named";
                     continue;
                 }
-                EXPECT_EQ(norvask::XMLNameDefaultNamespaces(*first), 0U);
+                EXPECT_EQ(XMLNameDefaultNamespaces(*first), 0U);
                 Document second = LoadFile(place, how);
                 EXPECT_TRUE(Saved(second) == saved) << "keepPrefixes " << keepPrefixes;
                 ++same;
                 if (keepPrefixes) continue;
                 Document third = LoadFile(mirror.Put(original, Saved(first, true)), how);
                 EXPECT_TRUE(Saved(third) == saved) << "through the formatted document";
-            } catch (norvask::CXMLException& e) {
+            } catch (CXMLException& e) {
                 ADD_FAILURE() << "keepPrefixes " << keepPrefixes << ": " << e.GetMessage();
             }
         }

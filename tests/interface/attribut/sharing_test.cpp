@@ -1,21 +1,12 @@
 // Copies of attributes, and of exceptions in containers of a client: they share their strings, and
 // each string goes when the last object that shows it goes.
-#include <norvask/norvask.h>
-
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 std::string Shown(CXMLAttribut& attribute) {

@@ -1,21 +1,14 @@
 // Conveniences without a tree: the handler made of lambdas, attributes by name, elements in one call.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <climits>
 #include <cstdint>
-#include <sstream>
 #include <stdexcept>
-#include <string>
 #include <type_traits>
 
 #include "support/recording_handler.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 // Every kind of event.
@@ -55,7 +48,7 @@ std::string Written(Work write) {
     writer.StartDocument(&out, false, false);
     write(writer);
     writer.EndDocument();
-    return out.str().substr(std::string(kDeclaration).size());
+    return out.str().substr(kDeclaration.size());
 }
 
 template <typename T>
@@ -223,10 +216,9 @@ TEST(ConvenienceCallbacks, AFailureInTheMiddleLeavesTheElementOpen) {
     std::ostringstream out;
     CXMLSaxWriter writer;
     writer.StartDocument(&out, false, false);
-    EXPECT_XML_ERROR(XMLWriteElement(writer, "no name", 1), 3, "Invalid XML name: 'no name'.");
-    EXPECT_XML_ERROR(XMLWriteElement(writer, "date", [&] { writer.Date(2024, 13, 1); }), 7,
-                     "Error during conversion.");
-    EXPECT_XML_ERROR(writer.EndDocument(), 8, "Wrong XML format");
+    EXPECT_INVALID_NAME(XMLWriteElement(writer, "no name", 1), "no name");
+    EXPECT_NO_CONVERSION(XMLWriteElement(writer, "date", [&] { writer.Date(2024, 13, 1); }));
+    EXPECT_WRONG_FORMAT(writer.EndDocument(), 8);
     writer.EndElement();
     writer.EndDocument();
 }

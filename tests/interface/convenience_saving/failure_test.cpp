@@ -1,18 +1,15 @@
 // XMLSaveSafely: a failure at any step is reported and leaves what was there before, and nothing else.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
 #include <new>
-#include <string>
 
 #include "interface/convenience_saving/saving.h"
 #include "support/files.h"
 #include "support/sanitizers.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -65,8 +62,7 @@ TEST_F(ConvenienceSavingFailure, LinksThatLeadNowhereAreRefused) {
 }
 
 TEST_F(ConvenienceSavingFailure, NoNameIsRefused) {
-    EXPECT_XML_ERROR(XMLSaveSafely(*m_Document, static_cast<const char*>(nullptr), false), 1,
-                     SavingError(""));
+    EXPECT_SAVING_ERROR(XMLSaveSafely(*m_Document, static_cast<const char*>(nullptr), false), "");
     ExpectRefused("");
 }
 
@@ -165,13 +161,13 @@ TEST_F(ConvenienceSavingFailure, WhatSaveThrowsPassesAndNothingIsLeft) {
     Write(name, kOld);
     CThrowingDocument throwing;
     EXPECT_THROW(XMLSaveSafely(throwing, name, false), std::bad_alloc);
-    EXPECT_XML_ERROR(XMLSaveSafely(*XMLNewDocument(), name, false), 1, "invalid parameter");
+    EXPECT_INVALID_PARAMETER(XMLSaveSafely(*XMLNewDocument(), name, false));
     MakeLarge();
     m_Document->GetRoot()->SetAttribute("k", "v");
     CXMLNode* last = m_Document->GetRoot()->CreateChild("last", nullptr);
     last->SetAttribute("k", "v");
     last->GetAttributes()[0]->SetName("no name");
-    EXPECT_XML_ERROR(XMLSaveSafely(*m_Document, name, false), 3, "Invalid XML name: 'no name'.");
+    EXPECT_INVALID_NAME(XMLSaveSafely(*m_Document, name, false), "no name");
     EXPECT_EQ(ReadFile(name), kOld);
     EXPECT_EQ(Listed(), "list.xml");
 }

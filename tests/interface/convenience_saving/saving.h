@@ -23,8 +23,6 @@ namespace norvask_test {
 inline const std::string kOld = "what was there before";
 inline const std::string kNew = "<?xml version=\"1.0\"?><list><book>new</book></list>";
 
-inline std::string SavingError(const std::string& name) { return "Error saving '" + name + "'."; }
-
 inline void Write(const std::string& name, const std::string& content) {
     std::ofstream(name, std::ios::binary) << content;
 }

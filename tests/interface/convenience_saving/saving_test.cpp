@@ -1,7 +1,4 @@
 // XMLSaveSafely: what it writes, and what it keeps of the file that was there.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,12 +7,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "interface/convenience_saving/saving.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -214,17 +209,15 @@ TEST_F(ConvenienceSaving, RefusesAFileThatIsNamedAsAnOpenOneOfAProcess) {
     ASSERT_GE(handle, 0);
     for (const std::string& name :
          {"/proc/self/fd/" + std::to_string(handle), "/dev/fd/" + std::to_string(handle)}) {
-        EXPECT_XML_ERROR(XMLSaveSafely(*document, name), 1, "Error saving '" + name + "'.");
+        EXPECT_SAVING_ERROR(XMLSaveSafely(*document, name), name);
         EXPECT_EQ(file.Content(), "kept");
     }
     TemporaryFile link(".link");
     ASSERT_EQ(symlink(("/proc/self/fd/" + std::to_string(handle)).c_str(), link.Name()), 0);
-    EXPECT_XML_ERROR(XMLSaveSafely(*document, link.Name()), 1,
-                     std::string("Error saving '") + link.Name() + "'.");
+    EXPECT_SAVING_ERROR(XMLSaveSafely(*document, link.Name()), link.Name());
     EXPECT_EQ(file.Content(), "kept");
     ASSERT_EQ(unlink(file.Name()), 0);
-    EXPECT_XML_ERROR(XMLSaveSafely(*document, link.Name()), 1,
-                     std::string("Error saving '") + link.Name() + "'.");
+    EXPECT_SAVING_ERROR(XMLSaveSafely(*document, link.Name()), link.Name());
     EXPECT_FALSE(std::ifstream(std::string(file.Name()) + " (deleted)").good());
     close(handle);
 }

@@ -2,9 +2,6 @@
 //
 // The functions below stand in for the C library's of the same name in this whole program. They do what
 // those do, but for the one call that a test has picked.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -12,10 +9,12 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <string>
 
 #include "interface/convenience_saving/saving.h"
+#include "support/testing.h"
 
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // The call that is to fail: so many of this function are to succeed before.
@@ -115,7 +114,7 @@ TEST_F(ConvenienceSavingSteps, WhatCannotLoseTheDocumentIsNoFailure) {
         SCOPED_TRACE(std::string(step.function) + " after " + std::to_string(step.before));
         Write(name, kOld);
         Fail(step.function, step.error, step.before);
-        EXPECT_NO_THROW(norvask::XMLSaveSafely(*m_Document, name, false));
+        EXPECT_NO_THROW(XMLSaveSafely(*m_Document, name, false));
         EXPECT_TRUE(HasFailed());
         EXPECT_EQ(ReadFile(name), kNew);
         EXPECT_EQ(Listed(), "list.xml");
@@ -129,7 +128,7 @@ TEST_F(ConvenienceSavingSteps, ADeviceMayRefuseToWaitButNotToWrite) {
     ASSERT_GE(ends, 0);
     for (const int error : {EINVAL, ENOTSUP}) {
         Fail("fsync", error);
-        EXPECT_NO_THROW(norvask::XMLSaveSafely(*m_Document, Inside("pipe"), false));
+        EXPECT_NO_THROW(XMLSaveSafely(*m_Document, Inside("pipe"), false));
         EXPECT_TRUE(HasFailed());
     }
     Fail("fsync", EIO);

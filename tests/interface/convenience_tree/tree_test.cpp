@@ -1,19 +1,11 @@
 // Conveniences for trees: what the ranges show, and what a loop may do to the tree meanwhile.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "support/derived.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 std::string Listed(const CXMLNodeRange& range) {

@@ -1,17 +1,12 @@
 // The reading half of convert.h and the parsers of CXMLSaxHandler, which are the same functions.
-#include <norvask/norvask.h>
-
 #include <cfloat>
 #include <climits>
 #include <cmath>
-#include <string>
 
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
-using norvask_test::Same;
-
+using namespace norvask_test;
 namespace {
 
 // What the outputs hold before a call; a row shows it where nothing may be stored.
@@ -257,8 +252,7 @@ TEST(ValueReading, ReadsADateTimeAndKeepsTheFieldsReadSoFar) {
     for (const SDateTimeRow& row : kDateTimes) {
         for (const bool isStatic : {true, false}) {
             int f[6] = {kOld, kOld, kOld, kOld, kOld, kOld};
-            const auto read =
-                isStatic ? &CXMLSaxHandler::GetDateTime : &norvask::XMLConvertText2DateTime;
+            const auto read = isStatic ? &CXMLSaxHandler::GetDateTime : &XMLConvertText2DateTime;
             EXPECT_EQ(read(row.text, f[0], f[1], f[2], f[3], f[4], f[5]), row.answer)
                 << "text \"" << row.text << '"';
             for (int i = 0; i < 6; ++i)
@@ -271,7 +265,7 @@ TEST(ValueReading, ReadsATimeAndKeepsTheFieldsReadSoFar) {
     for (const STimeRow& row : kTimes) {
         for (const bool isStatic : {true, false}) {
             int hour = kOld, minute = kOld, second = kOld;
-            const auto read = isStatic ? &CXMLSaxHandler::GetTime : &norvask::XMLConvertText2Time;
+            const auto read = isStatic ? &CXMLSaxHandler::GetTime : &XMLConvertText2Time;
             EXPECT_EQ(read(row.text, hour, minute, second), row.answer)
                 << "text \"" << row.text << '"';
             EXPECT_EQ(hour, row.hour) << "text \"" << row.text << '"';
@@ -285,8 +279,7 @@ TEST(ValueReading, ReadsTheDecimalNumberThatATextBeginsWith) {
     for (const SDoubleRow& row : kDoubles) {
         for (const bool isStatic : {true, false}) {
             double value = kOld;
-            const auto read =
-                isStatic ? &CXMLSaxHandler::GetDouble : &norvask::XMLConvertText2Double;
+            const auto read = isStatic ? &CXMLSaxHandler::GetDouble : &XMLConvertText2Double;
             EXPECT_TRUE(read(row.text, value)) << "text \"" << row.text << '"';
             EXPECT_EQ(value, row.value) << "text \"" << row.text << '"';
         }
@@ -300,7 +293,7 @@ TEST(ValueReading, ReadsTheDecimalIntegerThatATextBeginsWith) {
     for (const SLongRow& row : kLongs) {
         for (const bool isStatic : {true, false}) {
             long value = kOld;
-            const auto read = isStatic ? &CXMLSaxHandler::GetLong : &norvask::XMLConvertText2Long;
+            const auto read = isStatic ? &CXMLSaxHandler::GetLong : &XMLConvertText2Long;
             EXPECT_TRUE(read(row.text, value)) << "text \"" << row.text << '"';
             EXPECT_EQ(value, row.value) << "text \"" << row.text << '"';
         }
@@ -309,7 +302,7 @@ TEST(ValueReading, ReadsTheDecimalIntegerThatATextBeginsWith) {
 
 TEST(ValueReading, ReadsTruthFromFourTextsOnly) {
     for (const bool isStatic : {true, false}) {
-        const auto read = isStatic ? &CXMLSaxHandler::GetBool : &norvask::XMLConvertText2Bool;
+        const auto read = isStatic ? &CXMLSaxHandler::GetBool : &XMLConvertText2Bool;
         for (const bool before : {true, false}) {
             for (const char* text : {"true", "1"}) {
                 bool value = before;

@@ -1,15 +1,9 @@
 // Classes derived from CXMLDocument and CXMLManager.
-#include <norvask/norvask.h>
-
-#include <string>
-
 #include "support/derived.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 class CFramedDocument : public CDocumentProbe {
@@ -100,7 +94,7 @@ TEST(DerivedManager, InitialisesTheParserOnceMoreAndLeavesTheFirstAlone) {
         document->CreateRoot("r");
         EXPECT_EQ(SavedBody(*document), "<r/>");
     }
-    EXPECT_TRUE(CXMLManager::GetInstance().IsInitialized());
+    EXPECT_TRUE(Manager().IsInitialized());
     const Document document = Load("<r>text</r>");
     EXPECT_EQ(SavedBody(*document), "<r>text</r>");
 }
@@ -126,7 +120,7 @@ TEST(DerivedManager, RefusesEverythingAsACopyWithoutAParser) {
                                               nullptr, false, false),
                          4, text);
     }
-    EXPECT_TRUE(CXMLManager::GetInstance().IsInitialized());
+    EXPECT_TRUE(Manager().IsInitialized());
     const Document document = Load("<r>text</r>");
     EXPECT_EQ(SavedBody(*document), "<r>text</r>");
 }

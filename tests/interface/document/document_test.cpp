@@ -1,15 +1,9 @@
 // Documents: the root, the DTD reference, and ending. Clone is in node/copy_test.cpp.
-#include <norvask/norvask.h>
-
-#include <string>
-
 #include "support/names.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 struct SReferenceRow {
@@ -92,7 +86,7 @@ TEST(XmlDocument, ChecksTheNameOfTheReferenceWhenItIsSaved) {
         if (name.empty()) continue;
         document->SetDTDRef(name.c_str(), "path");
         std::ostringstream out;
-        EXPECT_XML_ERROR(document->Save(out, true), 3, InvalidNameText(name));
+        EXPECT_INVALID_NAME(document->Save(out, true), name);
         EXPECT_EQ(out.str(), kDeclaration);
     }
 }
@@ -124,15 +118,15 @@ TEST(XmlDocument, KeepsItsRootWhenTheNewNameIsInvalid) {
     const Document document = Load("<r a='1'><c/></r>");
     CXMLNode* root = document->GetRoot();
     for (const std::string& name : InvalidNames()) {
-        EXPECT_XML_ERROR(document->CreateRoot(name.c_str()), 3, InvalidNameText(name));
+        EXPECT_INVALID_NAME(document->CreateRoot(name.c_str()), name);
         EXPECT_EQ(document->GetRoot(), root);
     }
-    EXPECT_XML_ERROR(document->CreateRoot(nullptr), 3, InvalidNameText(""));
+    EXPECT_INVALID_NAME(document->CreateRoot(nullptr), "");
     EXPECT_EQ(document->GetRoot(), root);
     EXPECT_EQ(SavedBody(*document), "<r a=\"1\"><c/></r>");
 
     const Document empty = NewDocument();
-    EXPECT_XML_ERROR(empty->CreateRoot("1a"), 3, InvalidNameText("1a"));
+    EXPECT_INVALID_NAME(empty->CreateRoot("1a"), "1a");
     EXPECT_EQ(empty->GetRoot(), nullptr);
 }
 
@@ -153,7 +147,7 @@ TEST(XmlDocument, IsIndependentOfOtherDocuments) {
 
 TEST(XmlDocument, EndsWithAndWithoutARoot) {
     for (int i = 0; i < 100; ++i) {
-        CXMLDocument* document = CXMLManager::GetInstance().CreateDocument("n", "p");
+        CXMLDocument* document = Manager().CreateDocument("n", "p");
         if (i % 2) document->CreateRoot("r")->CreateTextChild("text");
         document->Delete();
     }
@@ -163,7 +157,7 @@ TEST(XmlDocument, RefusesToSaveToAStreamWithoutARoot) {
     const Document document = NewDocument("name", "path");
     for (const bool format : {true, false}) {
         std::ostringstream out;
-        EXPECT_XML_ERROR(document->Save(out, format), 1, "invalid parameter");
+        EXPECT_INVALID_PARAMETER(document->Save(out, format));
         EXPECT_EQ(out.str(), "");
     }
 }
@@ -183,12 +177,12 @@ TEST(XmlDocument, DoesNothingWhenItIsSavedToAFileWithoutARootOrAName) {
 }
 
 TEST(XmlDocumentManager, IsOneInitializedObject) {
-    EXPECT_TRUE(CXMLManager::GetInstance().IsInitialized());
+    EXPECT_TRUE(Manager().IsInitialized());
     EXPECT_EQ(&CXMLManager::GetInstance(), &CXMLManager::GetInstance());
 }
 
 TEST(XmlDocumentManager, TakesBackItsOwnConverterForNull) {
-    CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
+    Manager().SetWideCharToStringConverter(nullptr);
     const Document document = Load("<r>\xC3\xBC</r>");
     EXPECT_EQ(Children(*document->GetRoot()), "'\xC3\xBC'");
 }

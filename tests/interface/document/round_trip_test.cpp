@@ -1,25 +1,10 @@
 // Random trees: what is saved and loaded is the same tree, and saves to the same bytes again.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <random>
-#include <string>
-#include <vector>
 
-#include "support/loading.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::Document;
-using norvask_test::KeepPrefixes;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::NewDocument;
-using norvask_test::Saved;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 enum class Content {
@@ -34,7 +19,7 @@ public:
 
     Document Make() {
         Document document = NewDocument();
-        norvask::CXMLNode* root = document->CreateRoot(Name());
+        CXMLNode* root = document->CreateRoot(Name());
         Fill(root, 0);
         return document;
     }
@@ -60,7 +45,7 @@ private:
         return text;
     }
 
-    void Fill(norvask::CXMLNode* node, int depth) {
+    void Fill(CXMLNode* node, int depth) {
         const bool faithful = m_Content != Content::Anything;
         for (int count = Below(4); count > 0; --count)
             node->SetAttribute(Name(), Characters(faithful).c_str());
@@ -159,7 +144,7 @@ TEST(RoundTrip, LoadsAFileLikeMemory) {
         document->Save(file.Name(), seed % 2 == 0);
         const std::string bytes = Saved(document, seed % 2 == 0);
         EXPECT_TRUE(file.Content() == bytes) << "seed " << seed;
-        for (const auto& how : {norvask_test::SLoad(), KeepPrefixes()}) {
+        for (const auto& how : {SLoad(), KeepPrefixes()}) {
             EXPECT_TRUE(TreeText(LoadFile(file.Name(), how)) == TreeText(LoadMemory(bytes, how)))
                 << "seed " << seed;
         }

@@ -1,32 +1,18 @@
 // What saving makes of every byte and every character of a text, a value and a path: escapes, dropped
 // control characters, and U+FFFD for each invalid sequence of UTF-8.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <random>
-#include <string>
-#include <vector>
 
-#include "support/loading.h"
-#include "support/tree_text.h"
+#include "support/testing.h"
 #include "support/unicode.h"
-#include "support/vocabulary.h"
 
-using norvask_test::AppendUtf8;
-using norvask_test::Document;
-using norvask_test::Escaped;
-using norvask_test::kReplacement;
-using norvask_test::LoadMemory;
-using norvask_test::NewDocumentWithRoot;
-using norvask_test::Saved;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // What is written for this text, as a text child and as a value, which must be the same.
 std::string Written(const std::string& text) {
     Document document = NewDocumentWithRoot("r");
-    norvask::CXMLNode* root = document->GetRoot();
+    CXMLNode* root = document->GetRoot();
     root->CreateTextChild(text.c_str());
     std::string bytes = Saved(document);
     const std::string front = "<?xml version=\"1.0\"?><r>";
@@ -83,10 +69,10 @@ TEST(SaveEscape, WritesEveryByteValueBetweenOthers) {
 
 TEST(SaveEscape, WritesEveryCodePointAsUtf8) {
     std::string text;
-    for (char32_t c = 1; c <= norvask_test::kLastCodePoint; ++c) {
-        if (norvask_test::IsSurrogate(c)) continue;
+    for (char32_t c = 1; c <= kLastCodePoint; ++c) {
+        if (IsSurrogate(c)) continue;
         AppendUtf8(text, c);
-        if (c % 8192 == 0 || c == norvask_test::kLastCodePoint) {
+        if (c % 8192 == 0 || c == kLastCodePoint) {
             EXPECT_TRUE(Written(text) == Escaped(text)) << "up to U+" << std::hex << c;
             text.clear();
         }
@@ -95,10 +81,10 @@ TEST(SaveEscape, WritesEveryCodePointAsUtf8) {
 
 TEST(SaveEscape, WritesEveryCodePointOfTheBasicPlaneOnItsOwn) {
     Document document = NewDocumentWithRoot("r");
-    norvask::CXMLTextNode* node = document->GetRoot()->CreateTextChild("");
+    CXMLTextNode* node = document->GetRoot()->CreateTextChild("");
     for (char32_t c = 1; c < 0x10000; ++c) {
-        if (norvask_test::IsSurrogate(c)) continue;
-        const std::string text = norvask_test::Utf8(c);
+        if (IsSurrogate(c)) continue;
+        const std::string text = Utf8(c);
         node->SetText(text.c_str());
         ASSERT_EQ(Saved(document), "<?xml version=\"1.0\"?><r>" + Escaped(text) + "</r>");
     }
@@ -152,7 +138,7 @@ TEST(SaveEscape, ReplacesEachInvalidSequence) {
                 expected += c;
             }
         }
-        EXPECT_EQ(Written(row.bytes), expected) << norvask_test::Quoted(row.bytes);
+        EXPECT_EQ(Written(row.bytes), expected) << Quoted(row.bytes);
     }
 }
 
@@ -194,7 +180,7 @@ TEST(SaveEscape, WritesRandomBytesAsTheirValidForm) {
                     text += static_cast<char>(0x80 + below(64));
             }
         }
-        ASSERT_EQ(Written(text), Escaped(text)) << norvask_test::Quoted(text);
+        ASSERT_EQ(Written(text), Escaped(text)) << Quoted(text);
     }
 }
 
@@ -212,7 +198,7 @@ TEST(SaveEscape, WritesLongTextsWithAnythingAtAnyPlace) {
             document->GetRoot()->CreateTextChild((plain + tail + plain.substr(0, 20)).c_str());
             EXPECT_TRUE(Saved(document) == "<?xml version=\"1.0\"?><r>" + plain + Escaped(tail) +
                                                plain.substr(0, 20) + "</r>")
-                << length << " in front of " << norvask_test::Quoted(tail);
+                << length << " in front of " << Quoted(tail);
         }
     }
     EXPECT_EQ(Written(std::string(10000, '&')).size(), 60000u);
@@ -228,8 +214,8 @@ TEST(SaveEscape, WritesLongTextsWithAnythingAtAnyPlace) {
 // The other direction: what was written is read back, but for what XML itself does to line ends.
 TEST(SaveEscape, IsReadBackAsItWas) {
     std::string text;
-    for (char32_t c = 1; c <= norvask_test::kLastCodePoint; ++c) {
-        if (norvask_test::IsXmlCharacter(c) && c != '\r') AppendUtf8(text, c);
+    for (char32_t c = 1; c <= kLastCodePoint; ++c) {
+        if (IsXmlCharacter(c) && c != '\r') AppendUtf8(text, c);
     }
     Document document = NewDocumentWithRoot("r");
     document->GetRoot()->CreateTextChild(text.c_str());

@@ -1,22 +1,17 @@
 // Saving to a stream that throws while another exception is under way, or that ends its thread.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <pthread.h>
 
 #include <ios>
 #include <ostream>
 #include <streambuf>
-#include <string>
 #include <thread>
 
 #include "support/sanitizers.h"
 #include "support/streams.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
+using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 // Ends the thread that writes to it.
@@ -38,10 +33,10 @@ TEST(StreamException, DoesNotHideTheExceptionThatCameFirst) {
     document->GetRoot()->SetAttribute("good", "value");
     document->GetRoot()->GetAttributes()[0]->SetName("no name");
     // The declaration is written before the tree is.
-    CLimitedBuffer full(std::string(kDeclaration).size());
+    CLimitedBuffer full(kDeclaration.size());
     std::ostream out(&full);
     out.exceptions(std::ios::badbit);
-    EXPECT_XML_ERROR(document->Save(out, false), 3, "Invalid XML name: 'no name'.");
+    EXPECT_INVALID_NAME(document->Save(out, false), "no name");
     EXPECT_TRUE(out.bad());
 }
 

@@ -1,16 +1,9 @@
 // Copies of documents: they show one tree and one reference, which go with the last of them.
-#include <norvask/norvask.h>
-
-#include <memory>
-#include <string>
-
 #include "support/derived.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 constexpr const char* kXml = "<r a='1'><p>text</p><![CDATA[QUJD]]></r>";

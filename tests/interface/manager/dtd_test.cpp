@@ -1,25 +1,9 @@
 // Document type declarations: the reference that a document keeps, what entities, default attributes
 // and external DTDs do to the tree, and validation against a DTD.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
+#include "support/testing.h"
 
-#include <string>
-#include <vector>
-
-#include "support/loading.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
-
-using norvask_test::Document;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::Quoted;
-using norvask_test::Saved;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-using norvask_test::Validate;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 std::string Reference(const Document& document) {
@@ -130,8 +114,8 @@ TEST(LoadDtd, ValidatesOnlyDocumentsThatNameAGrammar) {
     EXPECT_EQ(TreeText(LoadMemory("<r><a/></r>", Validate())), "r(a())");
     const std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
     EXPECT_EQ(TreeText(LoadMemory(invalid)), "r(a())");
-    EXPECT_XML_ERROR(LoadMemory(invalid, Validate()), 2,
-                     LoadError("Memfile", 1, "no declaration found for element 'a'"));
+    EXPECT_LOAD_ERROR(LoadMemory(invalid, Validate()), "Memfile", 1,
+                      "no declaration found for element 'a'");
 }
 
 TEST(LoadDtd, ReportsTheFirstViolationOfTheDtd) {
@@ -154,42 +138,38 @@ TEST(LoadDtd, ReportsTheFirstViolationOfTheDtd) {
         const std::string xml = std::string("<!DOCTYPE r [") + row.dtd + "]>\n" + row.body;
         SCOPED_TRACE(xml);
         EXPECT_NE(LoadMemory(xml), nullptr);
-        EXPECT_XML_ERROR(LoadMemory(xml, Validate()), 2,
-                         LoadError("Memfile", row.line, row.message));
+        EXPECT_LOAD_ERROR(LoadMemory(xml, Validate()), "Memfile", row.line, row.message);
         TemporaryFile file(".xml", xml);
         EXPECT_NE(LoadFile(file.Name()), nullptr);
-        EXPECT_XML_ERROR(LoadFile(file.Name(), Validate()), 2,
-                         LoadError(file.Name(), row.line, row.message));
+        EXPECT_LOAD_ERROR(LoadFile(file.Name(), Validate()), file.Name(), row.line, row.message);
     }
 }
 
 TEST(LoadDtd, FailsWithoutTheExternalDtdInEitherMode) {
     const std::string missing = "<!DOCTYPE r SYSTEM '/nonexistent/r.dtd'>\n<r/>";
-    for (const auto& how : {norvask_test::SLoad(), Validate()}) {
-        EXPECT_XML_ERROR(
-            LoadMemory(missing, how), 2,
-            LoadError("Memfile", 1, "unable to open DTD document '/nonexistent/r.dtd'"));
+    for (const auto& how : {SLoad(), Validate()}) {
+        EXPECT_LOAD_ERROR(LoadMemory(missing, how), "Memfile", 1,
+                          "unable to open DTD document '/nonexistent/r.dtd'");
     }
     // A relative one stands beside the file, but is left as written when there is no file.
     TemporaryFile file(".xml", "<!DOCTYPE r\n SYSTEM 'no-such.dtd'><r/>");
     const std::string name = file.Name();
     const std::string resolved = name.substr(0, name.rfind('/') + 1) + "no-such.dtd";
-    EXPECT_XML_ERROR(LoadFile(name), 2,
-                     LoadError(name, 2, "unable to open DTD document '" + resolved + "'"));
-    EXPECT_XML_ERROR(LoadMemory("<!DOCTYPE r SYSTEM 'no-such.dtd'><r/>"), 2,
-                     LoadError("Memfile", 1, "unable to open DTD document 'no-such.dtd'"));
-    EXPECT_XML_ERROR(LoadMemory("<!DOCTYPE r SYSTEM ''><r/>"), 2,
-                     LoadError("Memfile", 1, "unable to open DTD document ''"));
+    EXPECT_LOAD_ERROR(LoadFile(name), name, 2, "unable to open DTD document '" + resolved + "'");
+    EXPECT_LOAD_ERROR(LoadMemory("<!DOCTYPE r SYSTEM 'no-such.dtd'><r/>"), "Memfile", 1,
+                      "unable to open DTD document 'no-such.dtd'");
+    EXPECT_LOAD_ERROR(LoadMemory("<!DOCTYPE r SYSTEM ''><r/>"), "Memfile", 1,
+                      "unable to open DTD document ''");
 }
 
 TEST(LoadDtd, NamesTheDtdOrTheEntityInWhichTheErrorLies) {
     TemporaryFile dtd(".dtd", "<!ELEMENT r ANY>\n<!ATTLIST r k\n CDATA bad>\n");
-    EXPECT_XML_ERROR(LoadMemory(std::string("<!DOCTYPE r SYSTEM '") + dtd.Name() + "'><r/>"), 2,
-                     LoadError(dtd.Name(), 3, "default attribute declaration expected"));
+    EXPECT_LOAD_ERROR(LoadMemory(std::string("<!DOCTYPE r SYSTEM '") + dtd.Name() + "'><r/>"),
+                      dtd.Name(), 3, "default attribute declaration expected");
     TemporaryFile entity(".ent", "<b>\n\n<c></b>");
-    EXPECT_XML_ERROR(LoadMemory(std::string("<!DOCTYPE r [<!ENTITY e SYSTEM '") + entity.Name() +
-                                "'>]>\n<r>&e;</r>"),
-                     2, LoadError(entity.Name(), 3, "expected end of tag 'c'"));
+    EXPECT_LOAD_ERROR(LoadMemory(std::string("<!DOCTYPE r [<!ENTITY e SYSTEM '") + entity.Name() +
+                                 "'>]>\n<r>&e;</r>"),
+                      entity.Name(), 3, "expected end of tag 'c'");
 }
 
 TEST(LoadDtd, TellsWhatIsWrongWithAnEntity) {
@@ -216,6 +196,6 @@ TEST(LoadDtd, TellsWhatIsWrongWithAnEntity) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.xml);
-        EXPECT_XML_ERROR(LoadMemory(row.xml), 2, LoadError("Memfile", 1, row.message));
+        EXPECT_LOAD_ERROR(LoadMemory(row.xml), "Memfile", 1, row.message);
     }
 }

@@ -1,29 +1,12 @@
 // Documents in several encodings, from a file and from memory, and all characters of Unicode.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <clocale>
-#include <cstddef>
 #include <cstdio>
-#include <string>
-#include <vector>
 
-#include "support/loading.h"
-#include "support/tree_text.h"
+#include "support/testing.h"
 #include "support/unicode.h"
-#include "support/vocabulary.h"
 
-using norvask_test::AppendUtf16;
-using norvask_test::AppendUtf8;
-using norvask_test::Document;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::Quoted;
-using norvask_test::Saved;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 enum class Order { Little, Big };
@@ -60,9 +43,9 @@ void ExpectTree(const std::string& bytes, const std::string& tree) {
 
 void ExpectError(const std::string& bytes, int line, const std::string& message) {
     SCOPED_TRACE(Quoted(bytes));
-    EXPECT_XML_ERROR(LoadMemory(bytes), 2, LoadError("Memfile", line, message));
+    EXPECT_LOAD_ERROR(LoadMemory(bytes), "Memfile", line, message);
     TemporaryFile file(".xml", bytes);
-    EXPECT_XML_ERROR(LoadFile(file.Name()), 2, LoadError(file.Name(), line, message));
+    EXPECT_LOAD_ERROR(LoadFile(file.Name()), file.Name(), line, message);
 }
 
 constexpr const char* kTree = "r k=\"\xC3\xA9\"(\"\xE2\x82\xAC \xF0\x9F\x98\x80\")";
@@ -132,7 +115,7 @@ TEST(LoadEncoding, TellsEncodingsThatItDoesNotKnowAndBytesThatTheirsDoesNotHave)
 
 // The parser puts the bad bytes themselves into its text, which the converter then replaces.
 TEST(LoadEncoding, TellsInvalidUtf8InTextsValuesAndNames) {
-    const std::string bad = norvask_test::kReplacement;
+    const std::string bad = kReplacement;
     struct {
         const char* bytes;
         std::string message;
@@ -178,14 +161,14 @@ TEST(LoadEncoding, DoesNotDependOnTheLocale) {
 }
 
 TEST(LoadEncoding, CarriesEveryCharacterOfEveryPlaneInTextsAndValues) {
-    for (char32_t plane = 0; plane <= norvask_test::kLastCodePoint; plane += 0x10000) {
+    for (char32_t plane = 0; plane <= kLastCodePoint; plane += 0x10000) {
         std::string raw;
         std::string value;
         std::string text;
         std::string references;
         std::u32string codePoints;
         for (char32_t c = plane; c < plane + 0x10000; ++c) {
-            if (!norvask_test::IsXmlCharacter(c)) continue;
+            if (!IsXmlCharacter(c)) continue;
             char reference[16];
             std::snprintf(reference, sizeof reference, "&#x%X;", static_cast<unsigned>(c));
             references += reference;
@@ -193,7 +176,7 @@ TEST(LoadEncoding, CarriesEveryCharacterOfEveryPlaneInTextsAndValues) {
             const bool markup =
                 c < 0x80 &&
                 std::string("<>&\"'\r\n\t").find(static_cast<char>(c)) != std::string::npos;
-            raw += markup ? std::string(reference) : norvask_test::Utf8(c);
+            raw += markup ? std::string(reference) : Utf8(c);
             if (!markup) codePoints += c;
         }
         const std::string outline = "r k=" + Quoted(text) + "(" + Quoted(text) + ")";

@@ -1,33 +1,14 @@
 // What a caller is told when a load fails: sources that cannot be read, parameters, malformed
 // documents with their lines, and that nothing of a failure is left for the next load.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstddef>
-#include <string>
-#include <vector>
-
-#include "support/loading.h"
-#include "support/tree_text.h"
+#include "support/testing.h"
 #include "support/unicode.h"
-#include "support/vocabulary.h"
 
-using norvask_test::KeepPrefixes;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::Quoted;
-using norvask_test::SLoad;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-using norvask_test::Validate;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
-
-norvask::CXMLManager& Manager() { return norvask::CXMLManager::GetInstance(); }
 
 struct SMalformed {
     const char* xml;
@@ -41,10 +22,8 @@ void ExpectErrors(const std::vector<SMalformed>& rows) {
         SCOPED_TRACE(Quoted(row.xml));
         TemporaryFile file(".xml", row.xml);
         for (const SLoad& how : {SLoad(), KeepPrefixes(), Validate()}) {
-            EXPECT_XML_ERROR(LoadMemory(row.xml, how), 2,
-                             LoadError("Memfile", row.line, row.message));
-            EXPECT_XML_ERROR(LoadFile(file.Name(), how), 2,
-                             LoadError(file.Name(), row.line, row.message));
+            EXPECT_LOAD_ERROR(LoadMemory(row.xml, how), "Memfile", row.line, row.message);
+            EXPECT_LOAD_ERROR(LoadFile(file.Name(), how), file.Name(), row.line, row.message);
         }
     }
 }
@@ -60,41 +39,33 @@ std::string CurrentDirectory() {
 }  // namespace
 
 TEST(LoadError, OfAMissingFileNamesItInTheParsersText) {
-    EXPECT_XML_ERROR(LoadFile("/nonexistent/catalogue.xml"), 2,
-                     "Load error:\nFile: ''  Line '0':\n\n"
-                     "'unable to open primary document entity '/nonexistent/catalogue.xml''");
-    EXPECT_XML_ERROR(LoadFile("no-such-catalogue.xml"), 2,
-                     LoadError("", 0,
-                               "unable to open primary document entity '" + CurrentDirectory() +
-                                   "/no-such-catalogue.xml'"));
-    EXPECT_XML_ERROR(
-        LoadFile("file:///nonexistent/catalogue.xml"), 2,
-        LoadError("", 0,
-                  "unable to open primary document entity 'file:///nonexistent/catalogue.xml'"));
+    EXPECT_LOAD_ERROR(LoadFile("/nonexistent/catalogue.xml"), "", 0,
+                      "unable to open primary document entity '/nonexistent/catalogue.xml'");
+    EXPECT_LOAD_ERROR(LoadFile("no-such-catalogue.xml"), "", 0,
+                      "unable to open primary document entity '" + CurrentDirectory() +
+                          "/no-such-catalogue.xml'");
+    EXPECT_LOAD_ERROR(LoadFile("file:///nonexistent/catalogue.xml"), "", 0,
+                      "unable to open primary document entity 'file:///nonexistent/catalogue.xml'");
     TemporaryFile file(".xml", "<r/>");
-    EXPECT_XML_ERROR(LoadFile(std::string(file.Name()) + "/below"), 2,
-                     LoadError("", 0,
-                               std::string("unable to open primary document entity '") +
-                                   file.Name() + "/below'"));
+    EXPECT_LOAD_ERROR(
+        LoadFile(std::string(file.Name()) + "/below"), "", 0,
+        std::string("unable to open primary document entity '") + file.Name() + "/below'");
 }
 
 TEST(LoadError, OfAnEmptyNameIsThatOfAMissingFile) {
-    EXPECT_XML_ERROR(LoadFile(""), 2,
-                     LoadError("", 0, "unable to open primary document entity ''"));
+    EXPECT_LOAD_ERROR(LoadFile(""), "", 0, "unable to open primary document entity ''");
 }
 
 TEST(LoadError, OfADirectoryIsThatItCannotBeRead) {
-    EXPECT_XML_ERROR(LoadFile("/"), 2, LoadError("", 0, "unable to read data from file"));
-    EXPECT_XML_ERROR(LoadFile(Directory(TemporaryFile().Name())), 2,
-                     LoadError("", 0, "unable to read data from file"));
+    EXPECT_LOAD_ERROR(LoadFile("/"), "", 0, "unable to read data from file");
+    EXPECT_LOAD_ERROR(LoadFile(Directory(TemporaryFile().Name())), "", 0,
+                      "unable to read data from file");
 }
 
 TEST(LoadError, OfAnEmptyFileIsThatThereIsNoDocument) {
     TemporaryFile file(".xml", "");
-    EXPECT_XML_ERROR(LoadFile(file.Name()), 2,
-                     LoadError(file.Name(), 1, "invalid document structure"));
-    EXPECT_XML_ERROR(LoadFile("/dev/null"), 2,
-                     LoadError("/dev/null", 1, "invalid document structure"));
+    EXPECT_LOAD_ERROR(LoadFile(file.Name()), file.Name(), 1, "invalid document structure");
+    EXPECT_LOAD_ERROR(LoadFile("/dev/null"), "/dev/null", 1, "invalid document structure");
 }
 
 TEST(LoadError, OfNoSourceIsTheParameters) {
@@ -102,15 +73,14 @@ TEST(LoadError, OfNoSourceIsTheParameters) {
     const char* noName = nullptr;
     unsigned char* noBuffer = nullptr;
     for (const bool option : {false, true}) {
-        EXPECT_XML_ERROR(Manager().LoadDocument(noName, option, option, nullptr, option, option), 1,
-                         "invalid parameter");
+        EXPECT_INVALID_PARAMETER(
+            Manager().LoadDocument(noName, option, option, nullptr, option, option));
         for (const unsigned length : {0u, 4u, 0xFFFFFFFFu}) {
-            EXPECT_XML_ERROR(
-                Manager().LoadDocument(noBuffer, length, option, option, nullptr, option, option),
-                1, "invalid parameter");
+            EXPECT_INVALID_PARAMETER(
+                Manager().LoadDocument(noBuffer, length, option, option, nullptr, option, option));
         }
-        EXPECT_XML_ERROR(Manager().LoadDocument(bytes, 0, option, option, nullptr, option, option),
-                         1, "invalid parameter");
+        EXPECT_INVALID_PARAMETER(
+            Manager().LoadDocument(bytes, 0, option, option, nullptr, option, option));
     }
 }
 
@@ -118,10 +88,9 @@ TEST(LoadError, NamesTheFileAsTheParserResolvedIt) {
     TemporaryFile file(".xml", "<r>\n<a>\n</r>");
     const std::string name = file.Name();
     const std::string message = "expected end of tag 'a'";
-    EXPECT_XML_ERROR(LoadFile(name), 2, LoadError(name, 3, message));
-    EXPECT_XML_ERROR(LoadFile(Directory(name) + "./" + BaseName(name)), 2,
-                     LoadError(name, 3, message));
-    EXPECT_XML_ERROR(LoadFile("file://" + name), 2, LoadError("file://" + name, 3, message));
+    EXPECT_LOAD_ERROR(LoadFile(name), name, 3, message);
+    EXPECT_LOAD_ERROR(LoadFile(Directory(name) + "./" + BaseName(name)), name, 3, message);
+    EXPECT_LOAD_ERROR(LoadFile("file://" + name), "file://" + name, 3, message);
 }
 
 TEST(LoadError, TellsTheLineFromOne) {
@@ -129,12 +98,11 @@ TEST(LoadError, TellsTheLineFromOne) {
     const std::string cr = "<r>\r\r<a>\r</r>";
     const std::string lf = "<r>\n\n<a>\n</r>";
     for (const std::string& xml : {crLf, cr, lf}) {
-        EXPECT_XML_ERROR(LoadMemory(xml), 2, LoadError("Memfile", 4, "expected end of tag 'a'"));
+        EXPECT_LOAD_ERROR(LoadMemory(xml), "Memfile", 4, "expected end of tag 'a'");
     }
-    EXPECT_XML_ERROR(LoadMemory(std::string(70000, '\n') + "<r>"), 2,
-                     LoadError("Memfile", 70001,
-                               "input ended before all started tags were ended; last tag started "
-                               "is 'r'"));
+    EXPECT_LOAD_ERROR(LoadMemory(std::string(70000, '\n') + "<r>"), "Memfile", 70001,
+                      "input ended before all started tags were ended; last tag started "
+                      "is 'r'");
 }
 
 TEST(LoadError, TellsWhatIsMissingAroundTheRoot) {
@@ -203,8 +171,8 @@ TEST(LoadError, TellsWhatIsWrongWithTheDeclaration) {
 
 TEST(LoadError, CutsEachPartOfTheTextAt255Bytes) {
     const std::string longName(300, 'n');
-    EXPECT_XML_ERROR(LoadMemory("<" + longName + "></r>"), 2,
-                     LoadError("Memfile", 1, "expected end of tag '" + std::string(255 - 21, 'n')));
+    EXPECT_LOAD_ERROR(LoadMemory("<" + longName + "></r>"), "Memfile", 1,
+                      "expected end of tag '" + std::string(255 - 21, 'n'));
     // A character at the cut stays whole, here by leaving two of its three bytes' room unused.
     const std::string three = "\xE6\x97\xA5";
     std::string wide = "n";
@@ -214,21 +182,20 @@ TEST(LoadError, CutsEachPartOfTheTextAt255Bytes) {
     while (shown.size() + three.size() <= 255 - 21)
         shown += three;
     ASSERT_EQ(shown.size(), 232u);
-    EXPECT_XML_ERROR(LoadMemory("<" + wide + "></r>"), 2,
-                     LoadError("Memfile", 1, "expected end of tag '" + shown));
+    EXPECT_LOAD_ERROR(LoadMemory("<" + wide + "></r>"), "Memfile", 1,
+                      "expected end of tag '" + shown);
     const std::string path = "/nonexistent/" + longName;
-    EXPECT_XML_ERROR(
-        LoadFile(path), 2,
-        LoadError("", 0, ("unable to open primary document entity '" + path).substr(0, 255)));
+    EXPECT_LOAD_ERROR(LoadFile(path), "", 0,
+                      ("unable to open primary document entity '" + path).substr(0, 255));
 }
 
 TEST(LoadError, LeavesNothingForTheNextLoad) {
     for (int i = 0; i < 3; ++i) {
-        EXPECT_XML_ERROR(LoadMemory("<r xmlns:p='1' xmlns:q='2'>text<p:a"), 2,
-                         LoadError("Memfile", 1, "unexpected end of input"));
+        EXPECT_LOAD_ERROR(LoadMemory("<r xmlns:p='1' xmlns:q='2'>text<p:a"), "Memfile", 1,
+                          "unexpected end of input");
         EXPECT_EQ(TreeText(LoadMemory("<r/>", KeepPrefixes())), "r()");
-        EXPECT_XML_ERROR(LoadMemory("<r xmlns:p='1'>&", KeepPrefixes()), 2,
-                         LoadError("Memfile", 1, "expected entity name for reference"));
+        EXPECT_LOAD_ERROR(LoadMemory("<r xmlns:p='1'>&", KeepPrefixes()), "Memfile", 1,
+                          "expected entity name for reference");
         EXPECT_EQ(TreeText(LoadMemory("<r/>", KeepPrefixes())), "r()");
     }
 }

@@ -1,27 +1,19 @@
 // With the library's own converter a load takes short cuts: names are converted once, strings go into a buffer
 // that is used again. With any installed converter it does not. Both must build the same tree.
-#include <string>
-#include <vector>
-
 #include "support/random_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
+using namespace norvask;
+using namespace norvask_test;
 namespace {
-
-using norvask::CWideCharToString;
-using norvask::CXMLManager;
-using norvask_test::Document;
-using norvask_test::Load;
-using norvask_test::RandomText;
-using norvask_test::Saved;
 
 // While it lives, loads ask an installed converter that does what the library's own does.
 class OtherConverter {
 public:
-    OtherConverter() { CXMLManager::GetInstance().SetWideCharToStringConverter(&m_Converter); }
+    OtherConverter() { Manager().SetWideCharToStringConverter(&m_Converter); }
     OtherConverter(const OtherConverter&) = delete;
     OtherConverter& operator=(const OtherConverter&) = delete;
-    ~OtherConverter() { CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr); }
+    ~OtherConverter() { Manager().SetWideCharToStringConverter(nullptr); }
 
 private:
     CWideCharToString m_Converter;

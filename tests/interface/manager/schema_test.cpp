@@ -1,23 +1,9 @@
 // Loads with XML Schema: schemas that the caller gives, schemas that the document names, and which of
 // the parameters has an effect when.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
+#include "support/testing.h"
 
-#include <string>
-
-#include "support/loading.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
-
-using norvask_test::KeepPrefixes;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::SLoad;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-using norvask_test::ValidateWithSchema;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 constexpr const char* kNoInteger =
@@ -59,11 +45,11 @@ TEST_F(LoadSchema, ValidatesAgainstTheCallersSchemaForNoNamespace) {
     EXPECT_EQ(TreeText(LoadMemory("<r><n>1</n></r>", how)), "r d=\"default\"(n(\"1\"))");
     EXPECT_EQ(TreeText(LoadMemory("<r d='v'> <n>1</n> <n>-2</n> </r>", how)),
               "r d=\"v\"(n(\"1\"), n(\"-2\"))");
-    EXPECT_XML_ERROR(LoadMemory("<r>\n<n>x</n></r>", how), 2, LoadError("Memfile", 2, kNoInteger));
-    EXPECT_XML_ERROR(LoadMemory("<r><m/></r>", how), 2,
-                     LoadError("Memfile", 1, "no declaration found for element 'm'"));
-    EXPECT_XML_ERROR(LoadMemory("<q/>", how), 2,
-                     LoadError("Memfile", 1, "no declaration found for element 'q'"));
+    EXPECT_LOAD_ERROR(LoadMemory("<r>\n<n>x</n></r>", how), "Memfile", 2, kNoInteger);
+    EXPECT_LOAD_ERROR(LoadMemory("<r><m/></r>", how), "Memfile", 1,
+                      "no declaration found for element 'm'");
+    EXPECT_LOAD_ERROR(LoadMemory("<q/>", how), "Memfile", 1,
+                      "no declaration found for element 'q'");
 }
 
 TEST_F(LoadSchema, ValidatesAgainstTheCallersSchemaForANamespace) {
@@ -72,10 +58,9 @@ TEST_F(LoadSchema, ValidatesAgainstTheCallersSchemaForANamespace) {
               "r d=\"default\"(n(\"1\"))");
     EXPECT_EQ(TreeText(LoadMemory("<t:r xmlns:t='urn:t'><t:n>1</t:n></t:r>", how)),
               "r d=\"default\"(n(\"1\"))");
-    EXPECT_XML_ERROR(LoadMemory("<r xmlns='urn:t'><n>x</n></r>", how), 2,
-                     LoadError("Memfile", 1, kNoInteger));
+    EXPECT_LOAD_ERROR(LoadMemory("<r xmlns='urn:t'><n>x</n></r>", how), "Memfile", 1, kNoInteger);
     TemporaryFile file(".xml", "<r xmlns='urn:t'>\n<n>x</n></r>");
-    EXPECT_XML_ERROR(LoadFile(file.Name(), how), 2, LoadError(file.Name(), 2, kNoInteger));
+    EXPECT_LOAD_ERROR(LoadFile(file.Name(), how), file.Name(), 2, kNoInteger);
     SLoad keep = how;
     keep.keepPrefixes = true;
     EXPECT_EQ(TreeText(LoadMemory("<t:r xmlns:t='urn:t'><t:n>1</t:n></t:r>", keep)),
@@ -84,28 +69,25 @@ TEST_F(LoadSchema, ValidatesAgainstTheCallersSchemaForANamespace) {
 
 TEST_F(LoadSchema, ReadsTheLocationAsTheFlagSays) {
     // A location alone is no list of pairs.
-    EXPECT_XML_ERROR(
-        LoadMemory("<r><n>1</n></r>", ValidateWithSchema(m_Plain.Name(), true)), 2,
-        LoadError("Memfile", 1, "schemaLocation does not contain namespace-location pairs"));
+    EXPECT_LOAD_ERROR(LoadMemory("<r><n>1</n></r>", ValidateWithSchema(m_Plain.Name(), true)),
+                      "Memfile", 1, "schemaLocation does not contain namespace-location pairs");
     // Each kind of schema knows nothing of the other kind's elements, and says so.
-    const std::string unknown = LoadError("Memfile", 1, "no declaration found for element 'r'");
-    EXPECT_XML_ERROR(
-        LoadMemory("<r xmlns='urn:t'><n>1</n></r>", ValidateWithSchema(m_Plain.Name())), 2,
-        unknown);
-    EXPECT_XML_ERROR(LoadMemory("<r><n>1</n></r>",
-                                ValidateWithSchema(std::string("urn:t ") + m_Named.Name(), true)),
-                     2, unknown);
+    const std::string unknown = "no declaration found for element 'r'";
+    EXPECT_LOAD_ERROR(
+        LoadMemory("<r xmlns='urn:t'><n>1</n></r>", ValidateWithSchema(m_Plain.Name())), "Memfile",
+        1, unknown);
+    EXPECT_LOAD_ERROR(LoadMemory("<r><n>1</n></r>",
+                                 ValidateWithSchema(std::string("urn:t ") + m_Named.Name(), true)),
+                      "Memfile", 1, unknown);
 }
 
 TEST_F(LoadSchema, ValidatesAgainstTheSchemaThatTheDocumentNames) {
     const SLoad how = ValidateWithSchema("");
     EXPECT_EQ(TreeText(LoadMemory("<r" + Hint() + "><n>1</n></r>", how)),
-              "r noNamespaceSchemaLocation=" + norvask_test::Quoted(m_Plain.Name()) +
-                  " d=\"default\"(n(\"1\"))");
-    EXPECT_XML_ERROR(LoadMemory("<r" + Hint() + "><n>x</n></r>", how), 2,
-                     LoadError("Memfile", 1, kNoInteger));
-    EXPECT_XML_ERROR(LoadMemory("<r xmlns='urn:t'" + NamespaceHint() + ">\n\n<n>x</n></r>", how), 2,
-                     LoadError("Memfile", 3, kNoInteger));
+              "r noNamespaceSchemaLocation=" + Quoted(m_Plain.Name()) + " d=\"default\"(n(\"1\"))");
+    EXPECT_LOAD_ERROR(LoadMemory("<r" + Hint() + "><n>x</n></r>", how), "Memfile", 1, kNoInteger);
+    EXPECT_LOAD_ERROR(LoadMemory("<r xmlns='urn:t'" + NamespaceHint() + ">\n\n<n>x</n></r>", how),
+                      "Memfile", 3, kNoInteger);
 }
 
 TEST_F(LoadSchema, LoadsADocumentWithoutASchemaUnvalidated) {
@@ -117,7 +99,7 @@ TEST_F(LoadSchema, IgnoresTheCallersSchemaWithoutDoSchema) {
     how.doSchema = false;
     EXPECT_EQ(TreeText(LoadMemory("<r><n>x</n></r>", how)), "r(n(\"x\"))");
     EXPECT_EQ(TreeText(LoadMemory("<r" + Hint() + "><n>x</n></r>", how)),
-              "r noNamespaceSchemaLocation=" + norvask_test::Quoted(m_Plain.Name()) + "(n(\"x\"))");
+              "r noNamespaceSchemaLocation=" + Quoted(m_Plain.Name()) + "(n(\"x\"))");
 }
 
 TEST_F(LoadSchema, IgnoresAllThreeSchemaParametersWithoutValidate) {
@@ -138,14 +120,13 @@ TEST_F(LoadSchema, IgnoresAllThreeSchemaParametersWithoutValidate) {
 // must be well-formed. Nothing is validated against it.
 TEST_F(LoadSchema, ReadsTheDocumentsOwnSchemaEvenWithoutValidate) {
     EXPECT_EQ(TreeText(LoadMemory("<r" + Hint() + "><n>x</n></r>")),
-              "r noNamespaceSchemaLocation=" + norvask_test::Quoted(m_Plain.Name()) +
-                  " d=\"default\"(n(\"x\"))");
+              "r noNamespaceSchemaLocation=" + Quoted(m_Plain.Name()) + " d=\"default\"(n(\"x\"))");
     TemporaryFile broken(".xsd", "<xs:schema");
-    EXPECT_XML_ERROR(
+    EXPECT_LOAD_ERROR(
         LoadMemory(std::string("<r xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' "
                                "xsi:noNamespaceSchemaLocation='") +
                    broken.Name() + "'/>"),
-        2, LoadError(broken.Name(), 1, "unexpected end of input"));
+        broken.Name(), 1, "unexpected end of input");
 }
 
 // The parser only warns about such a schema, and warnings leave no trace.
@@ -164,29 +145,28 @@ TEST_F(LoadSchema, LoadsUnvalidatedWhenTheSchemaCannotBeOpened) {
 TEST_F(LoadSchema, TakesAnEmptyLocationForOneThatCannotBeOpened) {
     std::string xml = "<r><n>x</n></r>";
     for (const bool hasNamespace : {false, true}) {
-        norvask_test::Document document(norvask::CXMLManager::GetInstance().LoadDocument(
-            reinterpret_cast<unsigned char*>(&xml[0]), static_cast<unsigned int>(xml.size()), true,
-            true, "", hasNamespace, false));
+        Document document(Manager().LoadDocument(reinterpret_cast<unsigned char*>(&xml[0]),
+                                                 static_cast<unsigned int>(xml.size()), true, true,
+                                                 "", hasNamespace, false));
         EXPECT_EQ(TreeText(document), "r(n(\"x\"))");
     }
 }
 
 TEST_F(LoadSchema, ReportsABrokenSchemaWithItsName) {
     TemporaryFile broken(".xsd", "<xs:schema\n");
-    EXPECT_XML_ERROR(LoadMemory("<r/>", ValidateWithSchema(broken.Name())), 2,
-                     LoadError(broken.Name(), 2, "unexpected end of input"));
+    EXPECT_LOAD_ERROR(LoadMemory("<r/>", ValidateWithSchema(broken.Name())), broken.Name(), 2,
+                      "unexpected end of input");
 }
 
 TEST_F(LoadSchema, FindsARelativeSchemaBesideTheDocument) {
     const std::string name = m_Plain.Name();
     const std::string base = name.substr(name.rfind('/') + 1);
     TemporaryFile file(".xml", "<r><n>x</n></r>");
-    EXPECT_XML_ERROR(LoadFile(file.Name(), ValidateWithSchema(base)), 2,
-                     LoadError(file.Name(), 1, kNoInteger));
+    EXPECT_LOAD_ERROR(LoadFile(file.Name(), ValidateWithSchema(base)), file.Name(), 1, kNoInteger);
 }
 
 TEST_F(LoadSchema, ValidatesADtdAlthoughSchemaProcessingIsOn) {
     const std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
-    EXPECT_XML_ERROR(LoadMemory(invalid, ValidateWithSchema("")), 2,
-                     LoadError("Memfile", 1, "no declaration found for element 'a'"));
+    EXPECT_LOAD_ERROR(LoadMemory(invalid, ValidateWithSchema("")), "Memfile", 1,
+                      "no declaration found for element 'a'");
 }

@@ -1,21 +1,10 @@
 // What a loaded tree looks like: text and whitespace, references, CDATA sections, comments, size.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "support/loading.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::Document;
-using norvask_test::LoadMemory;
-using norvask_test::Quoted;
-using norvask_test::TreeText;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 struct SRow {
@@ -31,15 +20,15 @@ void ExpectTrees(const std::vector<SRow>& rows) {
 }
 
 // The one child of the root if it is of this type, else NULL.
-norvask::CXMLNode* OnlyChild(const Document& document, norvask::CXMLNode::NodeType type) {
-    norvask::CXMLNode** children = document->GetRoot()->GetChildren();
+CXMLNode* OnlyChild(const Document& document, CXMLNode::NodeType type) {
+    CXMLNode** children = document->GetRoot()->GetChildren();
     if (!children[0] || children[1] || children[0]->GetNodeType() != type) return nullptr;
     return children[0];
 }
 
 std::string OnlyText(const Document& document) {
-    norvask::CXMLNode* child = OnlyChild(document, norvask::CXMLNode::NODE_TEXT);
-    return child ? static_cast<norvask::CXMLTextNode*>(child)->GetText() : "no single text";
+    CXMLNode* child = OnlyChild(document, CXMLNode::NODE_TEXT);
+    return child ? static_cast<CXMLTextNode*>(child)->GetText() : "no single text";
 }
 
 }  // namespace
@@ -267,7 +256,7 @@ TEST(LoadTree, JoinsHundredsOfThousandsOfReferencesIntoOneText) {
 }
 
 TEST(LoadTree, DecodesALargeBlock) {
-    Document document = norvask_test::NewDocumentWithRoot("r");
+    Document document = NewDocumentWithRoot("r");
     std::string bytes;
     unsigned value = 1;
     for (int i = 0; i < 1000003; ++i) {
@@ -276,12 +265,12 @@ TEST(LoadTree, DecodesALargeBlock) {
     }
     document->GetRoot()->CreateBinChild()->SetData(
         reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-    Document loaded = LoadMemory(norvask_test::Saved(document));
-    norvask::CXMLNode* child = OnlyChild(loaded, norvask::CXMLNode::NODE_BINARY);
+    Document loaded = LoadMemory(Saved(document));
+    CXMLNode* child = OnlyChild(loaded, CXMLNode::NODE_BINARY);
     ASSERT_NE(child, nullptr);
     const unsigned char* data = nullptr;
     std::size_t length = 0;
-    static_cast<norvask::CXMLBinNode*>(child)->GetData(data, length);
+    static_cast<CXMLBinNode*>(child)->GetData(data, length);
     EXPECT_TRUE(std::string(reinterpret_cast<const char*>(data), length) == bytes);
 }
 
@@ -295,7 +284,7 @@ TEST(LoadTree, LoadsDeepAndWideDocuments) {
         xml += "</e>";
     Document document = LoadMemory(xml);
     int levels = 0;
-    for (norvask::CXMLNode* node = document->GetRoot(); node; node = node->GetFirstChild())
+    for (CXMLNode* node = document->GetRoot(); node; node = node->GetFirstChild())
         ++levels;
     EXPECT_EQ(levels, deep);
 
@@ -324,7 +313,7 @@ TEST(LoadTree, LoadsDeepAndWideDocuments) {
 
 TEST(LoadTree, GivesDocumentsThatAreIndependentOfTheBufferAndOfEachOther) {
     std::string xml = "<r k=\"v\">text<![CDATA[AAAA]]></r>";
-    norvask::CXMLManager& manager = norvask::CXMLManager::GetInstance();
+    CXMLManager& manager = CXMLManager::GetInstance();
     auto* bytes = reinterpret_cast<unsigned char*>(&xml[0]);
     const auto length = static_cast<unsigned int>(xml.size());
     const std::string before = xml;
@@ -349,13 +338,13 @@ TEST(LoadTree, LoadsOnSeveralThreadsAtOnce) {
             const std::string tree = name + " k=\"\xC3\xA9\"(\"&\", a(\"text\"), #41)";
             for (int round = 0; round < 300; ++round) {
                 Document document = LoadMemory(xml);
-                Document loaded = LoadMemory(norvask_test::Saved(document, round % 2 == 0));
+                Document loaded = LoadMemory(Saved(document, round % 2 == 0));
                 if (TreeText(document) != tree) wrong[i] = TreeText(document);
                 if (TreeText(loaded) != tree) wrong[i] = TreeText(loaded);
                 try {
                     LoadMemory("<" + name + ">");
                     wrong[i] = "no error";
-                } catch (norvask::CXMLException& e) {
+                } catch (CXMLException& e) {
                     const std::string text = e.GetMessage();
                     if (text.find("'" + name + "'") == std::string::npos) wrong[i] = text;
                 }
@@ -370,7 +359,7 @@ TEST(LoadTree, LoadsOnSeveralThreadsAtOnce) {
 
 TEST(LoadTree, ReadsTheGivenLengthOnly) {
     std::string xml = "<r>text</r>behind the document";
-    Document document(norvask::CXMLManager::GetInstance().LoadDocument(
-        reinterpret_cast<unsigned char*>(&xml[0]), 11, false, false, nullptr, false, false));
+    Document document(Manager().LoadDocument(reinterpret_cast<unsigned char*>(&xml[0]), 11, false,
+                                             false, nullptr, false, false));
     EXPECT_EQ(TreeText(document), "r(\"text\")");
 }

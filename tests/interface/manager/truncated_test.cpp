@@ -1,26 +1,14 @@
 // Damaged documents: one that uses everything, cut at every byte and with every byte changed. Each
 // must give a tree or the exception that names the place, and leave nothing behind (which the leak
 // sanitizer sees).
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <cstdlib>
 #include <initializer_list>
-#include <string>
 
-#include "support/loading.h"
-#include "support/tree_text.h"
+#include "support/testing.h"
 #include "support/unicode.h"
-#include "support/vocabulary.h"
 
-using norvask_test::Document;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::SLoad;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 const char* const kRootAndBefore =
@@ -58,8 +46,7 @@ std::string Whole() { return std::string(kRootAndBefore) + kComment + "\n"; }
 // "" if the text is that of a parse error in this file on one of these lines, else what is wrong.
 std::string WrongWith(const std::string& text, const std::string& file, long lines) {
     // What the parser finds before it has a first line has no place.
-    if (text == norvask_test::LoadError("", 0, "unable to decode first line in entity 'Memfile'"))
-        return "";
+    if (text == LoadError("", 0, "unable to decode first line in entity 'Memfile'")) return "";
     const std::string front = "Load error:\nFile: '" + file + "'  Line '";
     if (text.compare(0, front.size(), front) != 0) return "begins otherwise: " + text;
     char* end = nullptr;
@@ -85,7 +72,7 @@ long Lines(const std::string& text) {
 std::string Outcome(const std::string& xml, const SLoad& how) {
     try {
         return TreeText(LoadMemory(xml, how)).empty() ? "empty" : "tree";
-    } catch (norvask::CXMLException& e) {
+    } catch (CXMLException& e) {
         EXPECT_TRUE(e.GetID() == 2 || e.GetID() == 3) << e.GetID();
         if (e.GetID() == 3) {
             EXPECT_EQ(std::string(e.GetMessage()).compare(0, 19, "Invalid XML name: '"), 0);
@@ -149,7 +136,7 @@ TEST(LoadTruncated, ABeginningInAFileIsTheSameErrorAsInMemory) {
         std::string fromFile = "tree";
         try {
             LoadFile(file.Name());
-        } catch (norvask::CXMLException& e) {
+        } catch (CXMLException& e) {
             fromFile = e.GetMessage();
         }
         const std::size_t place = fromFile.find(file.Name());

@@ -1,16 +1,10 @@
 // Strings and blocks handed back to the object that they came from, or to its neighbours: whatever
 // the call replaces or releases, it has read its arguments before.
-#include <norvask/norvask.h>
-
-#include <string>
-
 #include "support/derived.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 // Names and texts of these lengths: strings may be kept in different places by their length.

@@ -1,17 +1,11 @@
 // Attributes that come and go by the hundred on an element that once had many.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
+#include "support/testing.h"
 
-#include <string>
-
-#include "support/tree.h"
-#include "support/vocabulary.h"
-
+using namespace norvask;
 using namespace norvask_test;
-
 TEST(AttributeChurn, FindsEveryAttributeWhileOthersComeAndGo) {
     const Document document = NewDocumentWithRoot("root");
-    norvask::CXMLNode* root = document->GetRoot();
+    CXMLNode* root = document->GetRoot();
     const auto set = [&](int number, bool present) {
         root->SetAttribute(("a" + std::to_string(number)).c_str(),
                            present ? std::to_string(number).c_str() : nullptr);

@@ -1,18 +1,13 @@
 // Very deep and very wide trees: a million levels on a stack of 1 MiB, a million children, twenty
 // thousand attributes. Nothing is timed; what is not linear does not end.
-#include <norvask/norvask.h>
-
 #include <algorithm>
-#include <string>
 
 #include "support/derived.h"
 #include "support/small_stack.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 constexpr std::size_t kLevels = 1000000;

@@ -1,17 +1,12 @@
 // Copying into and out of nodes of derived classes, and derived documents and managers: every step
 // goes through the virtual operations.
-#include <norvask/norvask.h>
-
-#include <string>
 #include <type_traits>
 
 #include "support/derived.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 std::string Shown(const char* text) { return text ? text : "NULL"; }
@@ -183,9 +178,9 @@ TEST(DerivedCopy, RefusesANameThatGotPastTheChecks) {
     source.CreateChild("second", nullptr);
     source.CreateChild("third", nullptr);
     const CSubstitute substitute(source, 1, invalid);
-    EXPECT_XML_ERROR(target->GetRoot()->CopyChild(&source, nullptr), 3, "Invalid XML name: '1a'.");
+    EXPECT_INVALID_NAME(target->GetRoot()->CopyChild(&source, nullptr), "1a");
     EXPECT_EQ(SavedBody(*target), "<r><s p=\"1\"><first/></s></r>");
-    EXPECT_XML_ERROR(target->GetRoot()->CopyChild(&invalid, nullptr), 3, "Invalid XML name: '1a'.");
+    EXPECT_INVALID_NAME(target->GetRoot()->CopyChild(&invalid, nullptr), "1a");
     EXPECT_EQ(SavedBody(*target), "<r><s p=\"1\"><first/></s></r>");
 }
 
@@ -194,9 +189,8 @@ TEST(DerivedCopy, RefusesNullOnADerivedLeafToo) {
     CBinaryProbe binary;
     CElementProbe element("e");
     for (CXMLNode* leaf : {static_cast<CXMLNode*>(&text), static_cast<CXMLNode*>(&binary)}) {
-        EXPECT_XML_ERROR(leaf->CopyChild(nullptr, nullptr), 1, "invalid parameter");
-        EXPECT_XML_ERROR(leaf->CopyChild(&element, nullptr), 1,
-                         "Function is not supported by this node type.");
+        EXPECT_INVALID_PARAMETER(leaf->CopyChild(nullptr, nullptr));
+        EXPECT_NOT_SUPPORTED(leaf->CopyChild(&element, nullptr));
     }
 }
 

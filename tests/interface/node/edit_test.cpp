@@ -1,16 +1,9 @@
 // Growing and shrinking an element: children at a place, leaves, deleting, the one text.
-#include <norvask/norvask.h>
-
-#include <string>
-#include <utility>
-
 #include "support/names.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 // A root with the children P, Q and R.
@@ -88,10 +81,10 @@ TEST_F(TreeEdit, KeepsTheOrderOfManyInsertions) {
 TEST_F(TreeEdit, ChangesNothingWhenTheNameIsInvalid) {
     for (const std::string& name : InvalidNames()) {
         for (CXMLNode* before : {m_pQ, static_cast<CXMLNode*>(nullptr)})
-            EXPECT_XML_ERROR(m_Root.CreateChild(name.c_str(), before), 3, InvalidNameText(name));
+            EXPECT_INVALID_NAME(m_Root.CreateChild(name.c_str(), before), name);
         EXPECT_EQ(Children(m_Root), "P Q R") << name;
     }
-    EXPECT_XML_ERROR(m_Root.CreateChild(nullptr, nullptr), 3, InvalidNameText(""));
+    EXPECT_INVALID_NAME(m_Root.CreateChild(nullptr, nullptr), "");
     EXPECT_EQ(Children(m_Root), "P Q R");
 }
 
@@ -224,17 +217,17 @@ TEST_F(TreeEdit, ChangesTheTextOfTheOneTextChild) {
 
 TEST_F(TreeEdit, RefusesToSetATextWhereThereIsNoSingleOne) {
     CXMLNode* child = m_pP->CreateChild("c", nullptr);
-    EXPECT_XML_ERROR(m_pP->SetTextChildValue("x"), 6, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_pP->SetTextChildValue("x"), 6);
     EXPECT_EQ(Children(*m_pP), "c");
     m_pP->DeleteChild(child);
     child = m_pP->CreateBinChild();
-    EXPECT_XML_ERROR(m_pP->SetTextChildValue("x"), 6, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_pP->SetTextChildValue("x"), 6);
     EXPECT_EQ(Children(*m_pP), "[]");
     m_pP->CreateTextChild("t");
-    EXPECT_XML_ERROR(m_pP->SetTextChildValue("x"), 6, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_pP->SetTextChildValue("x"), 6);
     EXPECT_EQ(Children(*m_pP), "[] 't'");
     m_pP->DeleteChild(child);
     m_pP->CreateTextChild("u");
-    EXPECT_XML_ERROR(m_pP->SetTextChildValue(nullptr), 6, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_pP->SetTextChildValue(nullptr), 6);
     EXPECT_EQ(Children(*m_pP), "'t' 'u'");
 }

@@ -1,19 +1,10 @@
 // Thousands of random operations, done to the library and to a plain model of it, which must agree
 // after every step. The seeds are fixed, so a failure comes back.
-#include <norvask/norvask.h>
-
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "support/random_text.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 // --- Attributes of one element: a list of pairs, searched from the front.
@@ -258,7 +249,7 @@ void TreeModel::Step() {
 
 void TreeModel::Check() {
     for (const bool format : {false, true}) {
-        std::string expected = std::string(kDeclaration) + (format ? "\r\n" : "");
+        std::string expected = kDeclaration + (format ? "\r\n" : "");
         Write(*m_pRoot, format, "", expected);
         ASSERT_EQ(Saved(m_Document, format), expected);
     }

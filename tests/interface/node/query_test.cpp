@@ -1,15 +1,8 @@
 // GetNodes of elements, leaves and documents: what a path selects, and how long the answer holds.
-#include <norvask/norvask.h>
-
-#include <string>
-#include <vector>
-
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 struct SRow {

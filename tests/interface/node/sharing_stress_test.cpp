@@ -1,20 +1,12 @@
 // Sharing taken to its limits: cycles, chains of shared nodes, and random assignments between the
 // nodes of several documents that end in any order. What counts is what the sanitizers say.
-#include <norvask/norvask.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "support/derived.h"
 #include "support/random_text.h"
 #include "support/small_stack.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 // Three small elements, each with attributes, a text and a binary node.

@@ -1,18 +1,12 @@
 // What threads may do at once: work on documents of their own, typed values included, hold copies of
 // attributes and exceptions, and save one document together.
-#include <norvask/norvask.h>
-
 #include <functional>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 constexpr int kThreads = 4;

@@ -1,22 +1,16 @@
 // The order of the virtual operations is part of the binary interface. In the Itanium C++ ABI a
 // pointer to a virtual member function holds the place of its slot in the virtual table, and a
 // virtual destructor takes two slots.
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <set>
-#include <string>
 #include <type_traits>
-#include <vector>
 
 #include "support/derived.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 constexpr std::ptrdiff_t kNotVirtual = -1;
@@ -241,8 +235,7 @@ TEST(VtableLayout, OfReportedAttributes) {
 
     CAttributTable handler;
     unsigned char xml[] = "<r k='v'/>";
-    CXMLManager::GetInstance().LoadDocument(xml, sizeof xml - 1, &handler, false, false, nullptr,
-                                            false, false);
+    Manager().LoadDocument(xml, sizeof xml - 1, &handler, false, false, nullptr, false, false);
     ASSERT_EQ(handler.m_Slots.size(), kSaxAttributSlots);
     CSaxAttributProbe probe;
     EXPECT_EQ(Differences(handler.m_Slots, Slots(&probe, kSaxAttributSlots)),

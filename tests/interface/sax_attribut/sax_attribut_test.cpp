@@ -1,27 +1,13 @@
 // CXMLSaxAttribut: its strings, copies and assignments, and what a client may do to the attributes and to
 // the array that it receives.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <functional>
-#include <memory>
-#include <string>
 #include <type_traits>
-#include <utility>
-#include <vector>
 
-#include "support/loading.h"
 #include "support/recording_handler.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask::CXMLSaxAttribut;
-using norvask_test::CRecordingHandler;
-using norvask_test::LoadMemory;
-using norvask_test::Quoted;
-using norvask_test::Same;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // An attribute of the client's own.
@@ -49,7 +35,7 @@ std::string Shown(CXMLSaxAttribut** attributes) {
 }
 
 // Hands the attributes of each element to a function.
-class CAttributeHandler : public norvask::CXMLSaxHandler {
+class CAttributeHandler : public CXMLSaxHandler {
 public:
     using Action = std::function<void(const std::string& name, CXMLSaxAttribut** attributes)>;
     explicit CAttributeHandler(Action action) : m_Action(std::move(action)) {}
@@ -196,7 +182,7 @@ TEST(CallbackAttribute, ArrayMayBeRearranged) {
     std::string shown;
     CAttributeHandler handler([&](const std::string& name, CXMLSaxAttribut** attributes) {
         shown += name + ": " + Shown(attributes);
-        const std::size_t count = norvask_test::Count(attributes);
+        const std::size_t count = Count(attributes);
         if (name == "a") {
             std::swap(attributes[0], attributes[count - 1]);
         } else if (name == "b") {

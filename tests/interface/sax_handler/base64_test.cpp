@@ -1,14 +1,8 @@
 // CXMLSaxHandler::GetData: Base64 and the one block that shows its result.
-#include <norvask/norvask.h>
+#include "support/testing.h"
 
-#include <string>
-
-#include "support/tree.h"
-#include "support/vocabulary.h"
-
-using norvask::CXMLSaxHandler;
-using norvask_test::Same;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 struct SRow {

@@ -1,41 +1,25 @@
 // The same document told in several ways, over generated documents: as callbacks and as a tree, from a file and
 // from memory, with the library's own converter and with an installed one that does the same.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
-#include "support/loading.h"
 #include "support/names.h"
 #include "support/random_text.h"
 #include "support/recording_handler.h"
 #include "support/sanitizers.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::Document;
-using norvask_test::EventsOfFile;
-using norvask_test::EventsOfMemory;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::RandomText;
-using norvask_test::Saved;
-using norvask_test::SLoad;
-using norvask_test::TemporaryFile;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // Builds from callbacks the tree that a load would.
-class CTreeHandler : public norvask::CXMLSaxHandler {
+class CTreeHandler : public CXMLSaxHandler {
 public:
     explicit CTreeHandler(bool keepPrefixes) : m_bKeepPrefixes(keepPrefixes) {}
 
     Document m_Document;
 
-    void StartDocument() override { m_Document = norvask_test::NewDocument(); }
+    void StartDocument() override { m_Document = NewDocument(); }
     void StartDTD(const char* name, const char*, const char* systemId) override {
         m_Document->SetDTDRef(name, systemId);
     }
@@ -43,7 +27,7 @@ public:
         m_Declarations[std::string("xmlns:") + prefix] = uri;
     }
     void StartElement(const char*, const char* localName, const char* qName,
-                      norvask::CXMLSaxAttribut** attributes) override {
+                      CXMLSaxAttribut** attributes) override {
         const char* name = m_bKeepPrefixes ? qName : localName;
         m_pCurrent =
             m_pCurrent ? m_pCurrent->CreateChild(name, nullptr) : m_Document->CreateRoot(name);
@@ -53,7 +37,7 @@ public:
         }
         m_Declarations.clear();
         for (; *attributes; ++attributes) {
-            norvask::CXMLSaxAttribut& a = **attributes;
+            CXMLSaxAttribut& a = **attributes;
             m_pCurrent->SetAttribute(m_bKeepPrefixes ? a.GetQName() : a.GetLocalName(),
                                      a.GetValue());
         }
@@ -76,23 +60,21 @@ public:
 
 private:
     const bool m_bKeepPrefixes;
-    norvask::CXMLNode* m_pCurrent = nullptr;
+    CXMLNode* m_pCurrent = nullptr;
     bool m_bInCDATA = false;
     std::map<std::string, std::string> m_Declarations;
 };
 
 // Instrumented, allocations are slow; what the counts below must exceed is exceeded all the same.
-int Times(int plain, int sanitized) { return norvask_test::kIsSanitized ? sanitized : plain; }
+int Times(int plain, int sanitized) { return kIsSanitized ? sanitized : plain; }
 
 // Asks the library's own conversion for each string, where the library would take its fast path.
-class CPlainConverter : public norvask::CWideCharToString {
+class CPlainConverter : public CWideCharToString {
 public:
-    CPlainConverter() { norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(this); }
+    CPlainConverter() { Manager().SetWideCharToStringConverter(this); }
     CPlainConverter(const CPlainConverter&) = delete;
     CPlainConverter& operator=(const CPlainConverter&) = delete;
-    ~CPlainConverter() {
-        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
-    }
+    ~CPlainConverter() { Manager().SetWideCharToStringConverter(nullptr); }
     char* Convert(const char16_t* source, std::size_t length) override {
         return CWideCharToString::Convert(source, length);
     }
@@ -102,7 +84,7 @@ public:
 class CGenerator {
 public:
     explicit CGenerator(unsigned seed) : m_Random(seed) {
-        for (const std::string& name : norvask_test::ValidNames()) {
+        for (const std::string& name : ValidNames()) {
             // Those that are names in UTF-8 too, without a prefix.
             if (name.find(':') == std::string::npos && name.find('\xFF') == std::string::npos &&
                 name.substr(0, 3) != "xml" && name != "a\xC3" && name != "a\xED\xA0\x80")

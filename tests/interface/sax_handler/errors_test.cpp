@@ -1,31 +1,11 @@
 // What the caller of a callback load is told when it fails: sources that cannot be read, parameters,
 // malformed and invalid documents; and which callbacks were made until then.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
-#include <string>
-
-#include "support/loading.h"
 #include "support/recording_handler.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::CRecordingHandler;
-using norvask_test::KeepPrefixes;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::Quoted;
-using norvask_test::SLoad;
-using norvask_test::TemporaryFile;
-using norvask_test::Validate;
-using norvask_test::ValidateWithSchema;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
-
-norvask::CXMLManager& Manager() { return norvask::CXMLManager::GetInstance(); }
 
 struct SFailing {
     std::string xml;
@@ -47,13 +27,11 @@ void ExpectUsable(CRecordingHandler& handler) {
 void ExpectFailure(const SFailing& row, const SLoad& how) {
     SCOPED_TRACE(Quoted(row.xml));
     CRecordingHandler handler;
-    EXPECT_XML_ERROR(LoadMemory(row.xml, handler, how), 2,
-                     LoadError("Memfile", row.line, row.message));
+    EXPECT_LOAD_ERROR(LoadMemory(row.xml, handler, how), "Memfile", row.line, row.message);
     EXPECT_EQ(handler.Transcript(), row.events);
     ExpectUsable(handler);
     TemporaryFile file(".xml", row.xml);
-    EXPECT_XML_ERROR(LoadFile(file.Name(), handler, how), 2,
-                     LoadError(file.Name(), row.line, row.message));
+    EXPECT_LOAD_ERROR(LoadFile(file.Name(), handler, how), file.Name(), row.line, row.message);
     EXPECT_EQ(handler.Transcript(), row.events);
     ExpectUsable(handler);
 }
@@ -120,13 +98,13 @@ TEST(CallbackErrors, OfADtdEndTheLoadAtTheFirstViolation) {
 TEST(CallbackErrors, NameTheEntityInWhichTheErrorLies) {
     TemporaryFile entity(".ent", "<b>\n\n<c></b>");
     CRecordingHandler handler;
-    EXPECT_XML_ERROR(LoadMemory(std::string("<!DOCTYPE r [<!ENTITY e SYSTEM '") + entity.Name() +
-                                    "'>]>\n<r>&e;</r>",
-                                handler),
-                     2, LoadError(entity.Name(), 3, "expected end of tag 'c'"));
+    EXPECT_LOAD_ERROR(LoadMemory(std::string("<!DOCTYPE r [<!ENTITY e SYSTEM '") + entity.Name() +
+                                     "'>]>\n<r>&e;</r>",
+                                 handler),
+                      entity.Name(), 3, "expected end of tag 'c'");
     ExpectUsable(handler);
-    EXPECT_XML_ERROR(LoadMemory("<!DOCTYPE r SYSTEM '/nonexistent/r.dtd'>\n<r/>", handler), 2,
-                     LoadError("Memfile", 1, "unable to open DTD document '/nonexistent/r.dtd'"));
+    EXPECT_LOAD_ERROR(LoadMemory("<!DOCTYPE r SYSTEM '/nonexistent/r.dtd'>\n<r/>", handler),
+                      "Memfile", 1, "unable to open DTD document '/nonexistent/r.dtd'");
     EXPECT_EQ(handler.Transcript(),
               "StartDocument\nStartDTD \"r\" public NULL system \"/nonexistent/r.dtd\"\n");
     ExpectUsable(handler);
@@ -153,9 +131,8 @@ TEST(CallbackErrors, OfASchemaAreThoseOfTheSchemaInForce) {
     SLoad wrongKind = forPlain;
     wrongKind.schemaHasNamespace = true;
     CRecordingHandler handler;
-    EXPECT_XML_ERROR(
-        LoadMemory("<r><n>1</n></r>", handler, wrongKind), 2,
-        LoadError("Memfile", 1, "schemaLocation does not contain namespace-location pairs"));
+    EXPECT_LOAD_ERROR(LoadMemory("<r><n>1</n></r>", handler, wrongKind), "Memfile", 1,
+                      "schemaLocation does not contain namespace-location pairs");
     ExpectUsable(handler);
 }
 
@@ -168,26 +145,24 @@ TEST(CallbackErrors, OfASchemaNeedBothSwitches) {
         SLoad how = ValidateWithSchema(schema.Name());
         how.validate = validate;
         how.doSchema = !validate;
-        EXPECT_EQ(norvask_test::EventsOfMemory(invalid, how), events);
+        EXPECT_EQ(EventsOfMemory(invalid, how), events);
     }
-    EXPECT_EQ(norvask_test::EventsOfMemory(invalid, ValidateWithSchema("")), events);
-    EXPECT_EQ(norvask_test::EventsOfMemory("<r><n>1</n></r>", ValidateWithSchema(schema.Name())),
+    EXPECT_EQ(EventsOfMemory(invalid, ValidateWithSchema("")), events);
+    EXPECT_EQ(EventsOfMemory("<r><n>1</n></r>", ValidateWithSchema(schema.Name())),
               Whole("StartElement r d=\"default\"\nStartElement n\nCharacters \"1\"\n"
                     "EndElement n\nEndElement r\n"));
 }
 
 TEST(CallbackErrors, OfASourceThatCannotBeReadComeBeforeEveryCallback) {
     CRecordingHandler handler;
-    EXPECT_XML_ERROR(LoadFile("/nonexistent/catalogue.xml", handler), 2,
-                     LoadError("", 0,
-                               "unable to open primary document entity "
-                               "'/nonexistent/catalogue.xml'"));
+    EXPECT_LOAD_ERROR(LoadFile("/nonexistent/catalogue.xml", handler), "", 0,
+                      "unable to open primary document entity "
+                      "'/nonexistent/catalogue.xml'");
     EXPECT_EQ(handler.Transcript(), "");
     ExpectUsable(handler);
-    EXPECT_XML_ERROR(LoadFile("", handler), 2,
-                     LoadError("", 0, "unable to open primary document entity ''"));
+    EXPECT_LOAD_ERROR(LoadFile("", handler), "", 0, "unable to open primary document entity ''");
     EXPECT_EQ(handler.Transcript(), "");
-    EXPECT_XML_ERROR(LoadFile("/", handler), 2, LoadError("", 0, "unable to read data from file"));
+    EXPECT_LOAD_ERROR(LoadFile("/", handler), "", 0, "unable to read data from file");
     EXPECT_EQ(handler.Transcript(), "");
     ExpectUsable(handler);
 }
@@ -197,31 +172,30 @@ TEST(CallbackErrors, OfNoSourceOrNoHandlerAreTheParameters) {
     TemporaryFile file(".xml", "<r/>");
     const char* noName = nullptr;
     unsigned char* noBuffer = nullptr;
-    norvask::CXMLSaxHandler* noHandler = nullptr;
+    CXMLSaxHandler* noHandler = nullptr;
     CRecordingHandler handler;
     for (const bool o : {false, true}) {
-        const char* text = "invalid parameter";
-        EXPECT_XML_ERROR(Manager().LoadDocument(noName, &handler, o, o, nullptr, o, o), 1, text);
-        EXPECT_XML_ERROR(Manager().LoadDocument(noName, noHandler, o, o, nullptr, o, o), 1, text);
-        EXPECT_XML_ERROR(Manager().LoadDocument(file.Name(), noHandler, o, o, nullptr, o, o), 1,
-                         text);
-        EXPECT_XML_ERROR(Manager().LoadDocument("/nonexistent", noHandler, o, o, nullptr, o, o), 1,
-                         text);
+        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(noName, &handler, o, o, nullptr, o, o));
+        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(noName, noHandler, o, o, nullptr, o, o));
+        EXPECT_INVALID_PARAMETER(
+            Manager().LoadDocument(file.Name(), noHandler, o, o, nullptr, o, o));
+        EXPECT_INVALID_PARAMETER(
+            Manager().LoadDocument("/nonexistent", noHandler, o, o, nullptr, o, o));
         for (const unsigned length : {0u, 4u, 0xFFFFFFFFu}) {
-            EXPECT_XML_ERROR(
-                Manager().LoadDocument(noBuffer, length, &handler, o, o, nullptr, o, o), 1, text);
+            EXPECT_INVALID_PARAMETER(
+                Manager().LoadDocument(noBuffer, length, &handler, o, o, nullptr, o, o));
         }
-        EXPECT_XML_ERROR(Manager().LoadDocument(bytes, 0, &handler, o, o, nullptr, o, o), 1, text);
-        EXPECT_XML_ERROR(Manager().LoadDocument(bytes, 4, noHandler, o, o, nullptr, o, o), 1, text);
-        EXPECT_XML_ERROR(Manager().LoadDocument(noBuffer, 0, noHandler, o, o, nullptr, o, o), 1,
-                         text);
+        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(bytes, 0, &handler, o, o, nullptr, o, o));
+        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(bytes, 4, noHandler, o, o, nullptr, o, o));
+        EXPECT_INVALID_PARAMETER(
+            Manager().LoadDocument(noBuffer, 0, noHandler, o, o, nullptr, o, o));
     }
     EXPECT_EQ(handler.Transcript(), "");
     ExpectUsable(handler);
 }
 
 TEST(CallbackErrors, OfAManagerThatIsNotInitialisedComeFirst) {
-    class CCopy : public norvask::CXMLManager {
+    class CCopy : public CXMLManager {
     public:
         CCopy() : CXMLManager(GetInstance()) {}
         ~CCopy() = default;
@@ -245,11 +219,11 @@ TEST(CallbackErrors, OfAManagerThatIsNotInitialisedComeFirst) {
 TEST(CallbackErrors, LeaveNothingForTheNextLoad) {
     CRecordingHandler handler;
     for (int i = 0; i < 3; ++i) {
-        EXPECT_XML_ERROR(LoadMemory("<r xmlns:p='1'>text<![CDATA[x]]>pending<p:a", handler), 2,
-                         LoadError("Memfile", 1, "unexpected end of input"));
+        EXPECT_LOAD_ERROR(LoadMemory("<r xmlns:p='1'>text<![CDATA[x]]>pending<p:a", handler),
+                          "Memfile", 1, "unexpected end of input");
         ExpectUsable(handler);
-        EXPECT_XML_ERROR(LoadMemory("<r>x<![CDATA[", handler), 2,
-                         LoadError("Memfile", 1, "unterminated CDATA section"));
+        EXPECT_LOAD_ERROR(LoadMemory("<r>x<![CDATA[", handler), "Memfile", 1,
+                          "unterminated CDATA section");
         handler.Take();
         LoadMemory("<r>\n</r>", handler);
         EXPECT_EQ(handler.Take(), Whole("StartElement r\nEndElement r\n"));
@@ -257,8 +231,8 @@ TEST(CallbackErrors, LeaveNothingForTheNextLoad) {
 }
 
 TEST(CallbackErrors, AreNotWarnings) {
-    EXPECT_EQ(norvask_test::EventsOfMemory("<?xml version='1.0' encoding='UTF-16'?><r/>"),
+    EXPECT_EQ(EventsOfMemory("<?xml version='1.0' encoding='UTF-16'?><r/>"),
               Whole("StartElement r\nEndElement r\n"));
-    EXPECT_EQ(norvask_test::EventsOfMemory("<r/>", ValidateWithSchema("/nonexistent/s.xsd")),
+    EXPECT_EQ(EventsOfMemory("<r/>", ValidateWithSchema("/nonexistent/s.xsd")),
               Whole("StartElement r\nEndElement r\n"));
 }

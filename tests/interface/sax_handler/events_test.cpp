@@ -1,27 +1,11 @@
 // Which callbacks a document gives, with which strings, in which order: elements, attributes, text and
 // CDATA sections. Namespaces and document types are in names_test.cpp.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
-#include <string>
-#include <vector>
-
-#include "support/loading.h"
 #include "support/recording_handler.h"
 #include "support/sanitizers.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::CRecordingHandler;
-using norvask_test::EventsOfFile;
-using norvask_test::EventsOfMemory;
-using norvask_test::KeepPrefixes;
-using norvask_test::LoadMemory;
-using norvask_test::Quoted;
-using norvask_test::TemporaryFile;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 struct SRow {
@@ -46,9 +30,9 @@ std::string InRoot(const std::string& lines) {
 }
 
 // Counts, and keeps the longest text; for documents whose transcript nobody reads.
-class CCountingHandler : public norvask::CXMLSaxHandler {
+class CCountingHandler : public CXMLSaxHandler {
 public:
-    void StartElement(const char*, const char*, const char*, norvask::CXMLSaxAttribut**) override {
+    void StartElement(const char*, const char*, const char*, CXMLSaxAttribut**) override {
         ++m_nElements;
     }
     void EndElement(const char*, const char*, const char*) override { ++m_nEnds; }
@@ -92,10 +76,10 @@ TEST(CallbackEvents, GiveAttributesInTheirOrderWithTheirValues) {
 
 // A recorder that finds a NULL writes "!", so this says it once more for the smallest case.
 TEST(CallbackEvents, NeverGiveNullForAnArrayOrANamespace) {
-    class CProbe : public norvask::CXMLSaxHandler {
+    class CProbe : public CXMLSaxHandler {
     public:
         void StartElement(const char* uri, const char* localName, const char* qName,
-                          norvask::CXMLSaxAttribut** attributes) override {
+                          CXMLSaxAttribut** attributes) override {
             ++m_nCalls;
             EXPECT_STREQ(uri, "");
             EXPECT_STREQ(localName, "r");
@@ -264,7 +248,7 @@ TEST(CallbackEvents, GiveShortTextsBehindLongOnesAsTheyAre) {
 }
 
 TEST(CallbackEvents, EndEachOfAMillionElements) {
-    const int count = norvask_test::kIsSanitized ? 100000 : 1000000;
+    const int count = kIsSanitized ? 100000 : 1000000;
     std::string xml = "<r>";
     for (int i = 0; i < count; ++i)
         xml += "<e/>";
@@ -276,7 +260,7 @@ TEST(CallbackEvents, EndEachOfAMillionElements) {
 }
 
 TEST(CallbackEvents, DoNothingByDefault) {
-    norvask::CXMLSaxHandler handler;
+    CXMLSaxHandler handler;
     LoadMemory("<!DOCTYPE r [<!ENTITY e 'x'>]><r xmlns:p='u' p:k='v'>&e;<![CDATA[y]]><p:a/></r>",
                handler);
     handler.StartDocument();
@@ -306,8 +290,8 @@ TEST(CallbackEvents, ReadTheGivenLengthOnly) {
     std::string xml = "<r>text</r>behind the document";
     const std::string before = xml;
     CRecordingHandler handler;
-    norvask::CXMLManager::GetInstance().LoadDocument(reinterpret_cast<unsigned char*>(&xml[0]), 11,
-                                                     &handler, false, false, nullptr, false, false);
+    Manager().LoadDocument(reinterpret_cast<unsigned char*>(&xml[0]), 11, &handler, false, false,
+                           nullptr, false, false);
     EXPECT_EQ(handler.Transcript(), Whole(InRoot("Characters \"text\"\n")));
     EXPECT_EQ(xml, before);
 }

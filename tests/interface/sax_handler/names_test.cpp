@@ -1,25 +1,10 @@
 // Callbacks for namespaces and document types: declarations, the three forms of a name, identifiers,
 // entities, default attributes.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <string>
-#include <vector>
-
-#include "support/loading.h"
 #include "support/recording_handler.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::EventsOfFile;
-using norvask_test::EventsOfMemory;
-using norvask_test::KeepPrefixes;
-using norvask_test::Quoted;
-using norvask_test::SLoad;
-using norvask_test::TemporaryFile;
-using norvask_test::Validate;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 struct SRow {
@@ -137,10 +122,9 @@ TEST(CallbackNamespaces, MayHaveNamesBeyondAscii) {
 }
 
 TEST(CallbackNamespaces, ReportAPrefixWithoutADeclaration) {
-    norvask_test::CRecordingHandler handler;
-    EXPECT_XML_ERROR(
-        norvask_test::LoadMemory("<r>\n<p:a/></r>", handler), 2,
-        norvask_test::LoadError("Memfile", 2, "prefix 'p' can not be resolved to namespace URI"));
+    CRecordingHandler handler;
+    EXPECT_LOAD_ERROR(LoadMemory("<r>\n<p:a/></r>", handler), "Memfile", 2,
+                      "prefix 'p' can not be resolved to namespace URI");
     EXPECT_EQ(handler.Transcript(), "StartDocument\nStartElement r\n");
 }
 

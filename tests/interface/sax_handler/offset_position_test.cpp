@@ -1,25 +1,14 @@
 // CXMLSaxHandler::GetSourceOffset: where the positions are that it answers.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
-#include <cstddef>
 #include <cstdint>
-#include <string>
-#include <vector>
 
 #include "support/random_text.h"
 #include "support/recording_handler.h"
 #include "support/sanitizers.h"
 #include "support/source_offsets.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::COffsetHandler;
-using norvask_test::CRecordingHandler;
-using norvask_test::CSourceOffsets;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::TemporaryFile;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 std::string OffsetsOfMemory(const std::string& xml) {
@@ -35,9 +24,9 @@ std::string OffsetsOfFile(const std::string& xml) {
 }
 
 // Notes the positions of elements only, of documents that are too large for a transcript.
-class CElementOffsets : public norvask::CXMLSaxHandler {
+class CElementOffsets : public CXMLSaxHandler {
 public:
-    void StartElement(const char*, const char*, const char*, norvask::CXMLSaxAttribut**) override {
+    void StartElement(const char*, const char*, const char*, CXMLSaxAttribut**) override {
         m_Offsets.push_back(GetSourceOffset());
     }
     void EndElement(const char*, const char*, const char*) override {
@@ -61,7 +50,7 @@ STags Generated(std::size_t elements, unsigned seed) {
     static const char* const PIECES[] = {
         "text ",    "\xC3\xA9\xC3\xA8", "\xE2\x82\xAC",     "\r\n", "\xF0\x9F\x98\x80", "&amp;",
         "&#x20AC;", "<!-- c -->",       "<![CDATA[ ]] ]]>", "\n\t", "<?p i?>",          "x"};
-    norvask_test::RandomText random(seed);
+    RandomText random(seed);
     STags tags;
     tags.Tag("<r>");
     for (std::size_t i = 0; i < elements; ++i) {
@@ -199,7 +188,7 @@ TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfAnInternalEntity) {
 // The entities are longer than the document, so that positions inside of them would show.
 TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfLongAndNestedEntities) {
     const CSourceOffsets on;
-    const std::size_t count = norvask_test::kIsSanitized ? 3000 : 20000;
+    const std::size_t count = kIsSanitized ? 3000 : 20000;
     std::string content = "<?xml encoding='UTF-8'?>";
     for (std::size_t i = 0; i < count; ++i)
         content += "<a>&i;</a>\n";

@@ -1,26 +1,12 @@
 // CXMLSaxHandler::GetSourceOffset: which loads answer it.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <cstdint>
-#include <string>
-#include <vector>
 
-#include "support/loading.h"
 #include "support/recording_handler.h"
 #include "support/source_offsets.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::COffsetHandler;
-using norvask_test::CRecordingHandler;
-using norvask_test::CSourceOffsets;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::TemporaryFile;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 TEST(CallbackOffset, IsZeroOutsideOfALoad) {
     CRecordingHandler handler;
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
@@ -31,10 +17,9 @@ TEST(CallbackOffset, IsZeroOutsideOfALoad) {
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
     LoadFile(file.Name(), handler);
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
-    EXPECT_XML_ERROR(LoadMemory("<r>", handler), 2,
-                     LoadError("Memfile", 1,
-                               "input ended before all started tags were ended; last tag "
-                               "started is 'r'"));
+    EXPECT_LOAD_ERROR(LoadMemory("<r>", handler), "Memfile", 1,
+                      "input ended before all started tags were ended; last tag "
+                      "started is 'r'");
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
     EXPECT_ANY_THROW(LoadFile("/nonexistent/r.xml", handler));
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
@@ -69,11 +54,10 @@ TEST(CallbackOffset, EndsTheLoadWhereItIsNotTracked) {
         handler.Do([&](const std::string& line) {
             if (line == row.callback) handler.GetSourceOffset();
         });
-        EXPECT_XML_ERROR(LoadMemory(xml, handler), 2, LoadError("Memfile", row.line, refusal));
+        EXPECT_LOAD_ERROR(LoadMemory(xml, handler), "Memfile", row.line, refusal);
         EXPECT_EQ(handler.Take(), until);
         EXPECT_EQ(handler.GetSourceOffset(), 0u);
-        EXPECT_XML_ERROR(LoadFile(file.Name(), handler), 2,
-                         LoadError(file.Name(), row.line, refusal));
+        EXPECT_LOAD_ERROR(LoadFile(file.Name(), handler), file.Name(), row.line, refusal);
         EXPECT_EQ(handler.Take(), until);
         EXPECT_EQ(handler.GetSourceOffset(), 0u);
     }
@@ -84,10 +68,9 @@ TEST(CallbackOffset, IsRefusedInsideOfAnInternalEntityToo) {
     handler.Do([&](const std::string& line) {
         if (line == "EndElement k") handler.GetSourceOffset();
     });
-    EXPECT_XML_ERROR(
-        LoadMemory("<!DOCTYPE r [<!ENTITY e '<k>z</k>'>]><r>&e;</r>", handler), 2,
-        LoadError("Memfile", 1,
-                  "current transcoding service does not support source offset information"));
+    EXPECT_LOAD_ERROR(LoadMemory("<!DOCTYPE r [<!ENTITY e '<k>z</k>'>]><r>&e;</r>", handler),
+                      "Memfile", 1,
+                      "current transcoding service does not support source offset information");
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
 }
 
@@ -134,7 +117,7 @@ TEST(CallbackOffset, BeginsAnewWithEachLoad) {
 }
 
 TEST(CallbackOffset, IsTrackedByLoadsThatStartWithTheSwitchOn) {
-    norvask::CXMLManager& manager = norvask::CXMLManager::GetInstance();
+    CXMLManager& manager = CXMLManager::GetInstance();
     COffsetHandler handler;
     EXPECT_ANY_THROW(LoadMemory("<r/>", handler));
     manager.SetCalculateSourceOffsets(true);
@@ -169,9 +152,9 @@ TEST(CallbackOffset, IsTrackedByLoadsThatStartWithTheSwitchOn) {
 
 TEST(CallbackOffset, MakesNoDifferenceToTheEventsNorToTrees) {
     const std::string xml = "<!DOCTYPE r [<!ENTITY e '<a/>'>]><r k='v'>&e;text<![CDATA[QQ==]]></r>";
-    const std::string events = norvask_test::EventsOfMemory(xml);
-    const std::string tree = norvask_test::TreeText(LoadMemory(xml));
+    const std::string events = EventsOfMemory(xml);
+    const std::string tree = TreeText(LoadMemory(xml));
     const CSourceOffsets on;
-    EXPECT_EQ(norvask_test::EventsOfMemory(xml), events);
-    EXPECT_EQ(norvask_test::TreeText(LoadMemory(xml)), tree);
+    EXPECT_EQ(EventsOfMemory(xml), events);
+    EXPECT_EQ(TreeText(LoadMemory(xml)), tree);
 }

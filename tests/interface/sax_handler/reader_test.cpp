@@ -1,34 +1,20 @@
 // Which load a handler shows: copies and assigned handlers, handlers that end, and loads that are
 // started inside a callback.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <cstdint>
-#include <memory>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
-#include "support/loading.h"
 #include "support/recording_handler.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 
-using norvask_test::CRecordingHandler;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::TemporaryFile;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // The switch is on during each of these tests.
 class CallbackReader : public ::testing::Test {
 protected:
-    CallbackReader() { norvask::CXMLManager::GetInstance().SetCalculateSourceOffsets(true); }
-    ~CallbackReader() override {
-        norvask::CXMLManager::GetInstance().SetCalculateSourceOffsets(false);
-    }
+    CallbackReader() { Manager().SetCalculateSourceOffsets(true); }
+    ~CallbackReader() override { Manager().SetCalculateSourceOffsets(false); }
 };
 
 const char* const kDocument = "<r><a/><b/></r>";
@@ -38,16 +24,16 @@ const char* const kEvents =
 }  // namespace
 
 TEST_F(CallbackReader, IsSharedWithACopyThatIsMadeDuringTheLoad) {
-    std::unique_ptr<norvask::CXMLSaxHandler> copy;
-    std::unique_ptr<norvask::CXMLSaxHandler> copyOfCopy;
+    std::unique_ptr<CXMLSaxHandler> copy;
+    std::unique_ptr<CXMLSaxHandler> copyOfCopy;
     CRecordingHandler handler;
     handler.Do([&](const std::string& line) {
         if (line == "StartElement a") {
-            copy = std::make_unique<norvask::CXMLSaxHandler>(handler);
+            copy = std::make_unique<CXMLSaxHandler>(handler);
             EXPECT_EQ(copy->GetSourceOffset(), 7u);
         } else if (line == "StartElement b") {
             EXPECT_EQ(copy->GetSourceOffset(), 11u);
-            copyOfCopy = std::make_unique<norvask::CXMLSaxHandler>(*copy);
+            copyOfCopy = std::make_unique<CXMLSaxHandler>(*copy);
             copy.reset();
             EXPECT_EQ(copyOfCopy->GetSourceOffset(), 11u);
             EXPECT_EQ(handler.GetSourceOffset(), 11u);
@@ -63,13 +49,13 @@ TEST_F(CallbackReader, IsSharedWithACopyThatIsMadeDuringTheLoad) {
 }
 
 TEST_F(CallbackReader, IsGoneFromCopiesAfterALoadThatThrew) {
-    norvask::CXMLSaxHandler assigned;
-    std::unique_ptr<norvask::CXMLSaxHandler> copy;
+    CXMLSaxHandler assigned;
+    std::unique_ptr<CXMLSaxHandler> copy;
     {
         CRecordingHandler handler;
         handler.Do([&](const std::string& line) {
             if (line != "StartElement a") return;
-            copy = std::make_unique<norvask::CXMLSaxHandler>(handler);
+            copy = std::make_unique<CXMLSaxHandler>(handler);
             assigned = handler;
             EXPECT_EQ(assigned.GetSourceOffset(), 7u);
             throw 42;
@@ -83,10 +69,10 @@ TEST_F(CallbackReader, IsGoneFromCopiesAfterALoadThatThrew) {
 
 // A copy shows the load that its source served when it was made, and no later one.
 TEST_F(CallbackReader, OfTheNextLoadIsNoneOfACopyFromBefore) {
-    std::unique_ptr<norvask::CXMLSaxHandler> copy;
+    std::unique_ptr<CXMLSaxHandler> copy;
     CRecordingHandler handler;
     handler.Do([&](const std::string&) {
-        if (!copy) copy = std::make_unique<norvask::CXMLSaxHandler>(handler);
+        if (!copy) copy = std::make_unique<CXMLSaxHandler>(handler);
     });
     LoadMemory(kDocument, handler);
     handler.Do([&](const std::string& line) {
@@ -97,18 +83,18 @@ TEST_F(CallbackReader, OfTheNextLoadIsNoneOfACopyFromBefore) {
     LoadMemory(kDocument, handler);
     EXPECT_EQ(handler.Take(), Whole(kEvents) + Whole(kEvents));
 
-    norvask::CXMLSaxHandler before(handler);
+    CXMLSaxHandler before(handler);
     handler.Do([&](const std::string&) { EXPECT_EQ(before.GetSourceOffset(), 0u); });
     LoadMemory(kDocument, handler);
 }
 
 TEST_F(CallbackReader, MayBeAssignedAwayAndBack) {
-    norvask::CXMLSaxHandler idle;
-    norvask::CXMLSaxHandler keeper;
+    CXMLSaxHandler idle;
+    CXMLSaxHandler keeper;
     CRecordingHandler handler;
     handler.Do([&](const std::string& line) {
-        norvask::CXMLSaxHandler& base = handler;
-        norvask::CXMLSaxHandler& same = handler;
+        CXMLSaxHandler& base = handler;
+        CXMLSaxHandler& same = handler;
         if (line == "StartElement a") {
             base = same;
             EXPECT_EQ(handler.GetSourceOffset(), 7u);
@@ -135,12 +121,11 @@ TEST_F(CallbackReader, MayBeAssignedAwayAndBack) {
 
 TEST_F(CallbackReader, EndsWithAHandlerThatIsDeletedAfterALoad) {
     TemporaryFile file(".xml", kDocument);
-    std::unique_ptr<norvask::CXMLSaxHandler> copy;
+    std::unique_ptr<CXMLSaxHandler> copy;
     for (int i = 0; i < 10; ++i) {
         auto handler = std::make_unique<CRecordingHandler>();
         CRecordingHandler* inside = handler.get();
-        handler->Do(
-            [&](const std::string&) { copy = std::make_unique<norvask::CXMLSaxHandler>(*inside); });
+        handler->Do([&](const std::string&) { copy = std::make_unique<CXMLSaxHandler>(*inside); });
         if (i % 2) {
             LoadMemory(kDocument, *handler);
         } else {
@@ -220,7 +205,7 @@ TEST_F(CallbackReader, LetsTreesBeLoadedInsideACallback) {
     handler.Do([&](const std::string& line) {
         if (line != "StartElement a" && line != "Characters \"x\"") return;
         const std::uint64_t before = handler.GetSourceOffset();
-        trees += norvask_test::TreeText(LoadMemory("<q k='v'>text</q>"));
+        trees += TreeText(LoadMemory("<q k='v'>text</q>"));
         EXPECT_EQ(handler.GetSourceOffset(), before);
     });
     LoadMemory("<r><a/>x</r>", handler);
@@ -233,7 +218,7 @@ TEST_F(CallbackReader, DoesNotMoveTheCallbacks) {
     CRecordingHandler handler;
     handler.Do([&](const std::string& line) {
         if (line != "StartElement r") return;
-        static_cast<norvask::CXMLSaxHandler&>(other) = handler;
+        static_cast<CXMLSaxHandler&>(other) = handler;
     });
     LoadMemory(kDocument, handler);
     EXPECT_EQ(handler.Take(), Whole(kEvents));
@@ -256,7 +241,7 @@ TEST_F(CallbackReader, OfEachThreadIsItsOwn) {
                 CRecordingHandler handler;
                 std::uint64_t last = 0;
                 handler.Do([&](const std::string&) {
-                    const norvask::CXMLSaxHandler copy(handler);
+                    const CXMLSaxHandler copy(handler);
                     last = handler.GetSourceOffset();
                     if (round % 3 == 0 && last > 20) throw 42;
                 });
@@ -282,7 +267,7 @@ TEST_F(CallbackReader, AndTheBlockOfGetDataAreIndependent) {
     CRecordingHandler handler;
     handler.Do([&](const std::string& line) {
         if (line == "Characters \"QUJD\"") {
-            EXPECT_TRUE(norvask::CXMLSaxHandler::GetData("QUJD", data, length));
+            EXPECT_TRUE(CXMLSaxHandler::GetData("QUJD", data, length));
         } else if (line == "EndElement r") {
             EXPECT_EQ(std::string(data, data + length), "ABC");
         }
@@ -290,8 +275,8 @@ TEST_F(CallbackReader, AndTheBlockOfGetDataAreIndependent) {
     LoadMemory("<r>QUJD</r>", handler);
     ASSERT_EQ(length, 3u);
     EXPECT_EQ(std::string(data, data + length), "ABC");
-    EXPECT_EQ(norvask::CXMLSaxHandler::m_pBinBlock, data);
-    { norvask::CXMLSaxHandler another; }
-    EXPECT_EQ(norvask::CXMLSaxHandler::m_pBinBlock, nullptr);
-    EXPECT_EQ(norvask::CXMLSaxHandler::m_nBinBlockLength, 0u);
+    EXPECT_EQ(CXMLSaxHandler::m_pBinBlock, data);
+    { CXMLSaxHandler another; }
+    EXPECT_EQ(CXMLSaxHandler::m_pBinBlock, nullptr);
+    EXPECT_EQ(CXMLSaxHandler::m_nBinBlockLength, 0u);
 }

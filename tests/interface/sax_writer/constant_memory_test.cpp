@@ -1,23 +1,17 @@
 // Documents without end: a writer keeps the names of the open elements and nothing else. Nothing is
 // timed; what is not linear does not end.
-#include <norvask/norvask.h>
-
 #include <malloc.h>
 
 #include <ostream>
-#include <sstream>
-#include <string>
 
 #include "support/sanitizers.h"
 #include "support/small_stack.h"
 #include "support/streams.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 constexpr int kElements = kIsSanitized ? 300000 : 10000000;
@@ -92,7 +86,7 @@ TEST(WriterMemory, StaysWhereItIsWhileManyDocumentsAreWritten) {
     for (int i = 0; i < kDocuments; ++i) {
         writer.StartDocument(&out, i % 2 == 0, false);
         writer.StartElement("a", nullptr);
-        EXPECT_XML_ERROR(writer.StartElement("1", nullptr), 3, "Invalid XML name: '1'.");
+        EXPECT_INVALID_NAME(writer.StartElement("1", nullptr), "1");
         writer.EndElement();
         writer.EndDocument();
         if (i == 100) before = HeapInUse();
@@ -120,7 +114,7 @@ TEST(WriterMemory, HoldsTheNamesOfAMillionLevelsAndGivesThemBack) {
             for (std::size_t i = 0; i < kLevels; ++i)
                 writer.EndElement();
             EXPECT_EQ(buffer.Count() - begin, kLevels * (2 * name.size() + 5) - name.size() - 2);
-            EXPECT_XML_ERROR(writer.EndElement(), 1, "Wrong XML format");
+            EXPECT_WRONG_FORMAT(writer.EndElement(), 1);
             writer.EndDocument();
             ExpectHeapAsBefore(before);
         }
@@ -202,15 +196,14 @@ TEST(WriterMemory, IsEnoughForVeryLongNamesAndTexts) {
         }
         writer.Characters(marked.c_str());
         writer.EndElement();
-        EXPECT_TRUE(SameBytes(out.str(), std::string(kDeclaration) + "\r\n<" + name + " " + name +
-                                             "=\"" + text + "\">" + escaped + "</" + name + ">"));
+        EXPECT_TRUE(SameBytes(out.str(), kDeclaration + "\r\n<" + name + " " + name + "=\"" + text +
+                                             "\">" + escaped + "</" + name + ">"));
         out.str("");
         WriteData(writer, text, true);
         EXPECT_TRUE(SameBytes(out.str(), "<![CDATA[" + Base64(text) + "]]>"));
         out.str("");
         const std::string refused = name + " ";
-        EXPECT_XML_ERROR(writer.StartElement(refused.c_str(), nullptr), 3,
-                         "Invalid XML name: '" + name.substr(0, 255) + "'.");
+        EXPECT_INVALID_NAME(writer.StartElement(refused.c_str(), nullptr), name.substr(0, 255));
         EXPECT_EQ(out.str(), "");
         writer.EndDocument();
     }

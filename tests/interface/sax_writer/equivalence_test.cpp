@@ -1,22 +1,13 @@
 // The streaming writer against the tree: what a tree saves and what the writer makes of the same
 // elements, byte for byte, wherever both put their line ends in the same places.
-#include <norvask/norvask.h>
-
 #include <random>
-#include <sstream>
-#include <string>
-#include <vector>
 
-#include "support/loading.h"
 #include "support/sanitizers.h"
-#include "support/tree.h"
-#include "support/tree_text.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 enum class Shape {
@@ -147,7 +138,7 @@ TEST(WriterEquivalence, WithFormatWhereTextStandsAlone) {
 TEST(WriterEquivalence, EndsWithFormatBehindTheTextOfAMixedElement) {
     const Document document = Load("<r><a/>text<b/><c/></r>");
     CXMLSaxWriter writer;
-    const std::string begin = std::string(kDeclaration) + "\r\n<r>\r\n\t<a/>text<b/>";
+    const std::string begin = kDeclaration + "\r\n<r>\r\n\t<a/>text<b/>";
     EXPECT_EQ(Saved(document, true), begin + "<c/></r>");
     EXPECT_EQ(Written(writer, *document, true), begin + "\r\n\t<c/>\r\n</r>");
 }

@@ -1,27 +1,21 @@
 // The streaming writer and files: what is on disk, and which names are refused.
-#include <norvask/norvask.h>
-
 #include <sys/stat.h>
 
 #include <fstream>
 #include <ostream>
-#include <sstream>
-#include <string>
 
 #include "support/files.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
-const std::string kDocument = std::string(kDeclaration) + "\r\n<a/>";
+const std::string kDocument = kDeclaration + "\r\n<a/>";
 
 void ExpectRefused(CXMLSaxWriter& writer, const std::string& name) {
-    EXPECT_XML_ERROR(writer.StartDocument(name.c_str(), true), 1, "Error saving '" + name + "'.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name);
     EXPECT_NOT_OPEN(writer.EndDocument());
 }
 
@@ -85,7 +79,7 @@ TEST(WriterFile, KeepsACopyOfItsName) {
 TEST(WriterFile, IsRefusedWithItsNameWhenItCannotBeOpened) {
     CTemporaryDirectory directory;
     CXMLSaxWriter writer;
-    EXPECT_XML_ERROR(writer.StartDocument(nullptr, true), 1, "Error saving ''.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true), "");
     EXPECT_NOT_OPEN(writer.EndDocument());
     ExpectRefused(writer, "");
     ExpectRefused(writer, directory.Name());
@@ -99,8 +93,7 @@ TEST(WriterFile, IsRefusedWithItsNameWhenItCannotBeOpened) {
     EXPECT_EQ(ReadFile(directory.Inside("first")), "kept");
     // The message shows 255 bytes of an argument.
     const std::string name = directory.Name() + "/" + std::string(300, 'n');
-    EXPECT_XML_ERROR(writer.StartDocument(name.c_str(), true), 1,
-                     "Error saving '" + name.substr(0, 255) + "'.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name.substr(0, 255));
     TemporaryFile file;
     writer.StartDocument(file.Name(), true);
     writer.StartElement("a", nullptr);
@@ -113,27 +106,26 @@ TEST(WriterFile, IsRefusedWithItsNameWhenItCannotBeOpened) {
 TEST(WriterFile, IsNotTouchedWhileADocumentIsOpen) {
     TemporaryFile first;
     TemporaryFile second(".xml", "kept");
-    const char* const message = "The last written document is not closed.";
     std::ostringstream out;
     {
         CXMLSaxWriter writer;
         writer.StartDocument(&out, true, false);
-        EXPECT_XML_ERROR(writer.StartDocument(second.Name(), false), 1, message);
-        EXPECT_XML_ERROR(writer.StartDocument(nullptr, false), 1, message);
+        EXPECT_NOT_CLOSED(writer.StartDocument(second.Name(), false));
+        EXPECT_NOT_CLOSED(writer.StartDocument(nullptr, false));
         writer.StartElement("a", nullptr);
-        EXPECT_XML_ERROR(writer.StartDocument(second.Name(), false), 1, message);
+        EXPECT_NOT_CLOSED(writer.StartDocument(second.Name(), false));
         out.setstate(std::ios::badbit);
-        EXPECT_XML_ERROR(writer.StartDocument(second.Name(), false), 1, message);
+        EXPECT_NOT_CLOSED(writer.StartDocument(second.Name(), false));
         out.clear();
         writer.StartElement("b", nullptr);
         writer.EndElement();
         writer.EndElement();
-        EXPECT_EQ(out.str(), std::string(kDeclaration) + "\r\n<a>\r\n\t<b/>\r\n</a>");
+        EXPECT_EQ(out.str(), kDeclaration + "\r\n<a>\r\n\t<b/>\r\n</a>");
         writer.EndDocument();
 
         writer.StartDocument(first.Name(), true);
-        EXPECT_XML_ERROR(writer.StartDocument(second.Name(), true), 1, message);
-        EXPECT_XML_ERROR(writer.StartDocument(first.Name(), true), 1, message);
+        EXPECT_NOT_CLOSED(writer.StartDocument(second.Name(), true));
+        EXPECT_NOT_CLOSED(writer.StartDocument(first.Name(), true));
         // It is the first whose name is stored.
     }
     EXPECT_FALSE(Exists(first.Name()));
@@ -143,16 +135,15 @@ TEST(WriterFile, IsNotTouchedWhileADocumentIsOpen) {
 TEST(WriterFile, NameOfAFailedStartIsShownByTheNextFailure) {
     CXMLSaxWriter writer;
     ExpectRefused(writer, "/nonexistent/r.xml");
-    EXPECT_XML_ERROR(writer.StartDocument(nullptr, true, false), 1,
-                     "Error saving '/nonexistent/r.xml'.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, false), "/nonexistent/r.xml");
     // EndDocument drops it.
     std::ostringstream out;
     writer.StartDocument(&out, true, false);
     writer.EndDocument();
-    EXPECT_XML_ERROR(writer.StartDocument(nullptr, true, false), 1, "Error saving ''.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, false), "");
     ExpectRefused(writer, "/nonexistent/r.xml");
-    EXPECT_XML_ERROR(writer.StartDocument(nullptr, true), 1, "Error saving ''.");
-    EXPECT_XML_ERROR(writer.StartDocument(nullptr, true, true), 1, "Error saving ''.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true), "");
+    EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, true), "");
 }
 
 TEST(WriterFile, GoesThroughTheStreamVariant) {
@@ -172,10 +163,8 @@ TEST(WriterFile, GoesThroughTheStreamVariant) {
     writer.StartDocument(file.Name(), true);
     writer.EndDocument();
     writer.StartDocument(file.Name(), false);
-    EXPECT_XML_ERROR(writer.StartDocument(file.Name(), false), 1,
-                     "The last written document is not closed.");
+    EXPECT_NOT_CLOSED(writer.StartDocument(file.Name(), false));
     writer.EndDocument();
-    EXPECT_XML_ERROR(writer.StartDocument("/nonexistent/r.xml", true), 1,
-                     "Error saving '/nonexistent/r.xml'.");
+    EXPECT_SAVING_ERROR(writer.StartDocument("/nonexistent/r.xml", true), "/nonexistent/r.xml");
     EXPECT_EQ(writer.m_Calls, "file formatted owned\nfile plain owned\nfile formatted owned\n");
 }

@@ -1,23 +1,16 @@
 // Random calls of a streaming writer, compared with the model that writes every token on its own:
 // bytes, refusals, and what becomes of a width that is pending on the stream.
-#include <norvask/norvask.h>
-
 #include <ios>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include "support/random_text.h"
 #include "support/sanitizers.h"
 #include "support/streams.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writer_model.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 template <typename Call>

@@ -1,20 +1,12 @@
 // The streaming writer's names: those of elements and attributes, and what stands in the stream
 // when one is refused.
-#include <norvask/norvask.h>
-
-#include <cstddef>
-#include <string>
-#include <vector>
-
 #include "support/names.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writer_fixture.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 class WriterNames : public CWriterFixture {};
@@ -77,8 +69,7 @@ TEST_F(WriterNames, RefusesAnElementNameBehindTheLineEndAndIndentsTheRestByOneMo
         const char* name = i + 1 < names.size() ? names[i].c_str() : nullptr;
         Start(true);
         m_Writer.StartElement("r", nullptr);
-        EXPECT_XML_ERROR(m_Writer.StartElement(name, CAttributes{{"k", "v"}}.Get()), 3,
-                         InvalidNameText(names[i]));
+        EXPECT_INVALID_NAME(m_Writer.StartElement(name, CAttributes{{"k", "v"}}.Get()), names[i]);
         EXPECT_EQ(Body(), "\r\n<r>\r\n\t");
         Element("a");
         m_Writer.StartElement("b", nullptr);
@@ -97,14 +88,14 @@ TEST_F(WriterNames, OpensNoElementWithARefusedName) {
     for (const bool format : {false, true}) {
         const std::string line = format ? "\r\n" : "";
         Start(format);
-        EXPECT_XML_ERROR(m_Writer.StartElement("1", nullptr), 3, InvalidNameText("1"));
-        EXPECT_XML_ERROR(m_Writer.EndElement(), 1, "Wrong XML format");
+        EXPECT_INVALID_NAME(m_Writer.StartElement("1", nullptr), "1");
+        EXPECT_WRONG_FORMAT(m_Writer.EndElement(), 1);
         EXPECT_EQ(Body(), line);
         m_Writer.EndDocument();
 
         Start(format);
         m_Writer.StartElement("r", nullptr);
-        EXPECT_XML_ERROR(m_Writer.StartElement("1", nullptr), 3, InvalidNameText("1"));
+        EXPECT_INVALID_NAME(m_Writer.StartElement("1", nullptr), "1");
         // The start tag of the root is closed all the same.
         End(1);
         EXPECT_EQ(Body(), line + "<r>" + (format ? "\r\n\t\r\n\t" : "") + "</r>");
@@ -116,7 +107,7 @@ TEST_F(WriterNames, RefusesAnElementNameBehindContentWithoutALineEnd) {
     m_Writer.StartElement("r", nullptr);
     m_Writer.Characters("text");
     for (int i = 0; i < 2; ++i)
-        EXPECT_XML_ERROR(m_Writer.StartElement("", nullptr), 3, InvalidNameText(""));
+        EXPECT_INVALID_NAME(m_Writer.StartElement("", nullptr), "");
     // The text is still the last that was written; the depth is two too high.
     Element("a");
     Element("b");
@@ -131,8 +122,7 @@ TEST_F(WriterNames, RefusesAnAttributeNameBehindTheAttributesBeforeIt) {
             Start(format);
             m_Writer.StartElement("r", nullptr);
             CAttributes attributes = {{"k", "<"}, {"", "none"}, {name.c_str(), "v"}, {"l", "w"}};
-            EXPECT_XML_ERROR(m_Writer.StartElement("a", attributes.Get()), 3,
-                             InvalidNameText(name));
+            EXPECT_INVALID_NAME(m_Writer.StartElement("a", attributes.Get()), name);
             const std::string begun =
                 (format ? "\r\n<r>\r\n\t<a" : "<r><a") + std::string(" k=\"&#x3c;\"");
             EXPECT_EQ(Body(), begun);
@@ -143,9 +133,8 @@ TEST_F(WriterNames, RefusesAnAttributeNameBehindTheAttributesBeforeIt) {
         }
     }
     Start(true);
-    EXPECT_XML_ERROR(m_Writer.StartElement("r", CAttributes{{"1", "v"}}.Get()), 3,
-                     InvalidNameText("1"));
-    EXPECT_XML_ERROR(m_Writer.EndElement(), 1, "Wrong XML format");
+    EXPECT_INVALID_NAME(m_Writer.StartElement("r", CAttributes{{"1", "v"}}.Get()), "1");
+    EXPECT_WRONG_FORMAT(m_Writer.EndElement(), 1);
     m_Writer.Characters("text");
     m_Writer.EndDocument();
     EXPECT_EQ(Body(), "\r\n<rtext");

@@ -1,24 +1,17 @@
 // Which streams a writer closes and deletes: the file streams, and those it was given for its own.
-#include <norvask/norvask.h>
-
 #include <fstream>
-#include <memory>
 #include <ostream>
-#include <sstream>
 #include <stdexcept>
-#include <string>
 
 #include "support/streams.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
-const std::string kDocument = std::string(kDeclaration) + "<a/>";
+const std::string kDocument = kDeclaration + "<a/>";
 
 void WriteDocument(CXMLSaxWriter& writer) {
     writer.StartElement("a", nullptr);
@@ -35,7 +28,7 @@ TEST(WriterOwnership, OwnStreamEndsWithTheDocument) {
         CXMLSaxWriter writer;
         writer.StartDocument(new CMortalStream(ends, &bytes), false, true);
         writer.StartElement("a", nullptr);
-        EXPECT_XML_ERROR(writer.EndDocument(), 8, "Wrong XML format");
+        EXPECT_WRONG_FORMAT(writer.EndDocument(), 8);
         writer.EndElement();
         EXPECT_EQ(ends, 0);
         writer.EndDocument();
@@ -58,7 +51,7 @@ TEST(WriterOwnership, OwnStreamEndsWithTheWriter) {
         writer.StartElement("a", nullptr);
     }
     EXPECT_EQ(ends, 1);
-    EXPECT_EQ(bytes, std::string(kDeclaration) + "<a");
+    EXPECT_EQ(bytes, kDeclaration + "<a");
     {
         const std::unique_ptr<CXMLSaxWriter> writer(new CXMLSaxWriter);
         auto* stream = new CMortalStream(ends, &bytes);
@@ -78,9 +71,9 @@ TEST(WriterOwnership, OwnStreamEndsWithAStartThatFails) {
             CXMLSaxWriter writer;
             auto* stream = new CMortalStream(ends, &bytes);
             stream->setstate(state);
-            EXPECT_XML_ERROR(writer.StartDocument(stream, true, true), 1, "Error saving ''.");
+            EXPECT_SAVING_ERROR(writer.StartDocument(stream, true, true), "");
             EXPECT_EQ(ends, 1);
-            EXPECT_XML_ERROR(writer.StartDocument(nullptr, true, true), 1, "Error saving ''.");
+            EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, true), "");
         }
         EXPECT_EQ(ends, 1);
         EXPECT_EQ(bytes, "");
@@ -89,7 +82,7 @@ TEST(WriterOwnership, OwnStreamEndsWithAStartThatFails) {
 
 TEST(WriterOwnership, OwnStreamEndsWhenItThrowsAtTheStart) {
     for (const bool throws : {false, true}) {
-        for (std::size_t room = 0; room < std::string(kDeclaration).size(); ++room) {
+        for (std::size_t room = 0; room < kDeclaration.size(); ++room) {
             int ends = 0;
             CLimitedBuffer buffer(room, throws);
             {
@@ -109,7 +102,7 @@ TEST(WriterOwnership, OwnStreamEndsWhenItThrowsAtTheStart) {
                 EXPECT_EQ(out.str(), kDocument);
             }
             EXPECT_EQ(ends, 1);
-            EXPECT_EQ(buffer.Bytes(), std::string(kDeclaration).substr(0, room));
+            EXPECT_EQ(buffer.Bytes(), kDeclaration.substr(0, room));
         }
     }
 }
@@ -125,7 +118,7 @@ TEST(WriterOwnership, OwnStreamEndsWhenAnotherTakesOver) {
         writer.StartDocument(new CMortalStream(second), false, true);
         EXPECT_EQ(first, 1);
         EXPECT_EQ(second, 0);
-        EXPECT_EQ(bytes, std::string(kDeclaration) + "<a");
+        EXPECT_EQ(bytes, kDeclaration + "<a");
         std::ostringstream out;
         writer.StartDocument(&out, false, false);
         EXPECT_EQ(second, 1);
@@ -151,7 +144,7 @@ TEST(WriterOwnership, OwnStreamEndsWhenNothingCanTakeOver) {
                 next = new CMortalStream(second);
                 next->setstate(std::ios::badbit);
             }
-            EXPECT_XML_ERROR(writer.StartDocument(next, false, kind == 2), 1, "Error saving ''.");
+            EXPECT_SAVING_ERROR(writer.StartDocument(next, false, kind == 2), "");
             EXPECT_NOT_OPEN(writer.EndDocument());
             EXPECT_EQ(second, kind == 2 ? 1 : 0);
         }
@@ -182,7 +175,7 @@ TEST(WriterOwnership, OwnStreamThatIsGivenAgainEndsOnce) {
         auto* stream = new CMortalStream(ends, &bytes);
         writer.StartDocument(stream, false, true);
         stream->setstate(std::ios::badbit);
-        EXPECT_XML_ERROR(writer.StartDocument(stream, false, true), 1, "Error saving ''.");
+        EXPECT_SAVING_ERROR(writer.StartDocument(stream, false, true), "");
         EXPECT_EQ(ends, 3);
     }
     EXPECT_EQ(ends, 3);
@@ -225,7 +218,7 @@ TEST(WriterOwnership, LentStreamStaysWhateverHappens) {
             WriteDocument(writer);
             writer.StartDocument(&lent, false, false);
             lent.setstate(std::ios::badbit);
-            EXPECT_XML_ERROR(writer.StartDocument(&lent, false, false), 1, "Error saving ''.");
+            EXPECT_SAVING_ERROR(writer.StartDocument(&lent, false, false), "");
             lent.clear();
             writer.StartDocument(&lent, false, false);
         }
@@ -242,7 +235,7 @@ TEST(WriterOwnership, FileStreamIsClosedByEndDocument) {
     CXMLSaxWriter writer;
     writer.StartDocument(&stream, false, false);
     writer.StartElement("a", nullptr);
-    EXPECT_XML_ERROR(writer.EndDocument(), 8, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(writer.EndDocument(), 8);
     EXPECT_TRUE(stream.is_open());
     writer.EndElement();
     writer.EndDocument();
@@ -261,7 +254,7 @@ TEST(WriterOwnership, FileStreamIsClosedByTheDestructorAndItsFileKept) {
         writer.StartElement("a", nullptr);
     }
     EXPECT_FALSE(stream.is_open());
-    EXPECT_EQ(file.Content(), std::string(kDeclaration) + "<a");
+    EXPECT_EQ(file.Content(), kDeclaration + "<a");
 }
 
 TEST(WriterOwnership, FileStreamThatIsNotGoodIsNotClosed) {

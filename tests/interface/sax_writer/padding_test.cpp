@@ -1,22 +1,15 @@
 // A width that is pending on a stream pads the next markup token, as it pads any string, and
 // nothing else; flags, precision, locale, ties and unit buffering change no byte.
-#include <norvask/norvask.h>
-
 #include <functional>
 #include <iomanip>
 #include <ios>
 #include <locale>
-#include <sstream>
-#include <string>
-#include <vector>
 
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 using Step = std::function<void(CXMLSaxWriter&)>;
@@ -155,22 +148,22 @@ TEST(WriterPadding, WaitsForTheNextTokenThroughCallsThatWriteNone) {
     std::ostringstream out;
     CXMLSaxWriter writer;
     out.fill('.');
-    EXPECT_XML_ERROR(writer.StartDocument(nullptr, true, false), 1, "Error saving ''.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, false), "");
     writer.StartDocument(&out, false, false);
     out.width(4);
-    EXPECT_XML_ERROR(writer.StartElement("1", nullptr), 3, "Invalid XML name: '1'.");
-    EXPECT_XML_ERROR(writer.EndElement(), 1, "Wrong XML format");
+    EXPECT_INVALID_NAME(writer.StartElement("1", nullptr), "1");
+    EXPECT_WRONG_FORMAT(writer.EndElement(), 1);
     writer.Characters("text");
     writer.Long(1);
     EXPECT_EQ(out.width(), 4);
     writer.StartElement("a", nullptr);
     EXPECT_EQ(out.width(), 0);
     out.width(4);
-    EXPECT_XML_ERROR(writer.StartElement("2", nullptr), 3, "Invalid XML name: '2'.");
+    EXPECT_INVALID_NAME(writer.StartElement("2", nullptr), "2");
     EXPECT_EQ(out.width(), 0);
     out.width(4);
     writer.EndElement();
-    EXPECT_EQ(out.str(), std::string(kDeclaration) + "text1...<a...>..</a>");
+    EXPECT_EQ(out.str(), kDeclaration + "text1...<a...>..</a>");
 }
 
 TEST(WriterPadding, IsTheSameForFlagsPrecisionAndLocale) {

@@ -1,19 +1,13 @@
 // The streaming writer: tags, where they stand, and the order of calls.
-#include <norvask/norvask.h>
-
 #include <ios>
-#include <sstream>
-#include <string>
 #include <type_traits>
 
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writer_fixture.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 class Writer : public CWriterFixture {};
@@ -162,9 +156,9 @@ TEST_F(Writer, KeepsNothingOfItsArguments) {
 
 TEST_F(Writer, RefusesToEndAnElementWhenNoneIsOpen) {
     Start(true);
-    EXPECT_XML_ERROR(m_Writer.EndElement(), 1, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_Writer.EndElement(), 1);
     Element("a");
-    EXPECT_XML_ERROR(m_Writer.EndElement(), 1, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_Writer.EndElement(), 1);
     m_Writer.EndDocument();
     EXPECT_EQ(Body(), "\r\n<a/>");
 }
@@ -172,11 +166,11 @@ TEST_F(Writer, RefusesToEndAnElementWhenNoneIsOpen) {
 TEST_F(Writer, EndsNoDocumentWithOpenElementsAndGoesOn) {
     Start(true);
     m_Writer.StartElement("a", nullptr);
-    EXPECT_XML_ERROR(m_Writer.EndDocument(), 8, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_Writer.EndDocument(), 8);
     m_Writer.StartElement("b", nullptr);
-    EXPECT_XML_ERROR(m_Writer.EndDocument(), 8, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_Writer.EndDocument(), 8);
     m_Writer.EndElement();
-    EXPECT_XML_ERROR(m_Writer.EndDocument(), 8, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_Writer.EndDocument(), 8);
     EXPECT_EQ(Body(), "\r\n<a>\r\n\t<b/>");
     End(1);
     EXPECT_EQ(Body(), "\r\n<a>\r\n\t<b/>\r\n</a>");
@@ -189,7 +183,7 @@ TEST_F(Writer, RefusesEverythingWithoutADocument) {
     m_Writer.EndDocument();
     ExpectNotOpen(m_Writer);
     EXPECT_EQ(Body(), "\r\n<a/>");
-    EXPECT_XML_ERROR(m_Writer.StartDocument(nullptr, true, false), 1, "Error saving ''.");
+    EXPECT_SAVING_ERROR(m_Writer.StartDocument(nullptr, true, false), "");
     ExpectNotOpen(m_Writer);
 }
 
@@ -201,7 +195,7 @@ TEST_F(Writer, RefusesEverythingOnAStreamThatIsNotGood) {
         writer.StartElement("a", nullptr);
         out.setstate(state);
         ExpectNotOpen(writer);
-        EXPECT_EQ(out.str(), std::string(kDeclaration) + "\r\n<a");
+        EXPECT_EQ(out.str(), kDeclaration + "\r\n<a");
         EXPECT_EQ(out.rdstate(), state);
         // Repaired, the stream serves on.
         out.clear();
@@ -210,7 +204,7 @@ TEST_F(Writer, RefusesEverythingOnAStreamThatIsNotGood) {
         ExpectNotOpen(writer);
         out.clear();
         writer.EndDocument();
-        EXPECT_EQ(out.str(), std::string(kDeclaration) + "\r\n<a/>");
+        EXPECT_EQ(out.str(), kDeclaration + "\r\n<a/>");
     }
 }
 
@@ -218,7 +212,7 @@ TEST_F(Writer, RefusesToStartOnAStreamThatIsNotGood) {
     for (const auto state : {std::ios::badbit, std::ios::failbit, std::ios::eofbit}) {
         std::ostringstream out;
         out.setstate(state);
-        EXPECT_XML_ERROR(m_Writer.StartDocument(&out, true, false), 1, "Error saving ''.");
+        EXPECT_SAVING_ERROR(m_Writer.StartDocument(&out, true, false), "");
         EXPECT_EQ(out.str(), "");
         EXPECT_EQ(out.rdstate(), state);
         ExpectNotOpen(m_Writer);
@@ -251,25 +245,25 @@ TEST_F(Writer, GoesOnWithAnotherStreamInTheMiddleOfADocument) {
     // The tag is still open, and so are both elements; the depth begins at none.
     m_Writer.StartElement("b", nullptr);
     m_Writer.EndElement();
-    EXPECT_EQ(second.str(), std::string(kDeclaration) + ">\r\n<b/>");
+    EXPECT_EQ(second.str(), kDeclaration + ">\r\n<b/>");
     m_Writer.Characters("text");
     std::ostringstream third;
     m_Writer.StartDocument(&third, true, false);
-    EXPECT_XML_ERROR(m_Writer.EndDocument(), 8, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_Writer.EndDocument(), 8);
     m_Writer.StartElement("c", nullptr);
     End(3);
     EXPECT_EQ(Body(), "\r\n<r>\r\n\t<a");
-    EXPECT_EQ(second.str(), std::string(kDeclaration) + ">\r\n<b/>text");
-    EXPECT_EQ(third.str(), std::string(kDeclaration) + "<c/>\r\n</a>\r\n</r>");
+    EXPECT_EQ(second.str(), kDeclaration + ">\r\n<b/>text");
+    EXPECT_EQ(third.str(), kDeclaration + "<c/>\r\n</a>\r\n</r>");
 }
 
 TEST_F(Writer, KeepsTheOpenElementsWhenAnotherStartFails) {
     Start(false);
     m_Writer.StartElement("r", nullptr);
-    EXPECT_XML_ERROR(m_Writer.StartDocument(nullptr, false, true), 1, "Error saving ''.");
+    EXPECT_SAVING_ERROR(m_Writer.StartDocument(nullptr, false, true), "");
     ExpectNotOpen(m_Writer);
     Start(false);
-    EXPECT_XML_ERROR(m_Writer.EndDocument(), 8, "Wrong XML format");
+    EXPECT_WRONG_FORMAT(m_Writer.EndDocument(), 8);
     End(1);
     EXPECT_EQ(Body(), "/>");
 }

@@ -1,7 +1,5 @@
 // The file of a streaming writer whose document was not ended: a regular file is removed, and
 // nothing else ever is.
-#include <norvask/norvask.h>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -9,21 +7,17 @@
 
 #include <fstream>
 #include <ostream>
-#include <sstream>
-#include <string>
 
 #include "support/files.h"
-#include "support/tree.h"
-#include "support/vocabulary.h"
+#include "support/testing.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
-
 namespace {
 
 void ExpectRefused(CXMLSaxWriter& writer, const std::string& name) {
-    EXPECT_XML_ERROR(writer.StartDocument(name.c_str(), true), 1, "Error saving '" + name + "'.");
+    EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name);
     EXPECT_NOT_OPEN(writer.EndDocument());
 }
 
@@ -54,7 +48,7 @@ TEST(WriterUnfinished, IsRemovedWhenItsDocumentIsNotEnded) {
         CXMLSaxWriter writer;
         writer.StartDocument(file.Name(), true);
         writer.StartElement("a", nullptr);
-        EXPECT_XML_ERROR(writer.EndDocument(), 8, "Wrong XML format");
+        EXPECT_WRONG_FORMAT(writer.EndDocument(), 8);
         writer.EndElement();
         EXPECT_TRUE(Exists(file.Name()));
     }

@@ -1,40 +1,22 @@
 // The converter between the parser's strings and a client's in callback loads: which strings an installed one
 // is asked for, what it may answer, and what happens when it comes or goes in the middle of a load.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
 #include <functional>
 #include <new>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "support/loading.h"
 #include "support/recording_handler.h"
+#include "support/testing.h"
 #include "support/unicode.h"
-#include "support/vocabulary.h"
 
-using norvask_test::CRecordingHandler;
-using norvask_test::EventsOfFile;
-using norvask_test::EventsOfMemory;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::TemporaryFile;
-using norvask_test::Utf8OfUtf16;
-using norvask_test::Whole;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
-
-norvask::CXMLManager& Manager() { return norvask::CXMLManager::GetInstance(); }
 
 // Notes each source that it is asked for. The answer is made from the source by a function, which may
 // answer NULL; without one it is what the library gives.
-class CAnsweringConverter : public norvask::CWideCharToString {
+class CAnsweringConverter : public CWideCharToString {
 public:
     using Answer = std::function<const char*(const std::string& source)>;
 
@@ -87,10 +69,10 @@ std::vector<std::string> Sorted(std::vector<std::string> strings) {
 }
 
 // Keeps every string of every callback.
-class CStrings : public norvask::CXMLSaxHandler {
+class CStrings : public CXMLSaxHandler {
 public:
     void StartElement(const char* uri, const char* localName, const char* qName,
-                      norvask::CXMLSaxAttribut** attributes) override {
+                      CXMLSaxAttribut** attributes) override {
         Keep({uri, localName, qName});
         for (; *attributes; ++attributes)
             Keep({(*attributes)->GetUri(), (*attributes)->GetLocalName(), (*attributes)->GetQName(),
@@ -143,7 +125,7 @@ TEST(CallbackConverter, IsAskedForRepeatedNamesAsOftenAsTheyCome) {
     for (int i = 0; i < 1000; ++i)
         xml += "<e k='v'/>";
     CInstalledConverter converter;
-    norvask::CXMLSaxHandler handler;
+    CXMLSaxHandler handler;
     LoadMemory(xml + "</r>", handler);
     EXPECT_EQ(converter.Count(), 6u + 1000 * 10);
 }
@@ -177,7 +159,7 @@ TEST(CallbackConverter, IsAskedForTheParserMessages) {
         return source == "Memfile" ? "memory" : source.size() > 1 ? "no good" : source.c_str();
     });
     CRecordingHandler handler;
-    EXPECT_XML_ERROR(LoadMemory("<r>\n</a>", handler), 2, LoadError("memory", 2, "no good"));
+    EXPECT_LOAD_ERROR(LoadMemory("<r>\n</a>", handler), "memory", 2, "no good");
     EXPECT_EQ(converter.Asked(), Sorted({"", "r", "r", "Memfile", "expected end of tag 'r'"}));
 }
 
@@ -246,7 +228,7 @@ TEST(CallbackConverter, MayAnswerNullForIdentifiersAndMessages) {
     EXPECT_EQ(EventsOfMemory("<!DOCTYPE r []><r/>"),
               Whole("StartDTD \"\" public NULL system NULL\nStartElement \nEndElement \n"));
     CRecordingHandler handler;
-    EXPECT_XML_ERROR(LoadMemory("<r>\n</a>", handler), 2, LoadError("", 2, ""));
+    EXPECT_LOAD_ERROR(LoadMemory("<r>\n</a>", handler), "", 2, "");
 }
 
 // Whatever it throws, at whichever string, passes to the caller as it is.
@@ -260,7 +242,7 @@ TEST(CallbackConverter, MayThrowAtEveryString) {
                 if (kind == 0) throw std::runtime_error("the converter's own");
                 if (kind == 1) throw 42;
                 if (kind == 2) throw std::bad_alloc();
-                throw norvask::CXMLException(77, "the converter's own");
+                throw CXMLException(77, "the converter's own");
             });
             CRecordingHandler handler;
             std::string caught = "nothing";
@@ -272,7 +254,7 @@ TEST(CallbackConverter, MayThrowAtEveryString) {
                 caught = std::to_string(number);
             } catch (const std::bad_alloc&) {
                 caught = "bad_alloc";
-            } catch (norvask::CXMLException& e) {
+            } catch (CXMLException& e) {
                 caught = std::to_string(e.GetID()) + " " + e.GetMessage();
             }
             const char* const expected[] = {"runtime_error the converter's own", "42", "bad_alloc",

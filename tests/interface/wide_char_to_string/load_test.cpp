@@ -1,48 +1,30 @@
 // The converter between the parser's strings and the caller's: the library's own, and one that the
 // application installs, which is asked for every string, may answer what it likes, and may throw.
-#include <gtest/gtest.h>
-#include <norvask/norvask.h>
-
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
 #include <functional>
 #include <new>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "support/loading.h"
-#include "support/tree_text.h"
+#include "support/testing.h"
 #include "support/unicode.h"
-#include "support/vocabulary.h"
 
-using norvask_test::KeepPrefixes;
-using norvask_test::LoadError;
-using norvask_test::LoadFile;
-using norvask_test::LoadMemory;
-using norvask_test::Saved;
-using norvask_test::TemporaryFile;
-using norvask_test::TreeText;
-using norvask_test::Utf8OfUtf16;
-
+using namespace norvask;
+using namespace norvask_test;
 namespace {
 
 // Installed for its lifetime. Each source that it is asked for is noted as UTF-8; the answer is made
 // by a function, or by the library's own Convert if there is none.
-class CRecordingConverter : public norvask::CWideCharToString {
+class CRecordingConverter : public CWideCharToString {
 public:
     using Answer = std::function<const char*(const std::u16string& source)>;
 
     explicit CRecordingConverter(Answer answer = nullptr) : m_Answer(std::move(answer)) {
-        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(this);
+        Manager().SetWideCharToStringConverter(this);
     }
     CRecordingConverter(const CRecordingConverter&) = delete;
     CRecordingConverter& operator=(const CRecordingConverter&) = delete;
-    ~CRecordingConverter() {
-        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
-    }
+    ~CRecordingConverter() { Manager().SetWideCharToStringConverter(nullptr); }
 
     char* Convert(const char16_t* source, std::size_t length) override {
         EXPECT_NE(source, nullptr);
@@ -83,7 +65,7 @@ CRecordingConverter::Answer Instead(const std::u16string& source, const char* an
 }
 
 std::string Converted(const std::u16string& source, std::size_t length) {
-    norvask::CWideCharToString converter;
+    CWideCharToString converter;
     char* text = converter.Convert(source.c_str(), length);
     const std::string copy = text;
     delete[] text;
@@ -100,11 +82,11 @@ const char* const kDocument =
 TEST(DefaultConverter, GivesTheUtf8OfEveryCodePoint) {
     std::u16string units;
     std::string bytes;
-    for (char32_t c = 1; c <= norvask_test::kLastCodePoint; ++c) {
-        if (norvask_test::IsSurrogate(c)) continue;
-        norvask_test::AppendUtf16(units, c);
-        norvask_test::AppendUtf8(bytes, c);
-        if (c % 4096 == 0 || c == norvask_test::kLastCodePoint) {
+    for (char32_t c = 1; c <= kLastCodePoint; ++c) {
+        if (IsSurrogate(c)) continue;
+        AppendUtf16(units, c);
+        AppendUtf8(bytes, c);
+        if (c % 4096 == 0 || c == kLastCodePoint) {
             EXPECT_TRUE(Converted(units, units.size()) == bytes) << "up to " << std::hex << c;
             units.clear();
             bytes.clear();
@@ -135,7 +117,7 @@ TEST(DefaultConverter, ReplacesEveryUnpairedSurrogate) {
     for (const auto& row : rows)
         EXPECT_EQ(Converted(row.source, row.source.size()), row.bytes);
     for (char16_t unit = 0xD800; unit <= 0xDFFF; ++unit) {
-        EXPECT_EQ(Converted({unit}, 1), norvask_test::kReplacement);
+        EXPECT_EQ(Converted({unit}, 1), kReplacement);
         EXPECT_EQ(Converted({'x', unit, 'y'}, 3), "x\xEF\xBF\xBDy");
     }
 }
@@ -144,7 +126,7 @@ TEST(DefaultConverter, ReadsToTheTerminatorWhateverTheLength) {
     for (const std::size_t length : {std::size_t{0}, std::size_t{2}, static_cast<std::size_t>(-1)})
         EXPECT_EQ(Converted(u"text", length), "text");
     EXPECT_EQ(Converted(u"", 0), "");
-    EXPECT_EQ(norvask::CWideCharToString().Convert(nullptr, 0), nullptr);
+    EXPECT_EQ(CWideCharToString().Convert(nullptr, 0), nullptr);
 }
 
 TEST(InstalledConverter, IsAskedForEveryStringOfALoad) {
@@ -175,7 +157,7 @@ TEST(InstalledConverter, IsAskedForTheDocumentTypeReference) {
         EXPECT_EQ(converter.Asked(), std::string("[") + dtd.Name() + "][q][r]");
     }
     CRecordingConverter converter(Instead(u"r", "other"));
-    norvask_test::Document document = LoadMemory(xml);
+    Document document = LoadMemory(xml);
     EXPECT_STREQ(document->GetDTDName(), "other");
     EXPECT_STREQ(document->GetDTDPath(), dtd.Name());
 }
@@ -184,11 +166,9 @@ TEST(InstalledConverter, IsAskedForTheFileAndTheTextOfAParserMessage) {
     CRecordingConverter converter([](const std::u16string& source) {
         return source == u"Memfile" ? "memory" : source == u"r" ? "r" : "no good";
     });
-    EXPECT_XML_ERROR(LoadMemory("<r>\n</a>"), 2,
-                     "Load error:\nFile: 'memory'  Line '2':\n\n'no good'");
+    EXPECT_LOAD_ERROR(LoadMemory("<r>\n</a>"), "memory", 2, "no good");
     EXPECT_EQ(converter.Asked(), "[Memfile][expected end of tag 'r'][r]");
-    EXPECT_XML_ERROR(LoadFile("/nonexistent/r.xml"), 2,
-                     "Load error:\nFile: 'no good'  Line '0':\n\n'no good'");
+    EXPECT_LOAD_ERROR(LoadFile("/nonexistent/r.xml"), "no good", 0, "no good");
 }
 
 // Latin-1 for strings that have it: what the tree holds is what the converter answers.
@@ -200,7 +180,7 @@ TEST(InstalledConverter, DecidesTheEncodingOfTheTree) {
             latin += unit < 256 ? static_cast<char>(unit) : '?';
         return latin.c_str();
     });
-    norvask_test::Document document = LoadMemory(
+    Document document = LoadMemory(
         "<\xC3\xA9 \xC3\xA8='\xC3\xBC\xE2\x82\xAC'>\xC3\x9F<![CDATA[\xC3\xA4]]></\xC3\xA9>");
     EXPECT_EQ(TreeText(document), "\xE9 \xE8=\"\xFC?\"(\"\xDF\", \"\xE4\")");
     EXPECT_EQ(Saved(document),
@@ -240,7 +220,7 @@ TEST(InstalledConverter, MayAnswerNullForAnything) {
     }
     for (const char16_t* name : {u"r", u"k"}) {
         CRecordingConverter converter(Instead(name, nullptr));
-        EXPECT_XML_ERROR(LoadMemory(xml), 3, "Invalid XML name: ''.");
+        EXPECT_INVALID_NAME(LoadMemory(xml), "");
     }
 }
 
@@ -253,17 +233,15 @@ TEST(InstalledConverter, MayAnswerNullForATextInACdataSection) {
 TEST(InstalledConverter, MayAnswerNullForTheParserMessages) {
     CRecordingConverter converter(
         [](const std::u16string& source) { return source == u"r" ? "r" : nullptr; });
-    EXPECT_XML_ERROR(LoadMemory("<r>\n</a>"), 2, "Load error:\nFile: ''  Line '2':\n\n''");
+    EXPECT_LOAD_ERROR(LoadMemory("<r>\n</a>"), "", 2, "");
 }
 
 TEST(InstalledConverter, MayAnswerNamesThatAreNone) {
     for (const char* name : {"", "a b", "1a", "<"}) {
         CRecordingConverter converter(Instead(u"r", name));
-        EXPECT_XML_ERROR(LoadMemory("<r/>"), 3, std::string("Invalid XML name: '") + name + "'.");
-        EXPECT_XML_ERROR(LoadMemory("<x><r/></x>"), 3,
-                         std::string("Invalid XML name: '") + name + "'.");
-        EXPECT_XML_ERROR(LoadMemory("<x r='v'/>"), 3,
-                         std::string("Invalid XML name: '") + name + "'.");
+        EXPECT_INVALID_NAME(LoadMemory("<r/>"), name);
+        EXPECT_INVALID_NAME(LoadMemory("<x><r/></x>"), name);
+        EXPECT_INVALID_NAME(LoadMemory("<x r='v'/>"), name);
     }
 }
 
@@ -286,7 +264,7 @@ TEST(InstalledConverter, MayThrowAtEveryString) {
                 if (kind == 0) throw std::runtime_error("the converter's own");
                 if (kind == 1) throw 42;
                 if (kind == 2) throw std::bad_alloc();
-                throw norvask::CXMLException(77, "the converter's own");
+                throw CXMLException(77, "the converter's own");
             });
             std::string caught = "nothing";
             try {
@@ -297,7 +275,7 @@ TEST(InstalledConverter, MayThrowAtEveryString) {
                 caught = std::to_string(number);
             } catch (std::bad_alloc&) {
                 caught = "bad_alloc";
-            } catch (norvask::CXMLException& e) {
+            } catch (CXMLException& e) {
                 caught = std::to_string(e.GetID()) + " " + e.GetMessage();
             }
             const char* const expected[] = {"runtime_error the converter's own", "42", "bad_alloc",
@@ -324,7 +302,7 @@ TEST(InstalledConverter, IsReplacedByTheLibrarysOwnForNull) {
         CRecordingConverter converter([](const std::u16string&) { return "always"; });
         EXPECT_EQ(TreeText(LoadMemory("<r k='v'>text</r>")),
                   "always always=\"always\"(\"always\")");
-        norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
+        Manager().SetWideCharToStringConverter(nullptr);
         EXPECT_EQ(TreeText(LoadMemory("<r k='v'>text</r>")), "r k=\"v\"(\"text\")");
         EXPECT_EQ(converter.Count(), 4u);
     }
@@ -333,11 +311,11 @@ TEST(InstalledConverter, IsReplacedByTheLibrarysOwnForNull) {
 
 TEST(InstalledConverter, IsNotAskedByAnythingButLoads) {
     CRecordingConverter converter;
-    norvask_test::Document document = norvask_test::NewDocument("r", "r.dtd");
+    Document document = NewDocument("r", "r.dtd");
     document->CreateRoot("r")->SetAttribute("k", "v");
     document->GetRoot()->CreateTextChild("text");
-    EXPECT_XML_ERROR(document->GetRoot()->SetTagName("1"), 3, "Invalid XML name: '1'.");
-    norvask_test::Document clone(document->Clone());
+    EXPECT_INVALID_NAME(document->GetRoot()->SetTagName("1"), "1");
+    Document clone(document->Clone());
     Saved(clone, true);
     EXPECT_EQ(converter.Asked(), "");
 }
@@ -358,11 +336,11 @@ TEST(InstalledConverter, MayLoadAnotherDocumentWhenItIsAsked) {
     });
     const std::string outer = TreeText(LoadMemory("<r><a k='v'/>text<a/></r>"));
     EXPECT_EQ(inner, "s k=\"w\"(\"inner\", a())");
-    EXPECT_EQ(outer, "r(a k=" + norvask_test::Quoted(inner) + "(), \"text\", a())");
+    EXPECT_EQ(outer, "r(a k=" + Quoted(inner) + "(), \"text\", a())");
 }
 
 TEST(InstalledConverter, MayAllocateWithNewAndFreeItsOwnBlocks) {
-    struct SNewing : norvask::CWideCharToString {
+    struct SNewing : CWideCharToString {
         char* Convert(const char16_t* source, std::size_t length) override {
             FreeString(nullptr);
             FreeString(AllocString(100));
@@ -372,8 +350,8 @@ TEST(InstalledConverter, MayAllocateWithNewAndFreeItsOwnBlocks) {
             return text;
         }
     } converter;
-    norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(&converter);
+    Manager().SetWideCharToStringConverter(&converter);
     const std::string tree = TreeText(LoadMemory("<r k='v'>text</r>"));
-    norvask::CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr);
+    Manager().SetWideCharToStringConverter(nullptr);
     EXPECT_EQ(tree, "r k=\"v\"(\"text\")");
 }
