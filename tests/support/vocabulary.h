@@ -82,6 +82,8 @@ public:
     ~TemporaryFile() { std::remove(m_Name.c_str()); }
 
     const char* Name() const { return m_Name.c_str(); }
+    // The name without its directory.
+    std::string BaseName() const { return m_Name.substr(m_Name.rfind('/') + 1); }
     std::string Content() const { return ReadFile(m_Name); }
     bool Exists() const { return std::ifstream(m_Name).good(); }
 

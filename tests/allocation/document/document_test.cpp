@@ -11,6 +11,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 TEST(AllocationFailureDocument, LeavesNothingOfATreeBuiltByHand) {
     const auto build = [](int size) {
         Document document = NewDocument("r", "r.dtd");

@@ -13,6 +13,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // How a tree may look after the operation has failed: it gets the texts from before and after it.

@@ -7,6 +7,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // Runs the operation with its n-th allocation failing, for every n; the number of failures.

@@ -14,6 +14,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 std::string Rich(int items = 60) {

@@ -13,6 +13,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // Keeps what is written without allocating.

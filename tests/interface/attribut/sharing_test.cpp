@@ -7,6 +7,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 std::string Shown(CXMLAttribut& attribute) {

@@ -7,6 +7,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 class BinaryNode : public ::testing::Test {

@@ -14,6 +14,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // A document that counts how often Delete is called.

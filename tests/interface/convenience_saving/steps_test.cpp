@@ -15,6 +15,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // The call that is to fail: so many of this function are to succeed before.

@@ -6,6 +6,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 std::string Listed(const CXMLNodeRange& range) {

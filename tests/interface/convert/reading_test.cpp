@@ -7,6 +7,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // What the outputs hold before a call; a row shows it where nothing may be stored.

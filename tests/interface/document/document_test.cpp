@@ -4,6 +4,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 struct SReferenceRow {

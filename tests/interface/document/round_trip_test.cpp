@@ -5,6 +5,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 enum class Content {

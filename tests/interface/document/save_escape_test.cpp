@@ -7,6 +7,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // What is written for this text, as a text child and as a value, which must be the same.

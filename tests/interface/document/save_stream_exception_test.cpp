@@ -12,6 +12,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // Ends the thread that writes to it.

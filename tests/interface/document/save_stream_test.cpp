@@ -12,6 +12,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 Document Sample() {

@@ -4,6 +4,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 constexpr const char* kXml = "<r a='1'><p>text</p><![CDATA[QUJD]]></r>";

@@ -6,6 +6,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 struct STableRow {

@@ -7,6 +7,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 enum class Order { Little, Big };
@@ -33,21 +34,6 @@ std::string Wide(const std::u32string& text, Order order, std::size_t unitSize) 
     return bytes;
 }
 
-// What every way of loading these bytes gives.
-void ExpectTree(const std::string& bytes, const std::string& tree) {
-    SCOPED_TRACE(Quoted(bytes));
-    EXPECT_EQ(TreeText(LoadMemory(bytes)), tree);
-    TemporaryFile file(".xml", bytes);
-    EXPECT_EQ(TreeText(LoadFile(file.Name())), tree);
-}
-
-void ExpectError(const std::string& bytes, int line, const std::string& message) {
-    SCOPED_TRACE(Quoted(bytes));
-    EXPECT_LOAD_ERROR(LoadMemory(bytes), "Memfile", line, message);
-    TemporaryFile file(".xml", bytes);
-    EXPECT_LOAD_ERROR(LoadFile(file.Name()), file.Name(), line, message);
-}
-
 constexpr const char* kTree = "r k=\"\xC3\xA9\"(\"\xE2\x82\xAC \xF0\x9F\x98\x80\")";
 const std::u32string kBody = U"<r k='\u00E9'>\u20AC \U0001F600</r>";
 
@@ -56,13 +42,13 @@ const std::u32string kBody = U"<r k='\u00E9'>\u20AC \U0001F600</r>";
 TEST(LoadEncoding, ReadsUtf8WithAndWithoutAMarkAndADeclaration) {
     const std::string body = "<r k='\xC3\xA9'>\xE2\x82\xAC \xF0\x9F\x98\x80</r>";
     const std::string mark = "\xEF\xBB\xBF";
-    ExpectTree(body, kTree);
-    ExpectTree(mark + body, kTree);
-    ExpectTree("<?xml version='1.0' encoding='UTF-8'?>" + body, kTree);
-    ExpectTree("<?xml version='1.0' encoding='utf-8'?>\n" + body, kTree);
-    ExpectTree(mark + "<?xml version='1.0' encoding='UTF-8'?>" + body, kTree);
+    ExpectTrees({{body, kTree}});
+    ExpectTrees({{mark + body, kTree}});
+    ExpectTrees({{"<?xml version='1.0' encoding='UTF-8'?>" + body, kTree}});
+    ExpectTrees({{"<?xml version='1.0' encoding='utf-8'?>\n" + body, kTree}});
+    ExpectTrees({{mark + "<?xml version='1.0' encoding='UTF-8'?>" + body, kTree}});
     // The bytes contradict the declaration; the parser only warns.
-    ExpectTree("<?xml version='1.0' encoding='UTF-16'?>" + body, kTree);
+    ExpectTrees({{"<?xml version='1.0' encoding='UTF-16'?>" + body, kTree}});
 }
 
 TEST(LoadEncoding, ReadsUtf16InBothOrders) {
@@ -73,27 +59,29 @@ TEST(LoadEncoding, ReadsUtf16InBothOrders) {
         const std::u32string declared = U"<?xml version='1.0' encoding='UTF-16'?>";
         const std::u32string exact = std::u32string(U"<?xml version='1.0' encoding='UTF-16") +
                                      (order == Order::Little ? U"LE" : U"BE") + U"'?>";
-        ExpectTree(Wide(mark + kBody, order, 2), kTree);
-        ExpectTree(Wide(mark + declared + kBody, order, 2), kTree);
-        ExpectTree(Wide(declared + kBody, order, 2), kTree);
-        ExpectTree(Wide(exact + kBody, order, 2), kTree);
+        ExpectTrees({{Wide(mark + kBody, order, 2), kTree}});
+        ExpectTrees({{Wide(mark + declared + kBody, order, 2), kTree}});
+        ExpectTrees({{Wide(declared + kBody, order, 2), kTree}});
+        ExpectTrees({{Wide(exact + kBody, order, 2), kTree}});
     }
 }
 
 TEST(LoadEncoding, ReadsUtf32InBothOrders) {
     const std::u32string declared = U"<?xml version='1.0' encoding='ISO-10646-UCS-4'?>";
-    ExpectTree(Wide(declared + kBody, Order::Little, 4), kTree);
-    ExpectTree(Wide(declared + kBody, Order::Big, 4), kTree);
+    ExpectTrees({{Wide(declared + kBody, Order::Little, 4), kTree}});
+    ExpectTrees({{Wide(declared + kBody, Order::Big, 4), kTree}});
 }
 
 TEST(LoadEncoding, ReadsSingleByteEncodings) {
-    ExpectTree("<?xml version='1.0' encoding='ISO-8859-1'?><r k='\xE9'>\xFF\x80</r>",
-               "r k=\"\xC3\xA9\"(\"\xC3\xBF\xC2\x80\")");
-    ExpectTree("<?xml version='1.0' encoding='iso-8859-15'?><r>\xA4</r>", "r(\"\xE2\x82\xAC\")");
-    ExpectTree("<?xml version='1.0' encoding='windows-1252'?><r>\x80</r>", "r(\"\xE2\x82\xAC\")");
-    ExpectTree("<?xml version='1.0' encoding='US-ASCII'?><r>&#233;</r>", "r(\"\xC3\xA9\")");
-    ExpectTree("<?xml version='1.0' encoding='ISO-8859-1'?><\xE9 \xE8='1'/>",
-               "\xC3\xA9 \xC3\xA8=\"1\"()");
+    ExpectTrees({{"<?xml version='1.0' encoding='ISO-8859-1'?><r k='\xE9'>\xFF\x80</r>",
+                  "r k=\"\xC3\xA9\"(\"\xC3\xBF\xC2\x80\")"}});
+    ExpectTrees(
+        {{"<?xml version='1.0' encoding='iso-8859-15'?><r>\xA4</r>", "r(\"\xE2\x82\xAC\")"}});
+    ExpectTrees(
+        {{"<?xml version='1.0' encoding='windows-1252'?><r>\x80</r>", "r(\"\xE2\x82\xAC\")"}});
+    ExpectTrees({{"<?xml version='1.0' encoding='US-ASCII'?><r>&#233;</r>", "r(\"\xC3\xA9\")"}});
+    ExpectTrees({{"<?xml version='1.0' encoding='ISO-8859-1'?><\xE9 \xE8='1'/>",
+                  "\xC3\xA9 \xC3\xA8=\"1\"()"}});
 }
 
 TEST(LoadEncoding, SavesEveryDocumentAsUtf8) {
@@ -102,15 +90,15 @@ TEST(LoadEncoding, SavesEveryDocumentAsUtf8) {
 }
 
 TEST(LoadEncoding, TellsEncodingsThatItDoesNotKnowAndBytesThatTheirsDoesNotHave) {
-    ExpectError("<?xml version='1.0' encoding='nosuch'?><r/>", 1,
-                "unable to create converter for 'NOSUCH' encoding");
-    ExpectError("\n<?xml version='1.0'?><r/>", 2,
-                "XML or TEXT declaration must start at line 1, column 1");
-    ExpectError("<?xml version='1.0' encoding='US-ASCII'?><r>\xE9</r>", 1,
-                "char 0xE9 is not representable in 'US-ASCII' encoding");
-    ExpectError(Wide(U"\uFEFF<r>", Order::Little, 2) + std::string("\x00\xD8", 2) +
-                    Wide(U"</r>", Order::Little, 2),
-                1, "leading surrogate character is not followed by a legal second character");
+    ExpectErrors({{"<?xml version='1.0' encoding='nosuch'?><r/>", 1,
+                   "unable to create converter for 'NOSUCH' encoding"}});
+    ExpectErrors({{"\n<?xml version='1.0'?><r/>", 2,
+                   "XML or TEXT declaration must start at line 1, column 1"}});
+    ExpectErrors({{"<?xml version='1.0' encoding='US-ASCII'?><r>\xE9</r>", 1,
+                   "char 0xE9 is not representable in 'US-ASCII' encoding"}});
+    ExpectErrors({{Wide(U"\uFEFF<r>", Order::Little, 2) + std::string("\x00\xD8", 2) +
+                       Wide(U"</r>", Order::Little, 2),
+                   1, "leading surrogate character is not followed by a legal second character"}});
 }
 
 // The parser puts the bad bytes themselves into its text, which the converter then replaces.
@@ -131,23 +119,23 @@ TEST(LoadEncoding, TellsInvalidUtf8InTextsValuesAndNames) {
     };
     for (const auto& row : rows) {
         const std::string bytes = row.bytes;
-        ExpectError("<r>" + bytes + "        </r>", 1, row.message);
-        ExpectError("<r k='" + bytes + "        '/>", 1, row.message);
-        ExpectError("<r" + bytes + "        />", 1, row.message);
-        ExpectError("<r><![CDATA[" + bytes + "        ]]></r>", 1, row.message);
+        ExpectErrors({{"<r>" + bytes + "        </r>", 1, row.message}});
+        ExpectErrors({{"<r k='" + bytes + "        '/>", 1, row.message}});
+        ExpectErrors({{"<r" + bytes + "        />", 1, row.message}});
+        ExpectErrors({{"<r><![CDATA[" + bytes + "        ]]></r>", 1, row.message}});
     }
 }
 
 TEST(LoadEncoding, TellsCharactersThatNoDocumentMayHold) {
-    ExpectError("<r>\x01</r>", 1, "invalid character 0x1");
-    ExpectError("<r>\xEF\xBF\xBE</r>", 1, "invalid character 0xFFFE");
-    ExpectError("<r>\n\xEF\xBF\xBF</r>", 2, "invalid character 0xFFFF");
-    ExpectError("<r>&#0;</r>", 1, "invalid character reference");
-    ExpectError("<r>&#xD800;</r>", 1, "invalid character reference");
-    ExpectError("<r>&#xFFFE;</r>", 1, "invalid character reference");
-    ExpectError("<r>&#x110000;</r>", 1, "invalid character reference");
-    ExpectError("<r k='&#1;'/>", 1, "invalid character reference");
-    ExpectError("<?xml version='1.1'?><r>\x01</r>", 1, "invalid character 0x1");
+    ExpectErrors({{"<r>\x01</r>", 1, "invalid character 0x1"}});
+    ExpectErrors({{"<r>\xEF\xBF\xBE</r>", 1, "invalid character 0xFFFE"}});
+    ExpectErrors({{"<r>\n\xEF\xBF\xBF</r>", 2, "invalid character 0xFFFF"}});
+    ExpectErrors({{"<r>&#0;</r>", 1, "invalid character reference"}});
+    ExpectErrors({{"<r>&#xD800;</r>", 1, "invalid character reference"}});
+    ExpectErrors({{"<r>&#xFFFE;</r>", 1, "invalid character reference"}});
+    ExpectErrors({{"<r>&#x110000;</r>", 1, "invalid character reference"}});
+    ExpectErrors({{"<r k='&#1;'/>", 1, "invalid character reference"}});
+    ExpectErrors({{"<?xml version='1.1'?><r>\x01</r>", 1, "invalid character 0x1"}});
 }
 
 // Narrow strings are UTF-8 whatever the locale says.
@@ -155,7 +143,7 @@ TEST(LoadEncoding, DoesNotDependOnTheLocale) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     for (const char* locale : {"C", "C.UTF-8", ""}) {
         if (!std::setlocale(LC_ALL, locale)) continue;
-        ExpectTree("<\xC3\xA9>\xE2\x82\xAC</\xC3\xA9>", "\xC3\xA9(\"\xE2\x82\xAC\")");
+        ExpectTrees({{"<\xC3\xA9>\xE2\x82\xAC</\xC3\xA9>", "\xC3\xA9(\"\xE2\x82\xAC\")"}});
     }
     std::setlocale(LC_ALL, before.c_str());
 }

@@ -8,28 +8,10 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
-struct SMalformed {
-    const char* xml;
-    int line;
-    const char* message;
-};
-
-// The same text from a file and from memory, but for the name, whatever the options say.
-void ExpectErrors(const std::vector<SMalformed>& rows) {
-    for (const SMalformed& row : rows) {
-        SCOPED_TRACE(Quoted(row.xml));
-        TemporaryFile file(".xml", row.xml);
-        for (const SLoad& how : {SLoad(), KeepPrefixes(), Validate()}) {
-            EXPECT_LOAD_ERROR(LoadMemory(row.xml, how), "Memfile", row.line, row.message);
-            EXPECT_LOAD_ERROR(LoadFile(file.Name(), how), file.Name(), row.line, row.message);
-        }
-    }
-}
-
 std::string Directory(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
-std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 std::string CurrentDirectory() {
     std::vector<char> path(4096);
@@ -89,7 +71,7 @@ TEST(LoadError, NamesTheFileAsTheParserResolvedIt) {
     const std::string name = file.Name();
     const std::string message = "expected end of tag 'a'";
     EXPECT_LOAD_ERROR(LoadFile(name), name, 3, message);
-    EXPECT_LOAD_ERROR(LoadFile(Directory(name) + "./" + BaseName(name)), name, 3, message);
+    EXPECT_LOAD_ERROR(LoadFile(Directory(name) + "./" + file.BaseName()), name, 3, message);
     EXPECT_LOAD_ERROR(LoadFile("file://" + name), "file://" + name, 3, message);
 }
 

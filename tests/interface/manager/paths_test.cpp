@@ -1,26 +1,16 @@
 // With the library's own converter a load takes short cuts: names are converted once, strings go into a buffer
 // that is used again. With any installed converter it does not. Both must build the same tree.
+#include "support/converters.h"
 #include "support/random_text.h"
 #include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
-// While it lives, loads ask an installed converter that does what the library's own does.
-class OtherConverter {
-public:
-    OtherConverter() { Manager().SetWideCharToStringConverter(&m_Converter); }
-    OtherConverter(const OtherConverter&) = delete;
-    OtherConverter& operator=(const OtherConverter&) = delete;
-    ~OtherConverter() { Manager().SetWideCharToStringConverter(nullptr); }
-
-private:
-    CWideCharToString m_Converter;
-};
-
 std::string LoadedPlainly(const std::string& xml, bool keepPrefixes) {
-    const OtherConverter other;
+    const CPlainConverter converter;
     return Saved(Load(xml, keepPrefixes));
 }
 

@@ -4,23 +4,8 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
-
-constexpr const char* kNoInteger =
-    "value 'x' does not match regular expression facet '[+\\-]?[0-9]+'";
-
-// A schema for <r d="..."><n>integer</n>...</r>, in no namespace or in "urn:t".
-std::string Schema(bool hasNamespace) {
-    return std::string("<?xml version=\"1.0\"?>\n") +
-           "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" "
-           "elementFormDefault=\"qualified\"" +
-           (hasNamespace ? " targetNamespace=\"urn:t\"" : "") +
-           ">\n"
-           "<xs:element name=\"r\"><xs:complexType><xs:sequence>\n"
-           "<xs:element name=\"n\" type=\"xs:int\" maxOccurs=\"unbounded\"/>\n"
-           "</xs:sequence><xs:attribute name=\"d\" default=\"default\"/>\n"
-           "</xs:complexType></xs:element></xs:schema>\n";
-}
 
 class LoadSchema : public ::testing::Test {
 protected:

@@ -5,19 +5,8 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
-
-struct SRow {
-    const char* xml;
-    const char* tree;
-};
-
-void ExpectTrees(const std::vector<SRow>& rows) {
-    for (const SRow& row : rows) {
-        SCOPED_TRACE(Quoted(row.xml));
-        EXPECT_EQ(TreeText(LoadMemory(row.xml)), row.tree);
-    }
-}
 
 // The one child of the root if it is of this type, else NULL.
 CXMLNode* OnlyChild(const Document& document, CXMLNode::NodeType type) {

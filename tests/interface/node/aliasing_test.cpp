@@ -5,6 +5,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // Names and texts of these lengths: strings may be kept in different places by their length.

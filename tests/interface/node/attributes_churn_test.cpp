@@ -3,6 +3,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 TEST(AttributeChurn, FindsEveryAttributeWhileOthersComeAndGo) {
     const Document document = NewDocumentWithRoot("root");
     CXMLNode* root = document->GetRoot();

@@ -11,6 +11,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 constexpr int kWarmUp = 2000;

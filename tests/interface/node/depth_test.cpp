@@ -8,6 +8,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 constexpr std::size_t kLevels = 1000000;

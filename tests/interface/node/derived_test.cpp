@@ -9,6 +9,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // Logs the growth of the query result and what is added to it.

@@ -4,6 +4,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // A root with the children P, Q and R.

@@ -5,6 +5,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // --- Attributes of one element: a list of pairs, searched from the front.

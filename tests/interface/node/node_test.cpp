@@ -6,6 +6,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 TEST(Node, HasNeitherChildrenNorAttributesAtFirst) {
     const Document document = NewDocumentWithRoot("r");
     CXMLNode* root = document->GetRoot();

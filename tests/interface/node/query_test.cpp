@@ -3,6 +3,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 struct SRow {

@@ -4,6 +4,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 constexpr const char* kXml = "<r a='1'><p b='2'>text<x/><![CDATA[QUJD]]></p><q><y/></q></r>";

@@ -1,23 +1,14 @@
 // What threads may do at once: work on documents of their own, typed values included, hold copies of
 // attributes and exceptions, and save one document together.
-#include <functional>
 #include <thread>
 
 #include "support/testing.h"
+#include "support/threads.h"
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
-
-constexpr int kThreads = 4;
-
-void OnThreads(const std::function<void(int)>& work) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i)
-        threads.emplace_back(work, i);
-    for (std::thread& thread : threads)
-        thread.join();
-}
 
 // Loads, edits, queries, copies and saves; nothing of it goes through the shared buffers.
 std::string Worked(int number) {
@@ -53,7 +44,7 @@ std::string Worked(int number) {
 
 TEST(Threads, WorkOnDocumentsOfTheirOwn) {
     std::vector<std::string> expected;
-    for (int number = 0; number < kThreads; ++number)
+    for (int number = 0; number < THREADS; ++number)
         expected.push_back(Worked(number));
     OnThreads([&](int number) {
         for (int round = 0; round < 100; ++round)
@@ -77,7 +68,7 @@ TEST(Threads, HoldCopiesOfAttributesOfADocumentThatGoesOnChanging) {
     Document document = NewDocumentWithRoot("r");
     CXMLNode* root = document->GetRoot();
     root->SetAttribute("name", "a value that is a good deal longer than a pointer");
-    std::vector<CXMLAttribut> copies(kThreads, *root->GetAttributes()[0]);
+    std::vector<CXMLAttribut> copies(THREADS, *root->GetAttributes()[0]);
     std::thread owner([&] {
         for (int i = 0; i < 3000; ++i) {
             root->SetAttribute("other", std::to_string(i).c_str());
@@ -106,8 +97,8 @@ TEST(Threads, HoldCopiesOfAttributesOfADocumentThatGoesOnChanging) {
 
 TEST(Threads, HoldExceptionsThatShareATextWithOthers) {
     CXMLException source(1, "a text that several threads show");
-    CXMLException shared[kThreads] = {CXMLException(0, ""), CXMLException(0, ""),
-                                      CXMLException(0, ""), CXMLException(0, "")};
+    CXMLException shared[THREADS] = {CXMLException(0, ""), CXMLException(0, ""),
+                                     CXMLException(0, ""), CXMLException(0, "")};
     for (CXMLException& mine : shared)
         mine = source;
     OnThreads([&](int number) {

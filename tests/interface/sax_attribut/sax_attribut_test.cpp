@@ -8,6 +8,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // An attribute of the client's own.

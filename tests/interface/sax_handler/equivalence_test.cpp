@@ -2,6 +2,7 @@
 // from memory, with the library's own converter and with an installed one that does the same.
 #include <map>
 
+#include "support/converters.h"
 #include "support/names.h"
 #include "support/random_text.h"
 #include "support/recording_handler.h"
@@ -10,6 +11,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // Builds from callbacks the tree that a load would.
@@ -67,18 +69,6 @@ private:
 
 // Instrumented, allocations are slow; what the counts below must exceed is exceeded all the same.
 int Times(int plain, int sanitized) { return kIsSanitized ? sanitized : plain; }
-
-// Asks the library's own conversion for each string, where the library would take its fast path.
-class CPlainConverter : public CWideCharToString {
-public:
-    CPlainConverter() { Manager().SetWideCharToStringConverter(this); }
-    CPlainConverter(const CPlainConverter&) = delete;
-    CPlainConverter& operator=(const CPlainConverter&) = delete;
-    ~CPlainConverter() { Manager().SetWideCharToStringConverter(nullptr); }
-    char* Convert(const char16_t* source, std::size_t length) override {
-        return CWideCharToString::Convert(source, length);
-    }
-};
 
 // A generated document: well-formed, with everything that a load distinguishes.
 class CGenerator {

@@ -5,6 +5,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 struct SFailing {
@@ -35,21 +36,6 @@ void ExpectFailure(const SFailing& row, const SLoad& how) {
     EXPECT_EQ(handler.Transcript(), row.events);
     ExpectUsable(handler);
 }
-
-// A schema for <r d="..."><n>integer</n>...</r>, in no namespace or in "urn:t".
-std::string Schema(bool hasNamespace) {
-    return std::string(
-               "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" "
-               "elementFormDefault=\"qualified\"") +
-           (hasNamespace ? " targetNamespace=\"urn:t\"" : "") +
-           "><xs:element name=\"r\"><xs:complexType><xs:sequence>"
-           "<xs:element name=\"n\" type=\"xs:int\" maxOccurs=\"unbounded\"/>"
-           "</xs:sequence><xs:attribute name=\"d\" default=\"default\"/>"
-           "</xs:complexType></xs:element></xs:schema>";
-}
-
-constexpr const char* kNoInteger =
-    "value 'x' does not match regular expression facet '[+\\-]?[0-9]+'";
 
 }  // namespace
 

@@ -6,28 +6,8 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
-
-struct SRow {
-    std::string xml;
-    std::string events;  // between StartDocument and EndDocument
-};
-
-// From memory and from a file, whatever keepPrefixes says.
-void ExpectEvents(const std::vector<SRow>& rows) {
-    for (const SRow& row : rows) {
-        SCOPED_TRACE(Quoted(row.xml));
-        TemporaryFile file(".xml", row.xml);
-        EXPECT_EQ(EventsOfMemory(row.xml), Whole(row.events));
-        EXPECT_EQ(EventsOfFile(file.Name()), Whole(row.events));
-        EXPECT_EQ(EventsOfMemory(row.xml, KeepPrefixes()), Whole(row.events));
-    }
-}
-
-// The root's events around these.
-std::string InRoot(const std::string& lines) {
-    return "StartElement r\n" + lines + "EndElement r\n";
-}
 
 // Counts, and keeps the longest text; for documents whose transcript nobody reads.
 class CCountingHandler : public CXMLSaxHandler {

@@ -1,78 +1,15 @@
 // Exceptions that callbacks throw: every kind out of every callback, from a file and from memory. What
 // reaches the caller, that nothing is told after it, and that the handler serves the next load.
 #include <exception>
-#include <new>
-#include <stdexcept>
 
 #include "support/recording_handler.h"
 #include "support/testing.h"
+#include "support/thrown.h"
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
-
-// A client's own type, which no class of the library or the runtime knows.
-struct SOwn {
-    int number;
-    std::string text;
-};
-
-class COwnException : public CXMLException {
-public:
-    COwnException() : CXMLException(5, "of a derived class") {}
-};
-
-enum Kind { Library, Derived, Standard, BadAlloc, Number, Text, Own, KINDS };
-
-void Throw(Kind kind) {
-    switch (kind) {
-        case Library:
-            throw CXMLException(77, "the client's own \xC3\xA9 %s");
-        case Derived:
-            throw COwnException();
-        case Standard:
-            throw std::runtime_error("the client's own");
-        case BadAlloc:
-            throw std::bad_alloc();
-        case Number:
-            throw 42;
-        case Text:
-            throw "text";
-        default:
-            throw SOwn{7, std::string(100, 'o')};
-    }
-}
-
-const char* const kTold[] = {"CXMLException 77 the client's own \xC3\xA9 %s",
-                             "CXMLException 5 of a derived class",
-                             "runtime_error the client's own",
-                             "bad_alloc",
-                             "int 42",
-                             "const char* text",
-                             "SOwn 7 100"};
-
-// What the caller is told.
-template <typename Load>
-std::string Told(Load load) {
-    try {
-        load();
-    } catch (CXMLException& e) {
-        return "CXMLException " + std::to_string(e.GetID()) + " " + e.GetMessage();
-    } catch (const std::runtime_error& e) {
-        return std::string("runtime_error ") + e.what();
-    } catch (const std::bad_alloc&) {
-        return "bad_alloc";
-    } catch (int number) {
-        return "int " + std::to_string(number);
-    } catch (const char* text) {
-        return std::string("const char* ") + text;
-    } catch (const SOwn& own) {
-        return "SOwn " + std::to_string(own.number) + " " + std::to_string(own.text.size());
-    } catch (...) {
-        return "something else";
-    }
-    return "nothing";
-}
 
 // Every callback, some of them with a text pending or attributes alive.
 const char* const kDocument =
@@ -103,23 +40,22 @@ TEST(CallbackExceptions, OfEveryKindLeaveEveryCallback) {
     for (const std::string callback : kCallbacks) {
         ASSERT_NE(UpTo(whole, callback, 0), "") << callback << " is not called";
         for (int n = 0; !UpTo(whole, callback, n).empty(); ++n) {
-            for (int kind = 0; kind < KINDS; ++kind) {
-                SCOPED_TRACE(callback + " " + std::to_string(n) + " " + kTold[kind]);
+            for (const SThrow& thrown : THROWS) {
+                SCOPED_TRACE(callback + " " + std::to_string(n) + " " + thrown.told);
                 for (const bool fromFile : {false, true}) {
                     CRecordingHandler handler;
                     int left = n;
                     handler.Do([&](const std::string& line) {
                         if (line.compare(0, callback.size(), callback) == 0 && left-- == 0)
-                            Throw(static_cast<Kind>(kind));
+                            thrown.now();
                     });
-                    EXPECT_EQ(Told([&] {
-                                  if (fromFile) {
+                    EXPECT_EQ(Thrown([&] {
+                                  if (fromFile)
                                       LoadFile(file.Name(), handler);
-                                  } else {
+                                  else
                                       LoadMemory(kDocument, handler);
-                                  }
                               }),
-                              kTold[kind]);
+                              thrown.told);
                     ++throws;
                     EXPECT_EQ(handler.Take(), UpTo(whole, callback, n));
                     EXPECT_EQ(handler.GetSourceOffset(), 0u);
@@ -131,7 +67,7 @@ TEST(CallbackExceptions, OfEveryKindLeaveEveryCallback) {
             }
         }
     }
-    EXPECT_GT(throws, 10 * KINDS * 2);
+    EXPECT_GT(throws, 10 * 7 * 2);
 }
 
 TEST(CallbackExceptions, OfTheLibraryArriveAsAnEqualCopy) {
@@ -199,11 +135,11 @@ TEST(CallbackExceptions, OfALoadInsideACallbackAreTellableApart) {
 TEST(CallbackExceptions, LeaveValidatedLoadsToo) {
     const std::string xml = "<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY>]><r><a/></r>";
     for (const std::string callback : {"StartElement a", "EndElement a", "EndElement r"}) {
-        for (int kind = 0; kind < KINDS; ++kind) {
+        for (const SThrow& thrown : THROWS) {
             CRecordingHandler handler([&](const std::string& line) {
-                if (line == callback) Throw(static_cast<Kind>(kind));
+                if (line == callback) thrown.now();
             });
-            EXPECT_EQ(Told([&] { LoadMemory(xml, handler, Validate()); }), kTold[kind]);
+            EXPECT_EQ(Thrown([&] { LoadMemory(xml, handler, Validate()); }), thrown.told);
         }
     }
 }
@@ -220,7 +156,7 @@ TEST(CallbackExceptions, LeaveLargeDocumentsAnywhere) {
         handler.Do([&](const std::string&) {
             if (++events == at) throw at;
         });
-        EXPECT_EQ(Told([&] { LoadFile(file.Name(), handler); }), "int " + std::to_string(at));
+        EXPECT_EQ(Thrown([&] { LoadFile(file.Name(), handler); }), "int " + std::to_string(at));
         EXPECT_EQ(events, at);
         handler.Take();
     }

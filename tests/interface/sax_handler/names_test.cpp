@@ -5,29 +5,6 @@
 
 using namespace norvask;
 using namespace norvask_test;
-namespace {
-
-struct SRow {
-    std::string xml;
-    std::string events;  // between StartDocument and EndDocument
-};
-
-// From memory and from a file, whatever keepPrefixes says.
-void ExpectEvents(const std::vector<SRow>& rows) {
-    for (const SRow& row : rows) {
-        SCOPED_TRACE(Quoted(row.xml));
-        TemporaryFile file(".xml", row.xml);
-        EXPECT_EQ(EventsOfMemory(row.xml), Whole(row.events));
-        EXPECT_EQ(EventsOfFile(file.Name()), Whole(row.events));
-        EXPECT_EQ(EventsOfMemory(row.xml, KeepPrefixes()), Whole(row.events));
-        EXPECT_EQ(EventsOfFile(file.Name(), KeepPrefixes()), Whole(row.events));
-    }
-}
-
-// The name without its directory.
-std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
-}  // namespace
 
 TEST(CallbackNamespaces, AreDeclaredBeforeAndEndedBehindTheirElement) {
     ExpectEvents({
@@ -153,7 +130,7 @@ TEST(CallbackDtd, TellsTheIdentifiersOrNull) {
 
 TEST(CallbackDtd, TellsTheSystemIdentifierAsWritten) {
     TemporaryFile dtd(".dtd", "<!ATTLIST r k CDATA 'default'>");
-    const std::string name = BaseName(dtd.Name());
+    const std::string name = dtd.BaseName();
     TemporaryFile file(".xml", "<!DOCTYPE r SYSTEM '" + name + "'><r/>");
     EXPECT_EQ(EventsOfFile(file.Name()), Whole("StartDTD \"r\" public NULL system " + Quoted(name) +
                                                "\nStartElement r k=\"default\"\nEndElement r\n"));
@@ -192,8 +169,8 @@ TEST(CallbackDtd, ExpandsEntitiesWithoutDividingTheText) {
 
 TEST(CallbackDtd, ReadsExternalEntities) {
     TemporaryFile entity(".ent", "<?xml encoding='ISO-8859-1'?><b>\xE9</b>\n");
-    TemporaryFile file(
-        ".xml", "<!DOCTYPE r [<!ENTITY e SYSTEM '" + BaseName(entity.Name()) + "'>]><r>1&e;2</r>");
+    TemporaryFile file(".xml",
+                       "<!DOCTYPE r [<!ENTITY e SYSTEM '" + entity.BaseName() + "'>]><r>1&e;2</r>");
     EXPECT_EQ(EventsOfFile(file.Name()),
               Whole("StartDTD \"r\" public NULL system NULL\nStartElement r\nCharacters \"1\"\n"
                     "StartElement b\nCharacters \"\xC3\xA9\"\nEndElement b\n"

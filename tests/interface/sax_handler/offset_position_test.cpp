@@ -9,6 +9,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 std::string OffsetsOfMemory(const std::string& xml) {

@@ -7,6 +7,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 TEST(CallbackOffset, IsZeroOutsideOfALoad) {
     CRecordingHandler handler;
     EXPECT_EQ(handler.GetSourceOffset(), 0u);

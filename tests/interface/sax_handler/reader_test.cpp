@@ -8,6 +8,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 // The switch is on during each of these tests.

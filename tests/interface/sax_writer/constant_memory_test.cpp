@@ -12,6 +12,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 constexpr int kElements = kIsSanitized ? 300000 : 10000000;

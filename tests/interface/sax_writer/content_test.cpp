@@ -9,6 +9,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 using Work = std::function<void(CXMLSaxWriter&)>;

@@ -10,6 +10,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 const std::string kDocument = kDeclaration + "\r\n<a/>";

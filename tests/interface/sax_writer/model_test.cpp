@@ -11,6 +11,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 template <typename Call>

@@ -9,6 +9,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 const std::string kDocument = kDeclaration + "<a/>";

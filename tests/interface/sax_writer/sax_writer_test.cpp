@@ -8,6 +8,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 class Writer : public CWriterFixture {};

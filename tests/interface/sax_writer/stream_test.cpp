@@ -13,6 +13,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 using Step = std::function<void(CXMLSaxWriter&)>;

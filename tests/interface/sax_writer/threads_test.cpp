@@ -1,34 +1,18 @@
 // Writers on several threads at once, each with a stream of its own. Typed values above all: the
 // conversions that programs call have one result for the whole process, a writer must not.
 #include <atomic>
-#include <functional>
 #include <thread>
 
 #include "support/testing.h"
+#include "support/threads.h"
 #include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
-constexpr int kThreads = 4;
 constexpr int kRounds = 3000;
-
-// All at once, as far as that can be had.
-void OnThreads(const std::function<void(int)>& work) {
-    std::atomic<int> waiting{kThreads};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i) {
-        threads.emplace_back([&waiting, &work, i] {
-            --waiting;
-            while (waiting > 0)
-                std::this_thread::yield();
-            work(i);
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-}
 
 // The values differ from thread to thread and from round to round, and all have the same length.
 struct SNumbers {
@@ -66,7 +50,7 @@ class CMeeting {
 public:
     void Meet() {
         const int round = m_nRound;
-        if (++m_nCome == kThreads) {
+        if (++m_nCome == THREADS) {
             m_nCome = 0;
             ++m_nRound;
         }
@@ -131,7 +115,7 @@ TEST(WriterThreads, WriteTypedValuesOfTheirOwn) {
 
 TEST(WriterThreads, HoldTheTextsOfTypedValuesAtTheSameTime) {
     CMeeting meeting;
-    std::vector<std::string> received(kThreads);
+    std::vector<std::string> received(THREADS);
     OnThreads([&](int thread) {
         CMeetingWriter writer(meeting);
         writer.Date(2000 + thread, -1, -1);
@@ -141,7 +125,7 @@ TEST(WriterThreads, HoldTheTextsOfTypedValuesAtTheSameTime) {
         writer.Long(thread);
         received[static_cast<std::size_t>(thread)] = writer.m_Received;
     });
-    for (int thread = 0; thread < kThreads; ++thread) {
+    for (int thread = 0; thread < THREADS; ++thread) {
         const std::string digit = std::to_string(thread);
         EXPECT_EQ(received[static_cast<std::size_t>(thread)],
                   "200" + digit + "|200" + digit + "-01-02T03:04:05|0" + digit + ":01:02|" + digit +
@@ -175,7 +159,7 @@ TEST(WriterThreads, HandAWriterFromOneToTheOther) {
     writer.StartDocument(&out, false, false);
     std::string expected = kDeclaration;
     for (int round = 0; round < 20; ++round) {
-        const SNumbers numbers(round % kThreads, round);
+        const SNumbers numbers(round % THREADS, round);
         std::thread([&] { Write(writer, numbers); }).join();
         expected += Expected(numbers);
     }

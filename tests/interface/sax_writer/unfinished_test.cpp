@@ -14,6 +14,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 void ExpectRefused(CXMLSaxWriter& writer, const std::string& name) {

@@ -5,6 +5,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 class TextNode : public ::testing::Test {

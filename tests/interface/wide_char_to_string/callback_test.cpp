@@ -1,72 +1,14 @@
 // The converter between the parser's strings and a client's in callback loads: which strings an installed one
 // is asked for, what it may answer, and what happens when it comes or goes in the middle of a load.
-#include <algorithm>
-#include <cstring>
-#include <functional>
-#include <new>
-#include <stdexcept>
-
+#include "support/converters.h"
 #include "support/recording_handler.h"
 #include "support/testing.h"
-#include "support/unicode.h"
+#include "support/thrown.h"
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
-
-// Notes each source that it is asked for. The answer is made from the source by a function, which may
-// answer NULL; without one it is what the library gives.
-class CAnsweringConverter : public CWideCharToString {
-public:
-    using Answer = std::function<const char*(const std::string& source)>;
-
-    explicit CAnsweringConverter(Answer answer = nullptr) : m_Answer(std::move(answer)) {}
-    CAnsweringConverter(const CAnsweringConverter&) = delete;
-    CAnsweringConverter& operator=(const CAnsweringConverter&) = delete;
-    ~CAnsweringConverter() { Manager().SetWideCharToStringConverter(nullptr); }
-
-    char* Convert(const char16_t* source, std::size_t length) override {
-        EXPECT_NE(source, nullptr);
-        const std::u16string units(source);
-        EXPECT_EQ(length, units.size());
-        m_Asked.push_back(Utf8OfUtf16(units));
-        if (!m_Answer) return CWideCharToString::Convert(source, length);
-        const char* answer = m_Answer(m_Asked.back());
-        if (!answer) return nullptr;
-        char* copy = AllocString(std::strlen(answer) + 1);
-        std::strcpy(copy, answer);
-        return copy;
-    }
-
-    void Install() { Manager().SetWideCharToStringConverter(this); }
-    std::vector<std::string> Asked() const {
-        std::vector<std::string> sorted = m_Asked;
-        std::sort(sorted.begin(), sorted.end());
-        return sorted;
-    }
-    std::size_t Count() const { return m_Asked.size(); }
-
-private:
-    Answer m_Answer;
-    std::vector<std::string> m_Asked;
-};
-
-class CInstalledConverter : public CAnsweringConverter {
-public:
-    explicit CInstalledConverter(Answer answer = nullptr) : CAnsweringConverter(std::move(answer)) {
-        Install();
-    }
-};
-
-// The answer `answer` for one source and the source itself for all others.
-CAnsweringConverter::Answer Instead(const std::string& source, const char* answer) {
-    return [=](const std::string& asked) { return asked == source ? answer : asked.c_str(); };
-}
-
-std::vector<std::string> Sorted(std::vector<std::string> strings) {
-    std::sort(strings.begin(), strings.end());
-    return strings;
-}
 
 // Keeps every string of every callback.
 class CStrings : public CXMLSaxHandler {
@@ -113,9 +55,9 @@ const std::vector<std::string> kConversions = {
 TEST(CallbackConverter, IsAskedForEveryStringEveryTime) {
     const std::string events = EventsOfMemory(kDocument);
     TemporaryFile file(".xml", kDocument);
-    CInstalledConverter converter;
+    CRecordingConverter converter;
     EXPECT_EQ(EventsOfMemory(kDocument), events);
-    EXPECT_EQ(converter.Asked(), Sorted(kConversions));
+    EXPECT_EQ(converter.Asked(), CRecordingConverter::Sorted(kConversions));
     EXPECT_EQ(EventsOfFile(file.Name()), events);
     EXPECT_EQ(converter.Count(), 2 * kConversions.size());
 }
@@ -124,7 +66,7 @@ TEST(CallbackConverter, IsAskedForRepeatedNamesAsOftenAsTheyCome) {
     std::string xml = "<r>";
     for (int i = 0; i < 1000; ++i)
         xml += "<e k='v'/>";
-    CInstalledConverter converter;
+    CRecordingConverter converter;
     CXMLSaxHandler handler;
     LoadMemory(xml + "</r>", handler);
     EXPECT_EQ(converter.Count(), 6u + 1000 * 10);
@@ -133,40 +75,42 @@ TEST(CallbackConverter, IsAskedForRepeatedNamesAsOftenAsTheyCome) {
 // A converter may answer differently each time, and each of its answers is used once.
 TEST(CallbackConverter, GivesEachOfItsAnswersToOneString) {
     std::vector<std::string> given;
-    CInstalledConverter converter([&given](const std::string&) {
+    CRecordingConverter converter([&given](const std::string&) {
         given.push_back("answer " + std::to_string(given.size()));
         return given.back().c_str();
     });
     CStrings handler;
     LoadMemory("<r k='v' l='v'><a k='v'>x</a><a k='v'>x</a><r xmlns='u'/></r>", handler);
     EXPECT_EQ(given.size(), 3u + 8 + 3 + 4 + 1 + 3 + 3 + 4 + 1 + 3 + 2 + 3 + 3 + 1 + 3);
-    EXPECT_EQ(Sorted(handler.m_Strings), Sorted(given));
+    EXPECT_EQ(CRecordingConverter::Sorted(handler.m_Strings), CRecordingConverter::Sorted(given));
 }
 
 TEST(CallbackConverter, IsAskedForTheDocumentTypeDeclaration) {
     TemporaryFile dtd(".dtd", "<!ELEMENT r ANY>");
     const std::string xml = std::string("<!DOCTYPE q PUBLIC 'pub' '") + dtd.Name() + "'><r/>";
-    CInstalledConverter converter([](const std::string& source) {
+    CRecordingConverter converter([](const std::string& source) {
         return source == "r" || source.empty() ? source.c_str() : "other";
     });
     EXPECT_EQ(EventsOfMemory(xml), Whole("StartDTD \"other\" public \"other\" system \"other\"\n"
                                          "StartElement r\nEndElement r\n"));
-    EXPECT_EQ(converter.Asked(), Sorted({"q", "pub", dtd.Name(), "", "r", "r", "", "r", "r"}));
+    EXPECT_EQ(converter.Asked(),
+              CRecordingConverter::Sorted({"q", "pub", dtd.Name(), "", "r", "r", "", "r", "r"}));
 }
 
 TEST(CallbackConverter, IsAskedForTheParserMessages) {
-    CInstalledConverter converter([](const std::string& source) {
+    CRecordingConverter converter([](const std::string& source) {
         return source == "Memfile" ? "memory" : source.size() > 1 ? "no good" : source.c_str();
     });
     CRecordingHandler handler;
     EXPECT_LOAD_ERROR(LoadMemory("<r>\n</a>", handler), "memory", 2, "no good");
-    EXPECT_EQ(converter.Asked(), Sorted({"", "r", "r", "Memfile", "expected end of tag 'r'"}));
+    EXPECT_EQ(converter.Asked(),
+              CRecordingConverter::Sorted({"", "r", "r", "Memfile", "expected end of tag 'r'"}));
 }
 
 // Latin-1 for strings that have it: callbacks receive what the converter answers, byte for byte.
 TEST(CallbackConverter, DecidesTheEncodingOfTheCallbacks) {
     std::string latin;
-    CInstalledConverter converter([&latin](const std::string& source) {
+    CRecordingConverter converter([&latin](const std::string& source) {
         latin = source;
         for (std::size_t at; (at = latin.find("\xC3\xA9")) != std::string::npos;)
             latin.replace(at, 2, "\xE9");
@@ -178,11 +122,11 @@ TEST(CallbackConverter, DecidesTheEncodingOfTheCallbacks) {
 
 TEST(CallbackConverter, DecidesWhatIsLayout) {
     {
-        CInstalledConverter converter(Instead("\n", "line"));
+        CRecordingConverter converter(CRecordingConverter::Instead("\n", "line"));
         EXPECT_EQ(EventsOfMemory("<r>\n</r>"),
                   Whole("StartElement r\nCharacters \"line\"\nEndElement r\n"));
     }
-    CInstalledConverter converter(Instead("text", "\n\t"));
+    CRecordingConverter converter(CRecordingConverter::Instead("text", "\n\t"));
     EXPECT_EQ(EventsOfMemory("<r>text<![CDATA[text]]></r>"),
               Whole("StartElement r\nStartCDATA\nCharacters \"\\n\\t\"\nEndCDATA\n"
                     "EndElement r\n"));
@@ -213,16 +157,16 @@ TEST(CallbackConverter, MayAnswerNullWhichIsAnEmptyStringForTheClient) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.source);
-        CInstalledConverter converter(Instead(row.source, nullptr));
+        CRecordingConverter converter(CRecordingConverter::Instead(row.source, nullptr));
         EXPECT_EQ(EventsOfMemory(xml), row.events);
     }
-    CInstalledConverter never([](const std::string&) { return nullptr; });
+    CRecordingConverter never([](const std::string&) { return nullptr; });
     EXPECT_EQ(EventsOfMemory(xml), events("", "", "", "=\"\"", "", ""));
 }
 
 TEST(CallbackConverter, MayAnswerNullForIdentifiersAndMessages) {
     TemporaryFile dtd(".dtd", "<!ELEMENT r ANY>");
-    CInstalledConverter converter([](const std::string&) { return nullptr; });
+    CRecordingConverter converter([](const std::string&) { return nullptr; });
     EXPECT_EQ(EventsOfMemory(std::string("<!DOCTYPE r PUBLIC 'p' '") + dtd.Name() + "'><r/>"),
               Whole("StartDTD \"\" public \"\" system \"\"\nStartElement \nEndElement \n"));
     EXPECT_EQ(EventsOfMemory("<!DOCTYPE r []><r/>"),
@@ -235,37 +179,21 @@ TEST(CallbackConverter, MayAnswerNullForIdentifiersAndMessages) {
 TEST(CallbackConverter, MayThrowAtEveryString) {
     const std::string whole = EventsOfMemory(kDocument);
     for (std::size_t failing = 0; failing < kConversions.size(); ++failing) {
-        for (int kind = 0; kind < 4; ++kind) {
+        for (const SThrow& thrown : THROWS) {
             std::size_t asked = 0;
-            CInstalledConverter converter([&](const std::string& source) {
-                if (asked++ != failing) return source.c_str();
-                if (kind == 0) throw std::runtime_error("the converter's own");
-                if (kind == 1) throw 42;
-                if (kind == 2) throw std::bad_alloc();
-                throw CXMLException(77, "the converter's own");
+            CRecordingConverter converter([&](const std::string& source) {
+                if (asked++ == failing) thrown.now();
+                return source.c_str();
             });
             CRecordingHandler handler;
-            std::string caught = "nothing";
-            try {
-                LoadMemory(kDocument, handler);
-            } catch (const std::runtime_error& e) {
-                caught = std::string("runtime_error ") + e.what();
-            } catch (int number) {
-                caught = std::to_string(number);
-            } catch (const std::bad_alloc&) {
-                caught = "bad_alloc";
-            } catch (CXMLException& e) {
-                caught = std::to_string(e.GetID()) + " " + e.GetMessage();
-            }
-            const char* const expected[] = {"runtime_error the converter's own", "42", "bad_alloc",
-                                            "77 the converter's own"};
-            EXPECT_EQ(caught, expected[kind]) << "string " << failing;
+            EXPECT_EQ(Thrown([&] { LoadMemory(kDocument, handler); }), thrown.told)
+                << "string " << failing;
             EXPECT_EQ(converter.Count(), failing + 1);
             const std::string told = handler.Take();
             EXPECT_LT(told.size(), whole.size());
             EXPECT_EQ(told, whole.substr(0, told.size()));
             EXPECT_EQ(handler.GetSourceOffset(), 0u);
-            Manager().SetWideCharToStringConverter(nullptr);
+            CPlainConverter::Remove();
             LoadMemory(kDocument, handler);
             EXPECT_EQ(handler.Take(), whole);
         }
@@ -274,9 +202,10 @@ TEST(CallbackConverter, MayThrowAtEveryString) {
 
 // From the next callback on, whether the names are new or have come before.
 TEST(CallbackConverter, MayBeInstalledByACallback) {
-    CAnsweringConverter converter([](const std::string& source) {
+    CRecordingConverter converter([](const std::string& source) {
         return source.empty() ? "" : source == "a" ? "A" : source == "\n" ? "\n" : "other";
     });
+    CPlainConverter::Remove();
     CRecordingHandler handler([&](const std::string& line) {
         if (line == "Characters \"x\"") converter.Install();
     });
@@ -288,12 +217,11 @@ TEST(CallbackConverter, MayBeInstalledByACallback) {
 }
 
 TEST(CallbackConverter, MayBeRemovedByACallback) {
-    CInstalledConverter converter(
+    CRecordingConverter converter(
         [](const std::string& source) { return source.empty() ? "" : "other"; });
     int texts = 0;
     CRecordingHandler handler([&](const std::string& line) {
-        if (line == "Characters \"other\"" && ++texts == 2)
-            Manager().SetWideCharToStringConverter(nullptr);
+        if (line == "Characters \"other\"" && ++texts == 2) CPlainConverter::Remove();
     });
     LoadMemory("<r>1<a k='v'>2</a><a k='v'>3</a><b l='w'/></r>", handler);
     EXPECT_EQ(handler.Take(),
@@ -311,15 +239,15 @@ TEST(CallbackConverter, MayComeAndGoWithEveryCallback) {
     xml += "</r>";
     const std::string whole = EventsOfMemory(xml);
     for (const unsigned period : {1u, 2u, 3u, 5u}) {
-        CAnsweringConverter converter;
+        CRecordingConverter converter;
+        CPlainConverter::Remove();
         unsigned callbacks = 0;
         CRecordingHandler handler([&](const std::string&) {
             if (++callbacks % period != 0) return;
-            if (callbacks / period % 2) {
+            if (callbacks / period % 2)
                 converter.Install();
-            } else {
-                Manager().SetWideCharToStringConverter(nullptr);
-            }
+            else
+                CPlainConverter::Remove();
         });
         LoadMemory(xml, handler);
         EXPECT_TRUE(handler.Take() == whole) << period;

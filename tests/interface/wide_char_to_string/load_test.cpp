@@ -1,68 +1,16 @@
 // The converter between the parser's strings and the caller's: the library's own, and one that the
 // application installs, which is asked for every string, may answer what it likes, and may throw.
-#include <algorithm>
-#include <cstring>
-#include <functional>
-#include <new>
 #include <stdexcept>
 
+#include "support/converters.h"
 #include "support/testing.h"
+#include "support/thrown.h"
 #include "support/unicode.h"
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
-
-// Installed for its lifetime. Each source that it is asked for is noted as UTF-8; the answer is made
-// by a function, or by the library's own Convert if there is none.
-class CRecordingConverter : public CWideCharToString {
-public:
-    using Answer = std::function<const char*(const std::u16string& source)>;
-
-    explicit CRecordingConverter(Answer answer = nullptr) : m_Answer(std::move(answer)) {
-        Manager().SetWideCharToStringConverter(this);
-    }
-    CRecordingConverter(const CRecordingConverter&) = delete;
-    CRecordingConverter& operator=(const CRecordingConverter&) = delete;
-    ~CRecordingConverter() { Manager().SetWideCharToStringConverter(nullptr); }
-
-    char* Convert(const char16_t* source, std::size_t length) override {
-        EXPECT_NE(source, nullptr);
-        const std::u16string units(source);
-        EXPECT_EQ(length, units.size()) << Utf8OfUtf16(units);
-        m_Asked.push_back(Utf8OfUtf16(units));
-        if (!m_Answer) return CWideCharToString::Convert(source, length);
-        const char* answer = m_Answer(units);
-        if (!answer) return nullptr;
-        char* copy = AllocString(std::strlen(answer) + 1);
-        std::strcpy(copy, answer);
-        return copy;
-    }
-
-    // The sources in alphabetical order, in brackets.
-    std::string Asked() const {
-        std::vector<std::string> sorted = m_Asked;
-        std::sort(sorted.begin(), sorted.end());
-        std::string line;
-        for (const std::string& source : sorted)
-            line += "[" + source + "]";
-        return line;
-    }
-    std::size_t Count() const { return m_Asked.size(); }
-
-private:
-    Answer m_Answer;
-    std::vector<std::string> m_Asked;
-};
-
-// Answers `answer` for one source and what the library would for all others.
-CRecordingConverter::Answer Instead(const std::u16string& source, const char* answer) {
-    return [source, answer](const std::u16string& asked) {
-        static std::string kept;
-        kept = Utf8OfUtf16(asked);
-        return asked == source ? answer : kept.c_str();
-    };
-}
 
 std::string Converted(const std::u16string& source, std::size_t length) {
     CWideCharToString converter;
@@ -156,15 +104,15 @@ TEST(InstalledConverter, IsAskedForTheDocumentTypeReference) {
         LoadMemory(xml);
         EXPECT_EQ(converter.Asked(), std::string("[") + dtd.Name() + "][q][r]");
     }
-    CRecordingConverter converter(Instead(u"r", "other"));
+    CRecordingConverter converter(CRecordingConverter::Instead("r", "other"));
     Document document = LoadMemory(xml);
     EXPECT_STREQ(document->GetDTDName(), "other");
     EXPECT_STREQ(document->GetDTDPath(), dtd.Name());
 }
 
 TEST(InstalledConverter, IsAskedForTheFileAndTheTextOfAParserMessage) {
-    CRecordingConverter converter([](const std::u16string& source) {
-        return source == u"Memfile" ? "memory" : source == u"r" ? "r" : "no good";
+    CRecordingConverter converter([](const std::string& source) {
+        return source == "Memfile" ? "memory" : source == "r" ? "r" : "no good";
     });
     EXPECT_LOAD_ERROR(LoadMemory("<r>\n</a>"), "memory", 2, "no good");
     EXPECT_EQ(converter.Asked(), "[Memfile][expected end of tag 'r'][r]");
@@ -173,11 +121,18 @@ TEST(InstalledConverter, IsAskedForTheFileAndTheTextOfAParserMessage) {
 
 // Latin-1 for strings that have it: what the tree holds is what the converter answers.
 TEST(InstalledConverter, DecidesTheEncodingOfTheTree) {
-    CRecordingConverter converter([](const std::u16string& source) {
+    CRecordingConverter converter([](const std::string& source) {
         static std::string latin;
         latin.clear();
-        for (const char16_t unit : source)
-            latin += unit < 256 ? static_cast<char>(unit) : '?';
+        for (std::size_t i = 0; i < source.size(); ++i) {
+            const auto lead = static_cast<unsigned char>(source[i]);
+            if (lead == 0xC2 || lead == 0xC3)
+                latin += static_cast<char>((lead & 3) << 6 | (source[++i] & 63));
+            else if (lead < 0x80)
+                latin += source[i];
+            else if (lead > 0xC3)
+                latin += '?';
+        }
         return latin.c_str();
     });
     Document document = LoadMemory(
@@ -190,55 +145,55 @@ TEST(InstalledConverter, DecidesTheEncodingOfTheTree) {
 
 TEST(InstalledConverter, DecidesWhatIsLayout) {
     {
-        CRecordingConverter converter(Instead(u"\n", "line"));
+        CRecordingConverter converter(CRecordingConverter::Instead("\n", "line"));
         EXPECT_EQ(TreeText(LoadMemory("<r>\n</r>")), "r(\"line\")");
     }
-    CRecordingConverter converter(Instead(u"text", "\n\t"));
+    CRecordingConverter converter(CRecordingConverter::Instead("text", "\n\t"));
     EXPECT_EQ(TreeText(LoadMemory("<r>text</r>")), "r()");
     EXPECT_EQ(TreeText(LoadMemory("<r><![CDATA[text]]></r>")), "r(#b5ec6d)");
-    CRecordingConverter other(Instead(u"text!", "\n\t"));
+    CRecordingConverter other(CRecordingConverter::Instead("text!", "\n\t"));
     EXPECT_EQ(TreeText(LoadMemory("<r><![CDATA[text!]]></r>")), "r(\"\\n\\t\")");
 }
 
 TEST(InstalledConverter, MayAnswerNullForAnything) {
     struct {
-        std::u16string source;
+        const char* source;
         const char* tree;
         const char* keeping;
     } const rows[] = {
-        {u"text", "r k=\"v\"(#41)", "r xmlns:p=\"u\" k=\"v\"(#41)"},
-        {u"v", "r(\"text\", #41)", "r xmlns:p=\"u\"(\"text\", #41)"},
-        {u"u", "r k=\"v\"(\"text\", #41)", "r k=\"v\"(\"text\", #41)"},
-        {u"p", "r k=\"v\"(\"text\", #41)", "r xmlns:=\"u\" k=\"v\"(\"text\", #41)"},
+        {"text", "r k=\"v\"(#41)", "r xmlns:p=\"u\" k=\"v\"(#41)"},
+        {"v", "r(\"text\", #41)", "r xmlns:p=\"u\"(\"text\", #41)"},
+        {"u", "r k=\"v\"(\"text\", #41)", "r k=\"v\"(\"text\", #41)"},
+        {"p", "r k=\"v\"(\"text\", #41)", "r xmlns:=\"u\" k=\"v\"(\"text\", #41)"},
     };
     const std::string xml = "<r xmlns:p='u' k='v'>text<![CDATA[QQ==]]></r>";
     for (const auto& row : rows) {
-        SCOPED_TRACE(Utf8OfUtf16(row.source));
-        CRecordingConverter converter(Instead(row.source, nullptr));
+        SCOPED_TRACE(row.source);
+        CRecordingConverter converter(CRecordingConverter::Instead(row.source, nullptr));
         EXPECT_EQ(TreeText(LoadMemory(xml)), row.tree);
         EXPECT_EQ(TreeText(LoadMemory(xml, KeepPrefixes())), row.keeping);
     }
-    for (const char16_t* name : {u"r", u"k"}) {
-        CRecordingConverter converter(Instead(name, nullptr));
+    for (const char* name : {"r", "k"}) {
+        CRecordingConverter converter(CRecordingConverter::Instead(name, nullptr));
         EXPECT_INVALID_NAME(LoadMemory(xml), "");
     }
 }
 
 TEST(InstalledConverter, MayAnswerNullForATextInACdataSection) {
-    CRecordingConverter converter(Instead(u"text!", nullptr));
+    CRecordingConverter converter(CRecordingConverter::Instead("text!", nullptr));
     EXPECT_EQ(TreeText(LoadMemory("<r><![CDATA[text!]]></r>")), "r(\"\")");
     EXPECT_EQ(TreeText(LoadMemory("<r>text!</r>")), "r()");
 }
 
 TEST(InstalledConverter, MayAnswerNullForTheParserMessages) {
     CRecordingConverter converter(
-        [](const std::u16string& source) { return source == u"r" ? "r" : nullptr; });
+        [](const std::string& source) { return source == "r" ? "r" : nullptr; });
     EXPECT_LOAD_ERROR(LoadMemory("<r>\n</a>"), "", 2, "");
 }
 
 TEST(InstalledConverter, MayAnswerNamesThatAreNone) {
     for (const char* name : {"", "a b", "1a", "<"}) {
-        CRecordingConverter converter(Instead(u"r", name));
+        CRecordingConverter converter(CRecordingConverter::Instead("r", name));
         EXPECT_INVALID_NAME(LoadMemory("<r/>"), name);
         EXPECT_INVALID_NAME(LoadMemory("<x><r/></x>"), name);
         EXPECT_INVALID_NAME(LoadMemory("<x r='v'/>"), name);
@@ -255,32 +210,14 @@ TEST(InstalledConverter, MayThrowAtEveryString) {
     }
     ASSERT_GT(strings, 10u);
     for (std::size_t failing = 0; failing < strings; ++failing) {
-        for (int kind = 0; kind < 4; ++kind) {
+        for (const SThrow& thrown : THROWS) {
             std::size_t asked = 0;
-            CRecordingConverter converter([&](const std::u16string& source) {
-                static std::string kept;
-                kept = Utf8OfUtf16(source);
-                if (asked++ != failing) return kept.c_str();
-                if (kind == 0) throw std::runtime_error("the converter's own");
-                if (kind == 1) throw 42;
-                if (kind == 2) throw std::bad_alloc();
-                throw CXMLException(77, "the converter's own");
+            CRecordingConverter converter([&](const std::string& source) {
+                if (asked++ == failing) thrown.now();
+                return source.c_str();
             });
-            std::string caught = "nothing";
-            try {
-                LoadMemory(kDocument, KeepPrefixes());
-            } catch (std::runtime_error& e) {
-                caught = std::string("runtime_error ") + e.what();
-            } catch (int number) {
-                caught = std::to_string(number);
-            } catch (std::bad_alloc&) {
-                caught = "bad_alloc";
-            } catch (CXMLException& e) {
-                caught = std::to_string(e.GetID()) + " " + e.GetMessage();
-            }
-            const char* const expected[] = {"runtime_error the converter's own", "42", "bad_alloc",
-                                            "77 the converter's own"};
-            EXPECT_EQ(caught, expected[kind]) << "string " << failing;
+            EXPECT_EQ(Thrown([&] { LoadMemory(kDocument, KeepPrefixes()); }), thrown.told)
+                << "string " << failing;
             EXPECT_EQ(converter.Count(), failing + 1);
         }
     }
@@ -288,8 +225,8 @@ TEST(InstalledConverter, MayThrowAtEveryString) {
 }
 
 TEST(InstalledConverter, MayThrowAtAParserMessageInPlaceOfIt) {
-    for (const char16_t* source : {u"Memfile", u"expected end of tag 'r'"}) {
-        CRecordingConverter converter([source](const std::u16string& asked) {
+    for (const char* source : {"Memfile", "expected end of tag 'r'"}) {
+        CRecordingConverter converter([source](const std::string& asked) {
             if (asked == source) throw std::runtime_error("the converter's own");
             return "r";
         });
@@ -299,10 +236,10 @@ TEST(InstalledConverter, MayThrowAtAParserMessageInPlaceOfIt) {
 
 TEST(InstalledConverter, IsReplacedByTheLibrarysOwnForNull) {
     {
-        CRecordingConverter converter([](const std::u16string&) { return "always"; });
+        CRecordingConverter converter([](const std::string&) { return "always"; });
         EXPECT_EQ(TreeText(LoadMemory("<r k='v'>text</r>")),
                   "always always=\"always\"(\"always\")");
-        Manager().SetWideCharToStringConverter(nullptr);
+        CPlainConverter::Remove();
         EXPECT_EQ(TreeText(LoadMemory("<r k='v'>text</r>")), "r k=\"v\"(\"text\")");
         EXPECT_EQ(converter.Count(), 4u);
     }
@@ -323,16 +260,12 @@ TEST(InstalledConverter, IsNotAskedByAnythingButLoads) {
 TEST(InstalledConverter, MayLoadAnotherDocumentWhenItIsAsked) {
     bool inside = false;
     std::string inner;
-    CRecordingConverter converter([&](const std::u16string& source) {
-        static std::string kept;
-        kept = Utf8OfUtf16(source);
-        if (!inside && source == u"v") {
-            inside = true;
-            inner = TreeText(LoadMemory("<s k='w'>inner<a/></s>"));
-            kept = inner;
-            inside = false;
-        }
-        return kept.c_str();
+    CRecordingConverter converter([&](const std::string& source) {
+        if (inside || source != "v") return source.c_str();
+        inside = true;
+        inner = TreeText(LoadMemory("<s k='w'>inner<a/></s>"));
+        inside = false;
+        return inner.c_str();
     });
     const std::string outer = TreeText(LoadMemory("<r><a k='v'/>text<a/></r>"));
     EXPECT_EQ(inner, "s k=\"w\"(\"inner\", a())");

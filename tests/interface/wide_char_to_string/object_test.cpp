@@ -3,6 +3,7 @@
 
 using namespace norvask;
 using namespace norvask_test;
+
 namespace {
 
 std::string Converted(CWideCharToString& converter, const std::u16string& text) {
