@@ -2,11 +2,10 @@
 // stand alone, attributes and exceptions.
 #include <new>
 #include <ostream>
-#include <streambuf>
 #include <string_view>
 
-#include "allocation/failing_new.h"
 #include "allocation/sample_tree.h"
+#include "allocation/sweep.h"
 #include "support/testing.h"
 
 using namespace norvask;
@@ -29,76 +28,31 @@ TEST(AllocationFailureDocument, LeavesNothingOfATreeBuiltByHand) {
     };
     const std::string whole = TreeText(build(30));
     for (const Failing failing : {Failing::One, Failing::AllFromThere}) {
-        long n = 1;
-        for (bool refused = true; refused; ++n) {
-            const long live = LiveBlocks();
-            {
-                Document document;
-                CFailAllocation fail(n, Callers::Everything, failing);
-                try {
-                    document = build(30);
-                } catch (...) {
-                    EXPECT_TRUE(CaughtBadAlloc() || CaughtOutOfMemory());
-                }
-                refused = fail.Failed();
-                fail.Disarm();
-                if (document) {
-                    EXPECT_EQ(TreeText(document), whole);
-                }
-            }
-            ASSERT_EQ(LiveBlocks(), live) << "allocation " << n;
-        }
-        EXPECT_GT(n, 20);
+        EXPECT_GT(Sweep([&](long n) {
+                      Document document;
+                      const SAttempt attempt = Attempt([&] { document = build(30); }, n, failing);
+                      EXPECT_TRUE(attempt.known) << attempt.told;
+                      if (document) {
+                          EXPECT_EQ(TreeText(document), whole);
+                      }
+                      return attempt.refused;
+                  }),
+                  18);
     }
 }
 
 TEST(AllocationFailureDocument, MakesCreateDocumentAnswerNull) {
-    long refusals = 0;
-    for (long n = 1;; ++n) {
-        const long live = LiveBlocks();
-        CXMLDocument* document = nullptr;
-        bool refused = false;
-        {
-            CFailAllocation fail(n, Callers::Everything, Failing::One);
-            document = Manager().CreateDocument("r", kLong.c_str());
-            refused = fail.Failed();
-        }
-        if (document) document->Delete();
-        EXPECT_EQ(document == nullptr, refused);
-        EXPECT_EQ(LiveBlocks(), live);
-        if (!refused) break;
-        ++refusals;
-    }
-    EXPECT_GE(refusals, 3);
+    EXPECT_GE(Sweep([](long n) {
+                  CXMLDocument* document = nullptr;
+                  const SAttempt attempt =
+                      Attempt([&] { document = Manager().CreateDocument("r", kLong.c_str()); }, n);
+                  EXPECT_FALSE(attempt.thrown);
+                  EXPECT_EQ(document == nullptr, attempt.refused);
+                  if (document) document->Delete();
+                  return attempt.refused;
+              }),
+              3);
 }
-
-namespace {
-
-// Keeps what is written without allocating.
-class CFixedBuffer : public std::streambuf {
-public:
-    std::size_t Length() const { return m_nLength; }
-    bool IsBeginOf(const std::string& whole) const {
-        return m_nLength <= whole.size() && whole.compare(0, m_nLength, m_Bytes, m_nLength) == 0;
-    }
-
-protected:
-    int_type overflow(int_type c) override {
-        const char byte = traits_type::to_char_type(c);
-        return xsputn(&byte, 1) == 1 ? c : traits_type::eof();
-    }
-    std::streamsize xsputn(const char* bytes, std::streamsize count) override {
-        for (std::streamsize i = 0; i < count && m_nLength < sizeof m_Bytes; ++i)
-            m_Bytes[m_nLength++] = bytes[i];
-        return count;
-    }
-
-private:
-    char m_Bytes[100000];
-    std::size_t m_nLength = 0;
-};
-
-}  // namespace
 
 TEST(AllocationFailureDocument, GivesAStreamTheBeginningOfTheDocument) {
     STree tree(50);
@@ -111,31 +65,8 @@ TEST(AllocationFailureDocument, GivesAStreamTheBeginningOfTheDocument) {
     for (const bool format : {false, true}) {
         const std::string whole = Saved(tree.document, format);
         for (const Failing failing : {Failing::One, Failing::AllFromThere}) {
-            long n = 1;
-            for (bool refused = true; refused; ++n) {
-                CFixedBuffer buffer;
-                std::ostream out(&buffer);
-                const long live = LiveBlocks();
-                bool thrown = false;
-                bool known = true;
-                {
-                    CFailAllocation fail(n, Callers::Everything, failing);
-                    try {
-                        tree.document->Save(out, format);
-                    } catch (...) {
-                        thrown = true;
-                        known = CaughtBadAlloc() || CaughtOutOfMemory();
-                    }
-                    refused = fail.Failed();
-                }
-                EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
-                EXPECT_EQ(thrown, refused) << "allocation " << n;
-                EXPECT_TRUE(known) << "allocation " << n;
-                EXPECT_TRUE(buffer.IsBeginOf(whole)) << "allocation " << n;
-                EXPECT_EQ(buffer.Length() == whole.size(), !thrown) << "allocation " << n;
-                EXPECT_TRUE(out.good());
-            }
-            EXPECT_GT(n, 5) << "hardly anything was refused";
+            const auto save = [&](std::ostream& out) { tree.document->Save(out, format); };
+            EXPECT_GT(SweepWriting(whole, failing, save), 3) << "hardly anything was refused";
         }
     }
     EXPECT_EQ(Whole(tree), before);
@@ -182,29 +113,23 @@ TEST(AllocationFailureDocument, DoesNotStopWhatEndsOrReads) {
 
 TEST(AllocationFailureDocument, LeavesAttributesAndExceptionsThatStandAlone) {
     const std::string name(700, 'n');
-    long refusals = 0;
-    for (long n = 1; n < 20; ++n) {
-        const long live = LiveBlocks();
-        {
-            CXMLAttribut attribute("old", "value");
-            CFailAllocation fail(n, Callers::Everything, Failing::One);
-            try {
-                CXMLAttribut made(name.c_str(), name.c_str());
-                CXMLAttribut copy(made);
-                attribute.SetName(name.c_str());
-                attribute.SetValue(name.c_str());
-                CXMLException exception(3, 6, name.c_str());
-                CXMLException other(exception);
-            } catch (std::bad_alloc&) {
-                ++refusals;
-                fail.Disarm();
-                const std::string nowName = attribute.GetName();
-                const std::string nowValue = attribute.GetValue();
-                EXPECT_TRUE(nowName == "old" || nowName == name);
-                EXPECT_TRUE(nowValue == "value" || (nowValue == name && nowName == name));
-            }
-        }
-        EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
-    }
-    EXPECT_GE(refusals, 4);
+    EXPECT_GE(Sweep([&](long n) {
+                  CXMLAttribut attribute("old", "value");
+                  const auto work = [&] {
+                      CXMLAttribut made(name.c_str(), name.c_str());
+                      CXMLAttribut copy(made);
+                      attribute.SetName(name.c_str());
+                      attribute.SetValue(name.c_str());
+                      CXMLException exception(3, 6, name.c_str());
+                      CXMLException other(exception);
+                  };
+                  const SAttempt attempt = Attempt(work, n);
+                  EXPECT_STREQ(attempt.told, attempt.thrown ? "bad_alloc" : "");
+                  const std::string nowName = attribute.GetName();
+                  const std::string nowValue = attribute.GetValue();
+                  EXPECT_TRUE(nowName == "old" || nowName == name);
+                  EXPECT_TRUE(nowValue == "value" || (nowValue == name && nowName == name));
+                  return attempt.refused;
+              }),
+              4);
 }

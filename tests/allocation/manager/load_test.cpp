@@ -1,29 +1,15 @@
 // Loads in which an allocation of the library fails, for every one of them: the exception is
 // std::bad_alloc, or the answer is NULL where the document object itself cannot be made; nothing of the
 // document is left, and the next load is none the worse.
-#include <cstdio>
-
-#include "allocation/failing_new.h"
+#include "allocation/sample_tree.h"
+#include "allocation/sweep.h"
+#include "support/converters.h"
 #include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
 
 namespace {
-
-std::string Rich() {
-    std::string xml =
-        "<!DOCTYPE r [<!ENTITY e 'an entity &#38;amp; more'><!ATTLIST r d CDATA 'default'>]>\n"
-        "<r xmlns='urn:default' xmlns:p='urn:p' k='v' p:k='a value that is no short string'>"
-        "text<p:a l='1'/>\n\t<b>&e;<![CDATA[AAECAwQF]]><![CDATA[no Base64!]]></b>"
-        "<c \xC3\xA9='\xF0\x9F\x98\x80'>  </c>";
-    for (int i = 0; i < 60; ++i) {
-        xml += "<item id='" + std::to_string(i) + "'><name>number " + std::to_string(i) +
-               "</name><n" + std::to_string(i) + "/></item>";
-    }
-    xml += "<d>" + std::string(5000, 'x') + "</d><d e='" + std::string(700, 'y') + "'/>";
-    return xml + "</r>";
-}
 
 struct SOutcome {
     bool failed = false;  // an allocation was refused
@@ -36,44 +22,17 @@ struct SOutcome {
 template <typename Load>
 SOutcome Try(Load load, long n, Failing failing) {
     SOutcome outcome;
-    CXMLDocument* document = nullptr;
-    enum { Nothing, BadAlloc, XmlError, Other } caught = Nothing;
-    int id = 0;
-    char text[600] = "";
+    Document document;
     const long before = LiveBlocks();
-    {
-        CFailAllocation fail(n, Callers::Library, failing);
-        try {
-            document = load();
-        } catch (CXMLException& e) {
-            caught = XmlError;
-            id = e.GetID();
-            std::snprintf(text, sizeof text, "%s", e.GetMessage());
-        } catch (...) {
-            caught = CaughtBadAlloc() ? BadAlloc : Other;
-            std::snprintf(text, sizeof text, "%s", CaughtType());
-        }
-        outcome.failed = fail.Failed();
-    }
+    const SAttempt attempt = Attempt([&] { document = load(); }, n, failing, Callers::Library);
     const long held = LiveBlocks();
-    if (document) outcome.tree = TreeText(*document);
+    if (document) outcome.tree = TreeText(document);
     const long shown = LiveBlocks();
-    if (document) document->Delete();
+    const bool made = document != nullptr;
+    document.reset();
     outcome.left = LiveBlocks() - shown + held - before;
-    switch (caught) {
-        case Nothing:
-            outcome.told = document ? "a document" : "NULL";
-            break;
-        case BadAlloc:
-            outcome.told = "bad_alloc";
-            break;
-        case XmlError:
-            outcome.told = std::to_string(id) + " " + text;
-            break;
-        case Other:
-            outcome.told = text;
-            break;
-    }
+    outcome.failed = attempt.refused;
+    outcome.told = attempt.thrown ? attempt.told : made ? "a document" : "NULL";
     return outcome;
 }
 
@@ -118,58 +77,40 @@ void ExpectEveryFailureTold(Load load, const std::string& told) {
     }
 }
 
-template <typename Source>
-CXMLDocument* LoadMemory(Source& bytes, bool keepPrefixes, bool validate = false) {
-    return Manager().LoadDocument(reinterpret_cast<unsigned char*>(&bytes[0]),
-                                  static_cast<unsigned int>(bytes.size()), validate, false, nullptr,
-                                  false, keepPrefixes);
-}
-
-// Answers the library's own strings through a block of its own, so every conversion allocates.
-class CPlainConverter : public CWideCharToString {
-public:
-    char* Convert(const char16_t* source, std::size_t length) override {
-        return CWideCharToString::Convert(source, length);
-    }
-};
-
 }  // namespace
 
 TEST(AllocationFailureLoad, FromMemory) {
-    std::string xml = Rich();
-    for (const bool keepPrefixes : {false, true})
-        ExpectEveryFailureTold([&] { return LoadMemory(xml, keepPrefixes); }, "a document");
+    const std::string xml = RichDocument();
+    for (const SLoad& how : {SLoad(), KeepPrefixes()})
+        ExpectEveryFailureTold([&] { return LoadMemory(xml, how); }, "a document");
 }
 
 TEST(AllocationFailureLoad, OfASmallDocument) {
-    std::string xml = "<r><a k='v'>text</a></r>";
-    ExpectEveryFailureTold([&] { return LoadMemory(xml, false); }, "a document");
+    const std::string xml = "<r><a k='v'>text</a></r>";
+    ExpectEveryFailureTold([&] { return LoadMemory(xml); }, "a document");
 }
 
 TEST(AllocationFailureLoad, FromAFile) {
-    TemporaryFile file(".xml", Rich());
-    ExpectEveryFailureTold(
-        [&] { return Manager().LoadDocument(file.Name(), false, false, nullptr, false, true); },
-        "a document");
+    const TemporaryFile file(".xml", RichDocument());
+    const std::string name = file.Name();
+    ExpectEveryFailureTold([&] { return LoadFile(name, KeepPrefixes()); }, "a document");
 }
 
 TEST(AllocationFailureLoad, WithAnInstalledConverter) {
-    std::string xml = Rich();
-    CPlainConverter converter;
-    Manager().SetWideCharToStringConverter(&converter);
-    for (const bool keepPrefixes : {false, true})
-        ExpectEveryFailureTold([&] { return LoadMemory(xml, keepPrefixes); }, "a document");
-    Manager().SetWideCharToStringConverter(nullptr);
+    const std::string xml = RichDocument();
+    const CPlainConverter converter;
+    for (const SLoad& how : {SLoad(), KeepPrefixes()})
+        ExpectEveryFailureTold([&] { return LoadMemory(xml, how); }, "a document");
 }
 
 TEST(AllocationFailureLoad, ThatEndsInAnErrorAnyway) {
-    std::string malformed = "<r k='v'>text<a></r>";
-    ExpectEveryFailureTold([&] { return LoadMemory(malformed, false); },
+    const std::string malformed = "<r k='v'>text<a></r>";
+    ExpectEveryFailureTold([&] { return LoadMemory(malformed); },
                            "2 " + LoadError("Memfile", 1, "expected end of tag 'a'"));
-    std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
-    ExpectEveryFailureTold([&] { return LoadMemory(invalid, false, true); },
+    const std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
+    ExpectEveryFailureTold([&] { return LoadMemory(invalid, Validate()); },
                            "2 " + LoadError("Memfile", 1, "no declaration found for element 'a'"));
-    std::string noName = "<r k='v'>text<a \xF0\x90\x80\x80='v'/></r>";
-    ExpectEveryFailureTold([&] { return LoadMemory(noName, false); },
+    const std::string noName = "<r k='v'>text<a \xF0\x90\x80\x80='v'/></r>";
+    ExpectEveryFailureTold([&] { return LoadMemory(noName); },
                            "3 Invalid XML name: '\xF0\x90\x80\x80'.");
 }

@@ -5,10 +5,9 @@
 // Each operation runs on trees that are filled to different degrees, so that the arrays and the memory of
 // the tree have to grow in the middle of it once here and once there.
 #include <functional>
-#include <new>
 
-#include "allocation/failing_new.h"
 #include "allocation/sample_tree.h"
+#include "allocation/sweep.h"
 #include "support/testing.h"
 
 using namespace norvask;
@@ -22,26 +21,6 @@ using Promise =
 
 bool Unchanged(const std::string& now, const std::string& before, const std::string&) {
     return now == before;
-}
-
-struct SAttempt {
-    bool refused = false;
-    bool thrown = false;
-    bool knownException = true;
-};
-
-template <typename Operation>
-SAttempt Attempt(Operation& operation, STree& tree, long n, Failing failing) {
-    SAttempt attempt;
-    CFailAllocation fail(n, Callers::Everything, failing);
-    try {
-        operation(tree);
-    } catch (...) {
-        attempt.thrown = true;
-        attempt.knownException = CaughtBadAlloc() || CaughtOutOfMemory();
-    }
-    attempt.refused = fail.Failed();
-    return attempt;
 }
 
 // Everything still works behind a failure; the operation itself gives `done` now, unless that is "".
@@ -76,28 +55,23 @@ void ExpectSafe(Operation operation, const Promise& promise = Unchanged) {
             done = Whole(tree);
         }
         for (const Failing failing : {Failing::One, Failing::AllFromThere}) {
-            bool refused = true;
-            for (long n = 1; refused; ++n) {
-                SCOPED_TRACE(std::to_string(filled) + " filled, allocation " + std::to_string(n));
-                const long live = LiveBlocks();
-                {
-                    STree tree(filled);
-                    const SAttempt attempt = Attempt(operation, tree, n, failing);
-                    refused = attempt.refused;
-                    EXPECT_TRUE(attempt.knownException);
-                    EXPECT_TRUE(refused || !attempt.thrown);
-                    const std::string now = Whole(tree);
-                    if (attempt.thrown) {
-                        ++refusals;
-                        EXPECT_TRUE(promise(now, before, done)) << now << "\nbefore:\n" << before;
-                    } else {
-                        EXPECT_EQ(now, done);
-                    }
-                    if (attempt.thrown) ExpectUsable(tree, operation, now == before ? done : "");
+            SCOPED_TRACE(std::to_string(filled) + " filled");
+            Sweep([&](long n) {
+                STree tree(filled);
+                const SAttempt attempt = Attempt([&] { operation(tree); }, n, failing);
+                EXPECT_TRUE(attempt.known) << attempt.told;
+                EXPECT_TRUE(attempt.refused || !attempt.thrown);
+                const std::string now = Whole(tree);
+                if (attempt.thrown) {
+                    ++refusals;
+                    EXPECT_TRUE(promise(now, before, done)) << now << "\nbefore:\n" << before;
+                    ExpectUsable(tree, operation, now == before ? done : "");
+                } else {
+                    EXPECT_EQ(now, done);
                 }
-                EXPECT_EQ(LiveBlocks(), live);
-                if (::testing::Test::HasFailure()) return;  // once is enough
-            }
+                return attempt.refused;
+            });
+            if (::testing::Test::HasFailure()) return;
         }
     }
     EXPECT_GE(refusals, 2) << "hardly anything was refused";
@@ -174,26 +148,14 @@ TEST(AllocationFailure, LeavesTheTreeWhenItIsQueried) {
         ASSERT_NE(tree.target->GetNodes("c")[0], nullptr);
     });
     // A query that failed does not spoil the next.
-    for (long n = 1;; ++n) {
-        STree tree(400);
-        bool refused = false;
-        std::size_t found = 0;
-        {
-            CFailAllocation fail(n, Callers::Everything, Failing::One);
-            try {
-                tree.root->GetNodes("filling");
-            } catch (std::bad_alloc&) {
-            }
-            refused = fail.Failed();
-        }
-        while (tree.root->GetNodes("filling")[found])
-            ++found;
-        EXPECT_EQ(found, 100u);
-        if (!refused) {
-            EXPECT_GT(n, 2);
-            break;
-        }
-    }
+    EXPECT_GT(Sweep([](long n) {
+                  STree tree(400);
+                  const SAttempt attempt = Attempt([&] { tree.root->GetNodes("filling"); }, n);
+                  EXPECT_STREQ(attempt.told, attempt.thrown ? "bad_alloc" : "");
+                  EXPECT_EQ(Count(tree.root->GetNodes("filling")), 100u);
+                  return attempt.refused;
+              }),
+              1);
 }
 
 // What had been copied stays, and is a part of the whole copy.

@@ -4,32 +4,19 @@
 // An attribute object for which there is no memory is a NULL in the array of its element, which then seems to
 // end there: that one element may show fewer attributes.
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <initializer_list>
-#include <new>
 
-#include "allocation/failing_new.h"
+#include "allocation/sample_tree.h"
+#include "allocation/sweep.h"
+#include "support/converters.h"
+#include "support/source_offsets.h"
 #include "support/testing.h"
 
 using namespace norvask;
 using namespace norvask_test;
 
 namespace {
-
-std::string Rich(int items = 60) {
-    std::string xml =
-        "<!DOCTYPE r [<!ENTITY e 'an entity &#38;amp; more'><!ATTLIST r d CDATA 'default'>]>\n"
-        "<r xmlns='urn:default' xmlns:p='urn:p' k='v' p:k='a value that is no short string'>"
-        "text<p:a l='1'/>\n\t<b>&e;<![CDATA[AAECAwQF]]><![CDATA[]]></b>"
-        "<c \xC3\xA9='\xF0\x9F\x98\x80'>  </c>";
-    for (int i = 0; i < items; ++i) {
-        xml += "<item id='" + std::to_string(i) + "'><name>number " + std::to_string(i) +
-               "</name><n" + std::to_string(i) + "/></item>";
-    }
-    xml += "<d>" + std::string(5000, 'x') + "</d><d e='" + std::string(700, 'y') + "'/>";
-    return xml + "<m a='1' b='2' c='3' d='4' e='5' f='6'/><m a='7' b='8' c='9'/></r>";
-}
 
 // Writes each callback as a line into a block of its own, without an allocation: strings that grow do so in
 // the C++ runtime, which counts as the library. A line is the name of the callback and its strings, each ended
@@ -102,50 +89,30 @@ struct SOutcome {
 template <typename Load>
 SOutcome Try(Load load, long n, Failing failing) {
     SOutcome outcome;
-    enum { Nothing, BadAlloc, XmlError, Other } caught = Nothing;
-    int id = 0;
-    char text[600] = "";
+    SAttempt attempt;
     const long before = LiveBlocks();
     {
         CBufferHandler handler;
-        {
-            CFailAllocation fail(n, Callers::Library, failing);
-            try {
-                load(handler);
-            } catch (CXMLException& e) {
-                caught = XmlError;
-                id = e.GetID();
-                std::snprintf(text, sizeof text, "%s", e.GetMessage());
-            } catch (...) {
-                caught = CaughtBadAlloc() ? BadAlloc : Other;
-                std::snprintf(text, sizeof text, "%s", CaughtType());
-            }
-            outcome.failed = fail.Failed();
-        }
+        attempt = Attempt([&] { load(handler); }, n, failing, Callers::Library);
         outcome.transcript = handler.Transcript();
         EXPECT_EQ(handler.GetSourceOffset(), 0u);
         if (n != 0 && n % 8 == 0) {
-            handler.Clear();
-            try {
-                load(handler);
-            } catch (CXMLException&) {
-            }
             CBufferHandler fresh;
-            try {
-                load(fresh);
-            } catch (CXMLException&) {
+            handler.Clear();
+            for (CBufferHandler* again : {&handler, &fresh}) {
+                try {
+                    load(*again);
+                } catch (CXMLException&) {
+                }
             }
             EXPECT_EQ(handler.Transcript(), fresh.Transcript());
         }
     }
-    outcome.told = caught == Nothing    ? "done"
-                   : caught == BadAlloc ? "bad_alloc"
-                   : caught == XmlError ? std::to_string(id) + " " + text
-                                        : text;
     outcome.left = LiveBlocks() - before;
-    // Strings beyond what fits into the object itself.
+    // A string beyond what fits into the object itself.
     if (outcome.transcript.capacity() > 15) --outcome.left;
-    if (outcome.told.capacity() > 15) --outcome.left;
+    outcome.failed = attempt.refused;
+    outcome.told = attempt.thrown ? attempt.told : "done";
     return outcome;
 }
 
@@ -202,24 +169,6 @@ void ExpectEveryFailureTold(Load load, const std::string& told) {
     }
 }
 
-void LoadMemory(std::string& bytes, CXMLSaxHandler& handler, bool validate = false) {
-    Manager().LoadDocument(reinterpret_cast<unsigned char*>(&bytes[0]),
-                           static_cast<unsigned int>(bytes.size()), &handler, validate, false,
-                           nullptr, false, false);
-}
-
-// Answers the library's own strings through a block of its own, so every conversion allocates.
-class CPlainConverter : public CWideCharToString {
-public:
-    CPlainConverter() { Manager().SetWideCharToStringConverter(this); }
-    CPlainConverter(const CPlainConverter&) = delete;
-    CPlainConverter& operator=(const CPlainConverter&) = delete;
-    ~CPlainConverter() { Manager().SetWideCharToStringConverter(nullptr); }
-    char* Convert(const char16_t* source, std::size_t length) override {
-        return CWideCharToString::Convert(source, length);
-    }
-};
-
 class CProbe : public CXMLSaxAttribut {
 public:
     CProbe(const char* uri, const char* localName, const char* qName, const char* value)
@@ -232,71 +181,61 @@ public:
 }  // namespace
 
 TEST(AllocationFailureCallback, FromMemory) {
-    std::string xml = Rich();
+    const std::string xml = RichDocument();
     ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(xml, handler); }, "done");
 }
 
 TEST(AllocationFailureCallback, OfASmallDocument) {
-    std::string xml = "<r><a k='v'>text</a></r>";
+    const std::string xml = "<r><a k='v'>text</a></r>";
     ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(xml, handler); }, "done");
 }
 
 TEST(AllocationFailureCallback, FromAFile) {
-    TemporaryFile file(".xml", Rich());
-    ExpectEveryFailureTold(
-        [&](CBufferHandler& handler) {
-            Manager().LoadDocument(file.Name(), &handler, false, false, nullptr, false, false);
-        },
-        "done");
+    const TemporaryFile file(".xml", RichDocument());
+    const std::string name = file.Name();
+    ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadFile(name, handler); }, "done");
 }
 
 TEST(AllocationFailureCallback, WithSourceOffsets) {
-    std::string xml = Rich();
-    Manager().SetCalculateSourceOffsets(true);
+    const std::string xml = RichDocument();
+    const CSourceOffsets on;
     ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(xml, handler); }, "done");
-    Manager().SetCalculateSourceOffsets(false);
 }
 
 TEST(AllocationFailureCallback, WithAnInstalledConverter) {
-    std::string xml = Rich(5);  // every string of it allocates
+    const std::string xml = RichDocument(5);  // every string of it allocates
     const CPlainConverter converter;
     ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(xml, handler); }, "done");
 }
 
 TEST(AllocationFailureCallback, ThatEndsInAnErrorAnyway) {
-    std::string malformed = "<r k='v'>text<a></r>";
+    const std::string malformed = "<r k='v'>text<a></r>";
     ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(malformed, handler); },
                            "2 " + LoadError("Memfile", 1, "expected end of tag 'a'"));
-    std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
-    ExpectEveryFailureTold([&](CBufferHandler& handler) { LoadMemory(invalid, handler, true); },
-                           "2 " + LoadError("Memfile", 1, "no declaration found for element 'a'"));
+    const std::string invalid = "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r><a/></r>";
+    ExpectEveryFailureTold(
+        [&](CBufferHandler& handler) { LoadMemory(invalid, handler, Validate()); },
+        "2 " + LoadError("Memfile", 1, "no declaration found for element 'a'"));
 }
 
 TEST(AllocationFailureCallback, OfAnAttributeChangesNothing) {
     const CProbe source("urn:source", "s", "p:s", "a value that is no short string");
     CProbe target("urn:target", "t", "p:t", "another value that is no short string");
-    const long before = LiveBlocks();
-    long refusals = 0;
-    for (long n = 1;; ++n) {
-        CFailAllocation fail(n, Callers::Everything, Failing::One);
-        bool thrown = false;
-        try {
-            CProbe copy(source);
-            const CProbe made("u", "l", "q", "v");
-            target = copy;
-        } catch (const std::bad_alloc&) {
-            thrown = true;
-        }
-        fail.Disarm();
-        EXPECT_EQ(thrown, fail.Failed());
-        EXPECT_EQ(LiveBlocks(), before);
-        if (!thrown) break;
-        ++refusals;
-        EXPECT_STREQ(target.GetUri(), "urn:target");
-        EXPECT_STREQ(target.GetLocalName(), "t");
-        EXPECT_STREQ(target.GetQName(), "p:t");
-        EXPECT_STREQ(target.GetValue(), "another value that is no short string");
-    }
-    EXPECT_GE(refusals, 3);
+    EXPECT_GE(Sweep([&](long n) {
+                  const auto work = [&] {
+                      CProbe copy(source);
+                      const CProbe made("u", "l", "q", "v");
+                      target = copy;
+                  };
+                  const SAttempt attempt = Attempt(work, n);
+                  EXPECT_STREQ(attempt.told, attempt.refused ? "bad_alloc" : "");
+                  if (!attempt.thrown) return false;
+                  EXPECT_STREQ(target.GetUri(), "urn:target");
+                  EXPECT_STREQ(target.GetLocalName(), "t");
+                  EXPECT_STREQ(target.GetQName(), "p:t");
+                  EXPECT_STREQ(target.GetValue(), "another value that is no short string");
+                  return true;
+              }),
+              3);
     EXPECT_STREQ(target.GetValue(), "a value that is no short string");
 }

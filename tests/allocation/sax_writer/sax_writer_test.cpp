@@ -1,13 +1,9 @@
 // A document that is written element by element while allocations fail: what stands in the stream
 // is the beginning of the document, an operation that failed can be repeated, and nothing is left.
-#include <fstream>
 #include <functional>
-#include <ios>
 #include <new>
-#include <ostream>
-#include <streambuf>
 
-#include "allocation/failing_new.h"
+#include "allocation/sweep.h"
 #include "support/testing.h"
 #include "support/writing.h"
 
@@ -15,27 +11,6 @@ using namespace norvask;
 using namespace norvask_test;
 
 namespace {
-
-// Keeps what is written without allocating.
-class CFixedBuffer : public std::streambuf {
-public:
-    std::string Bytes() const { return std::string(m_Bytes, m_nLength); }
-
-protected:
-    int_type overflow(int_type c) override {
-        const char byte = traits_type::to_char_type(c);
-        return xsputn(&byte, 1) == 1 ? c : traits_type::eof();
-    }
-    std::streamsize xsputn(const char* bytes, std::streamsize count) override {
-        for (std::streamsize i = 0; i < count && m_nLength < sizeof m_Bytes; ++i)
-            m_Bytes[m_nLength++] = bytes[i];
-        return count;
-    }
-
-private:
-    char m_Bytes[100000];
-    std::size_t m_nLength = 0;
-};
 
 using Step = std::function<void(CXMLSaxWriter&)>;
 
@@ -88,21 +63,18 @@ private:
     std::vector<Step> m_Steps;
 };
 
-std::string Whole(const CSteps& steps, bool format) {
-    CFixedBuffer buffer;
-    std::ostream out(&buffer);
+void Write(const CSteps& steps, std::ostream& out, bool format) {
     CXMLSaxWriter writer;
     writer.StartDocument(&out, format, false);
     for (const Step& step : steps.Get())
         step(writer);
-    return buffer.Bytes();
 }
 
-bool IsBegin(const std::string& part, const std::string& whole) {
-    return part.size() <= whole.size() && whole.compare(0, part.size(), part) == 0;
+std::string Whole(const CSteps& steps, bool format) {
+    std::ostringstream out;
+    Write(steps, out, format);
+    return out.str();
 }
-
-bool Known() { return CaughtBadAlloc() || CaughtOutOfMemory(); }
 
 }  // namespace
 
@@ -112,35 +84,8 @@ TEST(AllocationFailureWriter, LeavesTheBeginningOfTheDocument) {
         for (const bool format : {false, true}) {
             const std::string whole = Whole(steps, format);
             for (const Failing failing : {Failing::One, Failing::AllFromThere}) {
-                long n = 1;
-                for (bool refused = true; refused; ++n) {
-                    CFixedBuffer buffer;
-                    std::ostream out(&buffer);
-                    const long live = LiveBlocks();
-                    bool thrown = false;
-                    bool known = true;
-                    {
-                        CFailAllocation fail(n, Callers::Everything, failing);
-                        try {
-                            CXMLSaxWriter writer;
-                            writer.StartDocument(&out, format, false);
-                            for (const Step& step : steps.Get())
-                                step(writer);
-                        } catch (...) {
-                            thrown = true;
-                            known = Known();
-                        }
-                        refused = fail.Failed();
-                    }
-                    EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
-                    EXPECT_EQ(thrown, refused) << "allocation " << n;
-                    EXPECT_TRUE(known) << "allocation " << n;
-                    EXPECT_TRUE(IsBegin(buffer.Bytes(), whole)) << "allocation " << n;
-                    EXPECT_EQ(buffer.Bytes() == whole, !thrown) << "allocation " << n;
-                    EXPECT_TRUE(out.good());
-                    if (::testing::Test::HasFailure()) return;  // once is enough
-                }
-                EXPECT_GT(n, 6) << "hardly anything was refused";
+                const auto write = [&](std::ostream& out) { Write(steps, out, format); };
+                EXPECT_GT(SweepWriting(whole, failing, write), 4) << "hardly anything was refused";
             }
         }
     }
@@ -151,155 +96,113 @@ TEST(AllocationFailureWriter, LetsAnOperationThatFailedBeRepeated) {
     const CSteps steps(true);
     for (const bool format : {false, true}) {
         const std::string whole = Whole(steps, format);
-        long refusals = 0;
-        for (long n = 1;; ++n) {
-            CFixedBuffer buffer;
-            std::ostream out(&buffer);
-            const long live = LiveBlocks();
-            bool refused = false;
-            {
-                CXMLSaxWriter writer;
-                writer.StartDocument(&out, format, false);
-                CFailAllocation fail(n, Callers::Everything, Failing::One);
-                for (const Step& step : steps.Get()) {
-                    try {
-                        step(writer);
-                    } catch (...) {
-                        step(writer);
-                    }
-                }
-                refused = fail.Failed();
-            }
-            EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
-            EXPECT_TRUE(SameBytes(buffer.Bytes(), whole)) << "allocation " << n;
-            if (!refused || ::testing::Test::HasFailure()) break;
-            ++refusals;
-        }
-        EXPECT_GT(refusals, 4);
+        EXPECT_GT(Sweep([&](long n) {
+                      CFixedBuffer buffer;
+                      std::ostream out(&buffer);
+                      CXMLSaxWriter writer;
+                      writer.StartDocument(&out, format, false);
+                      const auto work = [&] {
+                          for (const Step& step : steps.Get()) {
+                              try {
+                                  step(writer);
+                              } catch (...) {
+                                  step(writer);
+                              }
+                          }
+                      };
+                      const SAttempt attempt = Attempt(work, n);
+                      EXPECT_FALSE(attempt.thrown) << attempt.told;
+                      EXPECT_TRUE(SameBytes(buffer.Bytes(), whole));
+                      return attempt.refused;
+                  }),
+                  4);
     }
 }
 
 // A text that is not well-formed UTF-8 is converted while it is written. What came before is
 // written then, and the document goes on behind it.
 TEST(AllocationFailureWriter, GoesOnBehindATextThatFailedInTheMiddle) {
-    const std::string begin = kDeclaration + "<r>";
-    const std::string text = "good \xFF bad";
-    long refusals = 0;
-    for (long n = 1;; ++n) {
-        CFixedBuffer buffer;
-        std::ostream out(&buffer);
-        const long live = LiveBlocks();
-        bool refused = false;
-        {
-            CXMLSaxWriter writer;
-            writer.StartDocument(&out, true, false);
-            writer.StartElement("r", nullptr);
-            bool thrown = false;
-            {
-                CFailAllocation fail(n, Callers::Everything, Failing::One);
-                try {
-                    writer.Characters(text.c_str());
-                } catch (...) {
-                    thrown = true;
-                }
-                refused = fail.Failed();
-            }
-            EXPECT_EQ(thrown, refused);
-            const std::string written = buffer.Bytes();
-            const std::string element = kDeclaration + "\r\n<r>";
-            EXPECT_TRUE(IsBegin(written, element + "good \xEF\xBF\xBD bad"));
-            writer.Characters("more");
-            writer.EndElement();
-            writer.EndDocument();
-            const std::string before = written.size() < element.size() ? element : written;
-            EXPECT_EQ(buffer.Bytes(), before + "more</r>");
-        }
-        EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
-        if (!refused || ::testing::Test::HasFailure()) break;
-        ++refusals;
-    }
-    EXPECT_GT(refusals, 1);
+    const std::string element = kDeclaration + "\r\n<r>";
+    EXPECT_GT(Sweep([&](long n) {
+                  CFixedBuffer buffer;
+                  std::ostream out(&buffer);
+                  CXMLSaxWriter writer;
+                  writer.StartDocument(&out, true, false);
+                  writer.StartElement("r", nullptr);
+                  const SAttempt attempt = Attempt([&] { writer.Characters("good \xFF bad"); }, n);
+                  EXPECT_EQ(attempt.thrown, attempt.refused);
+                  EXPECT_TRUE(buffer.IsBeginOf(element + "good \xEF\xBF\xBD bad"));
+                  const std::string written = buffer.Bytes();
+                  writer.Characters("more");
+                  writer.EndElement();
+                  writer.EndDocument();
+                  const std::string before = written.size() < element.size() ? element : written;
+                  EXPECT_EQ(buffer.Bytes(), before + "more</r>");
+                  return attempt.refused;
+              }),
+              1);
 }
 
 // Refusals are exceptions with a text of their own, for which there may be no memory either.
 TEST(AllocationFailureWriter, LeavesNothingOfARefusal) {
     const std::string name = kLongName + " ";
-    for (long n = 1;; ++n) {
-        CFixedBuffer buffer;
-        std::ostream out(&buffer);
-        const long live = LiveBlocks();
-        bool refused = false;
-        int refusals = 0;
-        bool known = true;
-        {
-            CXMLSaxWriter writer;
-            CAttributes attributes = {{name.c_str(), ""}};
-            const auto count = [&](const auto& call) {
-                try {
-                    call();
-                } catch (CXMLException&) {
-                    ++refusals;
-                } catch (...) {
-                    ++refusals;
-                    known = known && Known();
-                }
-            };
-            CFailAllocation fail(n, Callers::Everything, Failing::One);
-            count([&] { writer.EndDocument(); });
-            count([&] { writer.StartDocument(nullptr, true, true); });
-            count([&] { writer.Date(-1, -1, -1); });
-            writer.StartDocument(&out, false, false);
-            count([&] { writer.StartDocument("name", false); });
-            count([&] { writer.EndElement(); });
-            count([&] { writer.StartElement(name.c_str(), nullptr); });
-            count([&] { writer.StartElement("a", attributes.Get()); });
-            refused = fail.Failed();
-        }
-        EXPECT_TRUE(known);
-        EXPECT_EQ(refusals, 7);
-        EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
-        if (!refused) {
-            EXPECT_GE(n, 8);  // each refusal has a text
-            break;
-        }
-    }
+    EXPECT_GE(Sweep([&](long n) {
+                  CFixedBuffer buffer;
+                  std::ostream out(&buffer);
+                  CXMLSaxWriter writer;
+                  CAttributes attributes = {{name.c_str(), ""}};
+                  int refusals = 0;
+                  bool known = true;
+                  const auto count = [&](const auto& call) {
+                      try {
+                          call();
+                      } catch (CXMLException&) {
+                          ++refusals;
+                      } catch (...) {
+                          ++refusals;
+                          known = known && (CaughtBadAlloc() || CaughtOutOfMemory());
+                      }
+                  };
+                  const auto work = [&] {
+                      count([&] { writer.EndDocument(); });
+                      count([&] { writer.StartDocument(nullptr, true, true); });
+                      count([&] { writer.Date(-1, -1, -1); });
+                      writer.StartDocument(&out, false, false);
+                      count([&] { writer.StartDocument("name", false); });
+                      count([&] { writer.EndElement(); });
+                      count([&] { writer.StartElement(name.c_str(), nullptr); });
+                      count([&] { writer.StartElement("a", attributes.Get()); });
+                  };
+                  const SAttempt attempt = Attempt(work, n);
+                  EXPECT_FALSE(attempt.thrown) << attempt.told;
+                  EXPECT_TRUE(known);
+                  EXPECT_EQ(refusals, 7);
+                  return attempt.refused;
+              }),
+              7);  // each refusal has a text
 }
 
 TEST(AllocationFailureWriter, LeavesNothingOfAFileAndStartsAgain) {
     TemporaryFile file;
     for (const bool ended : {false, true}) {
-        long refusals = 0;
-        for (long n = 1;; ++n) {
-            const long live = LiveBlocks();
+        const long refusals = Sweep([&](long n) {
             bool refused = false;
-            bool known = true;
             {
                 CXMLSaxWriter writer;
-                {
-                    CFailAllocation fail(n, Callers::Everything, Failing::One);
-                    try {
-                        writer.StartDocument(file.Name(), false);
-                    } catch (CXMLException& e) {
-                        known = e.GetID() == 1;
-                    } catch (...) {
-                        known = Known();
-                    }
-                    refused = fail.Failed();
-                }
+                const SAttempt attempt =
+                    Attempt([&] { writer.StartDocument(file.Name(), false); }, n);
+                EXPECT_TRUE(attempt.known || attempt.told == "1 " + SavingError(file.Name()))
+                    << attempt.told;
+                refused = attempt.refused;
                 if (refused) writer.StartDocument(file.Name(), false);
                 writer.StartElement("a", nullptr);
                 writer.EndElement();
                 if (ended) writer.EndDocument();
             }
-            EXPECT_TRUE(known) << "allocation " << n;
-            EXPECT_EQ(LiveBlocks(), live) << "allocation " << n;
-            EXPECT_EQ(std::ifstream(file.Name()).good(), ended);
-            if (ended) {
-                EXPECT_EQ(file.Content(), kDeclaration + "<a/>");
-            }
-            if (!refused) break;
-            ++refusals;
-        }
+            EXPECT_EQ(file.Exists(), ended);
+            EXPECT_EQ(file.Content(), ended ? kDeclaration + "<a/>" : "");
+            return refused;
+        });
         EXPECT_GE(refusals, 3);  // the name, the stream and its buffer
     }
 }
