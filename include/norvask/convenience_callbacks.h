@@ -175,10 +175,10 @@ public:
 namespace convenience_inside {
 
 template <typename T, typename... Others>
-inline constexpr bool kIsOneOf = (std::is_same_v<T, Others> || ...);
+inline constexpr bool IS_ONE_OF = (std::is_same_v<T, Others> || ...);
 template <typename T>
-inline constexpr bool kIsValue =
-    std::is_arithmetic_v<T> && !kIsOneOf<T, char, wchar_t, char16_t, char32_t, decltype(u8'a')> &&
+inline constexpr bool IS_VALUE =
+    std::is_arithmetic_v<T> && !IS_ONE_OF<T, char, wchar_t, char16_t, char32_t, decltype(u8'a')> &&
     (std::is_floating_point_v<T> || sizeof(T) <= sizeof(long long));
 
 template <typename T>
@@ -211,7 +211,7 @@ inline void XMLWriteElement(CXMLSaxWriter& writer, const char* name, const std::
 }
 
 /// With a number or a truth value, in the form of convert.h ("true", not "1").
-template <typename T, std::enable_if_t<convenience_inside::kIsValue<T>, int> = 0>
+template <typename T, std::enable_if_t<convenience_inside::IS_VALUE<T>, int> = 0>
 void XMLWriteElement(CXMLSaxWriter& writer, const char* name, T value,
                      CXMLAttribut** attributes = nullptr) {
     writer.StartElement(name, attributes);

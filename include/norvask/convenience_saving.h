@@ -35,8 +35,8 @@ namespace norvask {
 /// has set that, since no load does; it stays, and the declaration that was kept is removed. NULL
 /// answers 0. Throws std::bad_alloc: then some have their new name, and it can be called again.
 inline std::size_t XMLNameDefaultNamespaces(CXMLNode* node) {
-    static constexpr const char* kKept = "xmlns:";
-    static constexpr const char* kRead = "xmlns";
+    static constexpr const char* KEPT_NAME = "xmlns:";
+    static constexpr const char* READ_NAME = "xmlns";
     std::size_t found = 0;
     std::vector<CXMLNode*> open;  // depth is data: no recursion
     if (XMLAsElement(node) != nullptr) open.push_back(node);
@@ -46,16 +46,16 @@ inline std::size_t XMLNameDefaultNamespaces(CXMLNode* node) {
         bool hasKept = false;
         bool hasRead = false;
         for (CXMLAttribut** a = element->GetAttributes(); *a != nullptr; ++a) {
-            hasKept = hasKept || std::strcmp((*a)->GetName(), kKept) == 0;
-            hasRead = hasRead || std::strcmp((*a)->GetName(), kRead) == 0;
+            hasKept = hasKept || std::strcmp((*a)->GetName(), KEPT_NAME) == 0;
+            hasRead = hasRead || std::strcmp((*a)->GetName(), READ_NAME) == 0;
         }
         for (CXMLAttribut* a : hasKept ? XMLAttributes(element) : CXMLAttributRange()) {
-            if (std::strcmp(a->GetName(), kKept) != 0) continue;
+            if (std::strcmp(a->GetName(), KEPT_NAME) != 0) continue;
             ++found;
             if (hasRead) {
-                element->SetAttribute(kKept, nullptr);  // the first one left, which is this one
+                element->SetAttribute(KEPT_NAME, nullptr);  // the first one left, which is this one
             } else {
-                a->SetName(kRead);
+                a->SetName(READ_NAME);
                 hasRead = true;
             }
         }

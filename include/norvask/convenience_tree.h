@@ -58,7 +58,7 @@ public:
     ~CXMLRange() = default;
 
     /// The first entry.
-    const_iterator begin() const { return m_nSize <= kFew ? m_Few.data() : m_Many.data(); }
+    const_iterator begin() const { return m_nSize <= FEW_ENTRIES ? m_Few.data() : m_Many.data(); }
     /// Behind the last entry.
     const_iterator end() const { return begin() + m_nSize; }
     /// How many entries there are.
@@ -71,20 +71,20 @@ public:
     /// Appends an entry. For the functions below, and for ranges of your own. Throws
     /// std::bad_alloc.
     void Add(T* entry) {
-        if (m_nSize < kFew) {
+        if (m_nSize < FEW_ENTRIES) {
             m_Few[m_nSize] = entry;
         } else {
-            if (m_nSize == kFew) m_Many.assign(m_Few.begin(), m_Few.end());
+            if (m_nSize == FEW_ENTRIES) m_Many.assign(m_Few.begin(), m_Few.end());
             m_Many.push_back(entry);
         }
         ++m_nSize;
     }
 
 private:
-    static constexpr std::size_t kFew = 8;
+    static constexpr std::size_t FEW_ENTRIES = 8;
 
     std::size_t m_nSize = 0;
-    std::array<T*, kFew> m_Few = {};
+    std::array<T*, FEW_ENTRIES> m_Few = {};
     std::vector<T*> m_Many = {};  // all entries, when there are more
 };
 
