@@ -84,7 +84,7 @@ check_headers() {
     local header
     for header in include/norvask/*.h; do
         if [[ $(head -n 1 "$header") != '/// @file' ]] && ! grep -qw "$header" docs/Doxyfile; then
-            wrong "$header: does not begin with \"/// @file\", and docs/Doxyfile does not exclude it"
+            wrong "$header: has no \"/// @file\" at the top, and docs/Doxyfile does not exclude it"
         fi
     done
 }
