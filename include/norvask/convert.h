@@ -46,7 +46,7 @@ NORVASK_API const char* XMLConvertLong2Text(long value);
 NORVASK_API const char* XMLConvertBool2Text(bool value, bool numeric);
 
 // --- Reading. The same functions as the static members of CXMLSaxHandler (sax_handler.h), where
-// the accepted texts are described. Each answers whether a value was stored.
+// the accepted texts are described. Each returns whether a value was stored.
 
 NORVASK_API bool XMLConvertText2DateTime(const char* text, int& year, int& month, int& day,
                                          int& hour, int& minute, int& second);

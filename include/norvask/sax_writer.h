@@ -48,9 +48,9 @@ public:
     // variant of StartDocument and dropped by EndDocument; deliberate: a start that failed leaves it, so
     // the destructor of a writer that then goes on with a stream of the caller honours it still. Nothing
     // is thrown.
-    // A process that was forked meanwhile has a copy of the writer, but the document is its parent's:
-    // there nothing is removed, a stream of the caller is left as it is, and an owned std::ofstream is
-    // closed without the bytes that it has not written yet.
+    // In a process that was forked meanwhile the document is the parent's: there nothing is removed, a
+    // stream of the caller is left as it is, and an owned std::ofstream is closed without the bytes
+    // that it has not written yet.
     virtual ~CXMLSaxWriter();
 
     // --- The order of the declarations is part of the binary interface.

@@ -1,5 +1,6 @@
-// Judging texts. ASCII, which nearly all names and most texts are, is judged in one pass over the characters; UTF-8 in
-// a second; for anything else the parser's transcoders and character tables are asked (string_converter.h).
+// Judging texts. ASCII, which nearly all names and most texts are, is judged in one pass over the
+// characters; UTF-8 in a second; for anything else the parser's transcoders and character tables
+// are asked (string_converter.h).
 #include "foundation/known_text.h"
 
 #include "foundation/errors.h"
