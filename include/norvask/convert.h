@@ -54,7 +54,7 @@ NORVASK_API const char* XMLConvertBool2Text(bool value, bool numeric);
 
 /// @name Reading
 /// The same functions as the static members of CXMLSaxHandler (sax_handler.h), where
-/// the accepted texts are described. Each answers whether a value was stored.
+/// the accepted texts are described. Each returns whether a value was stored.
 /// @{
 
 /// CXMLSaxHandler::GetDateTime.

@@ -70,7 +70,7 @@ public:
     CXMLException(CXMLException& other);
 
     /// Deliberate: assignment shares the text instead of copying it, so it cannot fail and both
-    /// objects answer the same pointer. The last object that shows a text releases it.
+    /// objects return the same pointer. The last object that shows a text releases it.
     CXMLException& operator=(const CXMLException& other) noexcept;
 
     /// Deliberate: not virtual. The virtual table holds the two operations below and nothing else.

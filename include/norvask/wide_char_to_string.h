@@ -48,7 +48,7 @@ public:
     /// `length`: the number of units before the terminator, given for the convenience of overrides
     /// and ignored here.
     /// The result belongs to the caller. Release it with delete[], which matches AllocString; an
-    /// override must allocate its result with AllocString or new char[]. An override may answer
+    /// override must allocate its result with AllocString or new char[]. An override may return
     /// NULL, which counts as an empty name, value or text.
     /// Throws std::bad_alloc; an exception of an override ends the load and passes to its caller.
     ///

@@ -47,8 +47,8 @@ CBase64Text::CBase64Text(const unsigned char* data, std::size_t length)
 // Without a memory manager the encoder allocates with the general operator new.
 CBase64Text::~CBase64Text() { ::operator delete(m_pText); }
 
-// Bytes beyond ASCII are no Base64, and the parser's decoder looks bytes up in a table that does not
-// reach the last of them.
+// Bytes beyond ASCII are no Base64, and the parser's decoder looks bytes up in a table that does
+// not reach the last of them.
 CBase64Bytes::CBase64Bytes(const char* text, std::size_t length) : m_pBytes(nullptr), m_nLength(0) {
     if (length == 0 || !IsAscii(text, length)) {
         return;

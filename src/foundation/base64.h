@@ -1,4 +1,5 @@
-// Internal. Base64, by the parser's encoder and decoder, with owners for the blocks that they return.
+// Internal. Base64, by the parser's encoder and decoder, with owners for the blocks that they
+// return.
 #ifndef NORVASK_FOUNDATION_BASE64_H
 #define NORVASK_FOUNDATION_BASE64_H
 

@@ -1,3 +1,4 @@
+// The errors of the library: class and number of the message, side by side.
 #include "foundation/errors.h"
 
 #include "norvask/exception.h"

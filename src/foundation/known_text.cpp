@@ -1,9 +1,10 @@
-// Judging texts. ASCII, which nearly all names and most texts are, is judged in one pass over the characters; UTF-8 in
-// a second; for anything else the parser's transcoders and character tables are asked (string_converter.h).
+// Judging texts. ASCII, which nearly all names and most texts are, is judged in one pass over the
+// characters; UTF-8 in a second; for anything else the parser's transcoders and character tables
+// are asked (string_converter.h).
 #include "foundation/known_text.h"
 
 #include "foundation/errors.h"
-#include "foundation/parser_text.h"
+#include "foundation/parser_state.h"
 #include "foundation/string_converter.h"
 #include "foundation/utf8.h"
 
@@ -39,7 +40,7 @@ unsigned int KnownOf(const char* text, std::size_t length) noexcept {
     if (IsAscii(text, length)) {
         return KNOWN_UTF8 | KNOWN_ASCII;
     }
-    return IsUtf8(text) ? KNOWN_UTF8 : 0U;
+    return IsUtf8(text) ? unsigned(KNOWN_UTF8) : 0U;
 }
 
 }  // namespace
@@ -64,7 +65,9 @@ SKnownText JudgeName(const char* text) {
     const std::size_t length = static_cast<std::size_t>(p - start);
     if (*p == '\0') {
         return {text, length,
-                length == 0 ? 0U : KNOWN_PLAIN_NAME | (LocalEncodingIsUtf8() ? KNOWN_UTF8 : 0U)};
+                length == 0
+                    ? 0U
+                    : KNOWN_PLAIN_NAME | (LocalEncodingIsUtf8() ? unsigned(KNOWN_UTF8) : 0U)};
     }
     SKnownText judged = Unjudged(text);
     if (*p >= 0x80) {

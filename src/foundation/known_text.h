@@ -1,7 +1,8 @@
 // Internal. SKnownText: a text with its length and what is known of it.
 //
-// A text is judged once, where it comes in; what was found travels with it, into the tree and out again, so that
-// nobody downstream looks at the characters to learn the same. What is not known may be true all the same.
+// A text is judged once, where it comes in; what was found travels with it, into the tree and out
+// again, so that nobody downstream looks at the characters to learn the same. What is not known may
+// be true all the same.
 #ifndef NORVASK_FOUNDATION_KNOWN_TEXT_H
 #define NORVASK_FOUNDATION_KNOWN_TEXT_H
 
@@ -37,11 +38,12 @@ SKnownText JudgeText(const char* text) noexcept;
 // Looks whether a text is a name. NULL counts as empty, which is none. Throws std::bad_alloc.
 SKnownText JudgeName(const char* text);
 
-// A text that must be a name. Throws CXMLException (invalid name) for NULL and for what is none, and std::bad_alloc.
+// A text that must be a name. Throws CXMLException (invalid name) for NULL and for what is none,
+// and std::bad_alloc.
 SKnownText RequireName(const char* text);
 
-// A text that must be one that can be written. NULL counts as empty. Throws the parser's transcoding exception for
-// what UTF-8 cannot express, and std::bad_alloc.
+// A text that must be one that can be written. NULL counts as empty. Throws the parser's
+// transcoding exception for what UTF-8 cannot express, and std::bad_alloc.
 SKnownText RequireWritable(const char* text);
 
 }  // namespace norvask

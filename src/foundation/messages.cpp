@@ -1,3 +1,4 @@
+// The message table. A text says with "%s" where the arguments of an error go, in their order.
 #include "foundation/messages.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // Internal. The numbered message table.
 //
-// The numbers are part of the interface (CXMLException takes them), so texts are never renumbered and
-// an unused number keeps its place.
+// The numbers are part of the interface (CXMLException takes them), so texts are never renumbered
+// and an unused number keeps its place.
 #ifndef NORVASK_FOUNDATION_MESSAGES_H
 #define NORVASK_FOUNDATION_MESSAGES_H
 

@@ -1,4 +1,5 @@
-// What the library knows of the parser as a whole: plain values, written while the library is loaded.
+// What the library knows of the parser as a whole: plain values, written while the library is
+// loaded.
 #include "foundation/parser_state.h"
 
 #include <cstring>
@@ -15,7 +16,7 @@ bool s_bInitialised = false;
 
 bool g_bLocalEncodingIsUtf8 = false;
 
-void SetParserInitialised() noexcept { s_bInitialised = true; }
+void SetParserInitialised(bool initialised) noexcept { s_bInitialised = initialised; }
 
 void RequireParserInitialised() {
     if (!s_bInitialised) {

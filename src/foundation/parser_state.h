@@ -5,8 +5,8 @@
 
 namespace norvask {
 
-// The one manager of the process has initialised the parser.
-void SetParserInitialised() noexcept;
+// Whether the one manager of the process has initialised the parser; not, before this is called.
+void SetParserInitialised(bool initialised) noexcept;
 
 // Throws CXMLException (parser not initialised) when it has not.
 void RequireParserInitialised();
@@ -15,8 +15,8 @@ void RequireParserInitialised();
 // UTF-8.
 void ProbeLocalEncoding();
 
-// What the probe found; false before. When it is false the fast paths for UTF-8 stand back and all
-// text goes through the parser's transcoders.
+// What the probe found; false before. When it is false the fast paths for UTF-8 are not taken and
+// all text goes through the parser's transcoders.
 inline bool LocalEncodingIsUtf8() noexcept {
     extern bool g_bLocalEncodingIsUtf8;
     return g_bLocalEncodingIsUtf8;

@@ -33,9 +33,9 @@ public:
 
     virtual const char* GetString();
 
-    // The text with markup characters escaped and forbidden control characters dropped, as UTF-8. `data`
-    // is not terminated, belongs to this object and is valid until the next call or SetString. Throws the
-    // parser's transcoding exception for what UTF-8 cannot express.
+    // The text with markup characters escaped and forbidden control characters dropped, as UTF-8.
+    // `data` is not terminated, belongs to this object and is valid until the next call or
+    // SetString. Throws the parser's transcoding exception for what UTF-8 cannot express.
     virtual void GetEscapedUTF8(char*& data, std::size_t& bytes);
 
 private:

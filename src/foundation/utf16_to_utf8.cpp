@@ -1,5 +1,6 @@
-// UTF-16 to UTF-8. Where the processor can, text is taken eight units at a time if they all are ASCII or give two
-// bytes at most, four if they give three at most, and one by one only for pairs of surrogates and at the end.
+// UTF-16 to UTF-8. Where the processor can, text is taken eight units at a time if they all are
+// ASCII or give two bytes at most, four if they give three at most, and one by one only for pairs
+// of surrogates and at the end.
 #include "foundation/utf8.h"
 
 #if defined(__x86_64__)
@@ -34,8 +35,8 @@ bool CopyWideAscii(const char16_t* text, char* out) noexcept {
 #endif
 }
 
-// Writes the UTF-8 of the unit or the pair at `i`, which moves behind it; there is room for three bytes a unit.
-// Answers the end of what is written, NULL for an unpaired surrogate.
+// Writes the UTF-8 of the unit or the pair at `i`, which moves behind it; there is room for three
+// bytes a unit. Returns the end of what is written, NULL for an unpaired surrogate.
 char* PutUtf8(const char16_t* text, std::size_t units, std::size_t& i, char* p) noexcept {
     const unsigned int c = text[i++];
     if (c < 0x800) {
@@ -65,8 +66,9 @@ char* PutUtf8(const char16_t* text, std::size_t units, std::size_t& i, char* p) 
 #if defined(__x86_64__)
 #define NORVASK_WITH_SHUFFLE __attribute__((target("ssse3")))
 
-// How the bytes of several units are put together. Each unit has all its bytes in a lane of its own; the shuffle
-// takes those that count. The index tells which, one bit for each lane and for each byte beyond the first.
+// How the bytes of several units are put together. Each unit has all its bytes in a lane of its
+// own; the shuffle takes those that count. The index tells which, one bit for each lane and for
+// each byte beyond the first.
 template <unsigned int LANES, unsigned int LANE_BYTES>
 struct SShuffleTable {
     constexpr SShuffleTable() : shuffle(), length() {
@@ -100,7 +102,8 @@ NORVASK_WITH_SHUFFLE __m128i Choose(__m128i mask, __m128i yes, __m128i no) noexc
     return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
 }
 
-// Eight units below 0x800 to their bytes; 0 if there are others among them. Sixteen bytes may be written.
+// Eight units below 0x800 to their bytes; 0 if there are others among them. Sixteen bytes may be
+// written.
 NORVASK_WITH_SHUFFLE std::size_t CopyUpToTwo(const char16_t* text, char* out) noexcept {
     const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
     const __m128i none = _mm_setzero_si128();
@@ -147,8 +150,8 @@ NORVASK_WITH_SHUFFLE std::size_t CopyUpToThree(const char16_t* text, char* out) 
     return UP_TO_THREE.length[index];
 }
 
-// Converts until fewer than eight units are left; room for three bytes a unit is more than what is written.
-// `i` moves. Answers the end of what is written, NULL for an unpaired surrogate.
+// Converts until fewer than eight units are left; room for three bytes a unit is more than what is
+// written. `i` moves. Returns the end of what is written, NULL for an unpaired surrogate.
 NORVASK_WITH_SHUFFLE char* PutWide(const char16_t* text, std::size_t units, std::size_t& i,
                                    char* p) noexcept {
     while (units - i >= WIDE) {

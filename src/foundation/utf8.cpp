@@ -1,3 +1,5 @@
+// UTF-8: what is well-formed, and how far. Of UTF-16 only what needs no conversion; the rest is in
+// utf16_to_utf8.cpp.
 #include "foundation/utf8.h"
 
 #include <cstdint>

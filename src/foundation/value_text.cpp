@@ -71,8 +71,8 @@ const char* SkipBlanks(const char* text) noexcept {
     return text;
 }
 
-// The leading decimal integer, with blanks and a sign before it; NULL when there is none, else the end of
-// it. What does not fit becomes the nearest value that does.
+// The leading decimal integer, with blanks and a sign before it; NULL when there is none, else the
+// end of it. What does not fit becomes the nearest value that does.
 template <typename Integer>
 const char* ReadInteger(const char* text, Integer lowest, Integer highest,
                         Integer& value) noexcept {
@@ -97,8 +97,9 @@ const char* ReadInteger(const char* text, Integer lowest, Integer highest,
     return text;
 }
 
-// Reads a form such as "d-d-dTd:d:d": each 'd' is an integer for the next field, any other character
-// stands for itself. Answers whether all fields were read; those before a failure stay written.
+// Reads a form such as "d-d-dTd:d:d": each 'd' is an integer for the next field, any other
+// character stands for itself. Returns whether all fields were read; those before a failure stay
+// written.
 bool Scan(const char* text, const char* form, int* const* fields) noexcept {
     for (; *form != '\0'; ++form) {
         if (*form == 'd') {
@@ -241,8 +242,8 @@ bool ReadDouble(const char* text, double& value) noexcept {
     if (IsNothing(text)) {
         return false;
     }
-    // strtod_l also takes hexadecimal numbers, "inf" and "nan", which are no decimal numbers: "nano" is
-    // not a value.
+    // strtod_l also takes hexadecimal numbers, "inf" and "nan", which are no decimal numbers:
+    // "nano" is not a value.
     const char* number = SkipBlanks(text);
     if (*number == '-' || *number == '+') {
         ++number;

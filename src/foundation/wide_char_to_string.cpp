@@ -1,8 +1,11 @@
+// CWideCharToString: the fast way where narrow strings are UTF-8 and the text is well-formed, the
+// parser's transcoder for everything else.
 #include "norvask/wide_char_to_string.h"
 
 #include <cstring>
+#include <xercesc/util/XMLString.hpp>
 
-#include "foundation/parser_text.h"
+#include "foundation/parser_state.h"
 #include "foundation/utf8.h"
 
 namespace norvask {

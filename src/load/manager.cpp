@@ -25,7 +25,7 @@ CXMLManager::CXMLManager()
         ProbeLocalEncoding();
         m_bInitialized = true;
         if (this == &sm_TheInstance) {
-            SetParserInitialised();
+            SetParserInitialised(true);
         }
     } catch (const xercesc::XMLException&) {
         // Told by IsInitialized and by everything that needs the parser.

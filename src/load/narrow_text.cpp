@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "foundation/parser_text.h"
+#include "foundation/parser_state.h"
 #include "foundation/utf8.h"
 #include "norvask/wide_char_to_string.h"
 

@@ -1,5 +1,5 @@
-// CXMLSaxWriter: every call passes its bytes to the stream in one piece, made by the rules of output.h.
-// What the writer remembers changes step by step as they are made.
+// CXMLSaxWriter: every call passes its bytes to the stream in one piece, made by the rules of
+// output.h. What the writer remembers changes step by step as they are made.
 #include "norvask/sax_writer.h"
 
 #include <cstring>

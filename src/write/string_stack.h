@@ -4,8 +4,8 @@
 //                                      beginning
 //
 // One block instead of one for each name: an element costs no allocation, and a million levels need
-// little more than their names. What is known of a name is kept with it, so that its end tag needs no
-// second look at it.
+// little more than their names. What is known of a name is kept with it, so that its end tag needs
+// no second look at it.
 #ifndef NORVASK_WRITE_STRING_STACK_H
 #define NORVASK_WRITE_STRING_STACK_H
 
@@ -45,8 +45,8 @@ public:
         Append(&name.length, sizeof(name.length));
     }
 
-    // The topmost name, until the next Push, Pop or Reserve. Not to be asked when there is none, like
-    // Pop.
+    // The topmost name, until the next Push, Pop or Reserve. Not to be asked when there is none,
+    // like Pop.
     SKnownText Top() const noexcept {
         const std::size_t length = TopLength();
         const char* const text = m_pBlock.get() + m_nUsed - OVERHEAD - length;

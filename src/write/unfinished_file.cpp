@@ -1,5 +1,5 @@
-// CUnfinishedFile: a file is known by its device and its node, and looked at without following links,
-// since a link may be anybody's.
+// CUnfinishedFile: a file is known by its device and its node, and looked at without following
+// links, since a link may be anybody's.
 #include "write/unfinished_file.h"
 
 #include <sys/stat.h>

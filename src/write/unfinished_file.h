@@ -1,8 +1,8 @@
-// Internal. CUnfinishedFile: the file that a streaming writer opened by name, so that it can be removed
-// when its document is not ended.
+// Internal. CUnfinishedFile: the file that a streaming writer opened by name, so that it can be
+// removed when its document is not ended.
 //
-// What is removed is that file and no other: not what has its name by now, nothing that is no regular
-// file, and not from a forked process, to which the file does not belong.
+// What is removed is that file and no other: not what has its name by now, nothing that is no
+// regular file, and not from a forked process, to which the file does not belong.
 #ifndef NORVASK_WRITE_UNFINISHED_FILE_H
 #define NORVASK_WRITE_UNFINISHED_FILE_H
 

@@ -16,8 +16,8 @@ public:
     CWriterStream& operator=(const CWriterStream&) = delete;
     ~CWriterStream() { Drop(); }
 
-    // A document begins on this stream. Another stream of before is dropped; the same one is owned or
-    // not as said now. NULL is no stream.
+    // A document begins on this stream. Another stream of before is dropped; the same one is owned
+    // or not as said now. NULL is no stream.
     void Take(std::ostream* stream, bool owned) noexcept;
     // Deletes an owned stream. There is none afterwards.
     void Drop() noexcept;
@@ -31,10 +31,10 @@ public:
     // Closes a std::ofstream that is good, whoever owns it. Throws what the stream throws.
     void Close();
 
-    // The document is not ended: closes and drops the stream. Deliberate: in a process that was forked
-    // since the document began, the bytes that a std::ofstream has not written yet are its parent's,
-    // which writes them itself. There an owned one is closed without them, and a stream of the caller
-    // is left alone.
+    // The document is not ended: closes and drops the stream. Deliberate: in a process that was
+    // forked since the document began, the bytes that a std::ofstream has not written yet are its
+    // parent's, which writes them itself. There an owned one is closed without them, and a stream
+    // of the caller is left alone.
     void Abandon() noexcept;
 
 private:
