@@ -363,24 +363,17 @@ def target_of(shown):
     return type_, None if shown.address is None else int(shown.address)
 
 
-class PointerPrinter:
-    """A pointer, shown as GDB shows a pointer to characters: the address and what is there."""
+class Printer:
+    """An object or a reference to one; or a pointer, shown as GDB shows one to characters."""
 
-    def __init__(self, view, address):
+    def __init__(self, view, address, is_pointer):
         self.view = view
         self.address = address
+        self.to_string = lambda: (pointer_line if is_pointer else line_of)(view, address)
+        if not is_pointer:
+            self.children = self.all_children
 
-    def to_string(self):
-        return pointer_line(self.view, self.address)
-
-
-class ObjectPrinter(PointerPrinter):
-    """An object or a reference to one."""
-
-    def to_string(self):
-        return line_of(self.view, self.address)
-
-    def children(self):
+    def all_children(self):
         try:
             yield from self.view(self.address).children()
         except UNREADABLE:
@@ -396,8 +389,7 @@ class Printers(gdb.printing.PrettyPrinter):
         view = view_of(type_)
         if view is None or address is None:
             return None
-        is_pointer = shown.type.strip_typedefs().code == gdb.TYPE_CODE_PTR
-        return (PointerPrinter if is_pointer else ObjectPrinter)(view, address)
+        return Printer(view, address, shown.type.strip_typedefs().code == gdb.TYPE_CODE_PTR)
 
 
 def object_in(shown):
