@@ -85,9 +85,8 @@ void WriteLayout() {
     FIELD("writer.body", CXMLSaxWriter, m_pBody);
     FIELD("writer.stream", SWriterBody, stream.m_pStream);
     FIELD("writer.file_name", SWriterBody, file.m_pName);
-    FIELD("writer.open_elements", SWriterBody, names);
-    FIELD("stack.block", CStringStack, m_pBlock);
-    FIELD("stack.used", CStringStack, m_nUsed);
+    FIELD("stack.block", SWriterBody, names.m_pBlock);
+    FIELD("stack.used", SWriterBody, names.m_nUsed);
     VALUE("stack.length", sizeof(std::size_t));
 }
 

@@ -303,19 +303,20 @@ class SaxAttribute(View):
 class SaxWriter(View):
     def line(self):
         class_of(self.address)
-        if field(self.address, "writer.stream") == 0:
+        body = field(self.address, "writer.body")
+        if field(body, "writer.stream") == 0:
             return "writer without a document"
-        names = [printable(name) for name in itertools.islice(self.names(), SHOWN_OPEN_ELEMENTS)]
+        names = [printable(name) for name in itertools.islice(self.names(body), SHOWN_OPEN_ELEMENTS)]
         path = "/".join(reversed(names))
         more = ".../" if len(names) == SHOWN_OPEN_ELEMENTS else ""
-        file_name = field(self.address, "writer.file_name")
+        file_name = field(body, "writer.file_name")
         target = "a stream" if file_name == 0 else quoted(text_at(file_name))
         return "writer to %s, %s" % (target, "in " + more + path if names else "no open element")
 
-    def names(self):
+    def names(self, body):
         """The open elements, innermost first: in one block, each with its length behind it."""
-        stack, size = field(self.address, "writer.open_elements"), value("stack.length")
-        block, end = field(stack, "stack.block"), field(stack, "stack.used")
+        size = value("stack.length")
+        block, end = field(body, "stack.block"), field(body, "stack.used")
         while end > 0:
             end -= number(block + end - size, size) + 1 + size
             if end < 0:

@@ -6,8 +6,6 @@
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XercesDefs.hpp>
 
-#include "foundation/base64.h"
-#include "foundation/parser_state.h"
 
 namespace norvask {
 

@@ -7,7 +7,8 @@
 #include <cstring>
 
 #include "foundation/markup.h"
-#include "foundation/parser_text.h"
+#include "foundation/base64.h"
+#include "foundation/parser_state.h"
 #include "foundation/string_converter.h"
 #include "foundation/utf8.h"
 
