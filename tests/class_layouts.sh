@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Compares the layout of the exported classes and data with the list under version control: the
-# sizes that programs have compiled in. tests/interface/vtable_layout_test.cpp looks closer at the
-# virtual tables, exported_symbols.sh at the names.
+# sizes that programs have compiled in. tests/interface/norvask/vtable_layout_test.cpp looks closer
+# at the virtual tables, exported_symbols.sh at the names.
 #
 #   class_layouts.sh LIBRARY INCLUDE LIST            checks
 #   class_layouts.sh --update LIBRARY INCLUDE LIST   writes the list anew

@@ -7,22 +7,21 @@
 #define NORVASK_FOUNDATION_KNOWN_TEXT_H
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 namespace norvask {
 
-enum EKnown : std::uint16_t {
-    KNOWN_UTF8 = 1,   // well-formed UTF-8, where narrow strings are: can be written as it stands
-    KNOWN_ASCII = 2,  // ASCII characters only
-    KNOWN_NAME = 4,   // an XML 1.0 name
-};
+// What can be known of a text. Well-formed UTF-8, where narrow strings are UTF-8, can be written as
+// it stands.
+const unsigned int KNOWN_UTF8 = 1;
+const unsigned int KNOWN_ASCII = 2;                              // ASCII characters only
+const unsigned int KNOWN_NAME = 4;                               // an XML 1.0 name
 const unsigned int KNOWN_PLAIN_NAME = KNOWN_NAME | KNOWN_ASCII;  // needs no escaping either
 
 struct SKnownText {
     const char* text;  // terminated, never NULL
     std::size_t length;
-    unsigned int known;  // EKnown
+    unsigned int known;  // KNOWN_...
 
     bool Is(unsigned int facts) const noexcept { return (known & facts) == facts; }
     bool IsEmpty() const noexcept { return length == 0; }

@@ -6,9 +6,6 @@
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XercesDefs.hpp>
 
-#include "foundation/base64.h"
-#include "foundation/parser_state.h"
-
 namespace norvask {
 
 // The public headers show the parser's strings as char16_t so that clients need no parser header.

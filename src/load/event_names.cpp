@@ -1,7 +1,7 @@
 #include "load/event_names.h"
 
 #include "foundation/utf8.h"
-#include "tree/name_table.h"
+#include "tree/memory/name_table.h"
 
 namespace norvask {
 namespace {

@@ -38,7 +38,7 @@ bool CNameCache::IsSame(const SEntry& entry, const char16_t* parserName) const n
 }
 
 // One more use of the name at this position, which comes after the last one.
-const char* CNameCache::Use(std::uint32_t position) noexcept {
+CNameUse CNameCache::UseAt(std::uint32_t position) noexcept {
     if (m_nLast != 0) {
         SEntry& last = m_Entries[m_nLast - 1];
         if (last.next[0] != position) {
@@ -47,16 +47,14 @@ const char* CNameCache::Use(std::uint32_t position) noexcept {
         }
     }
     m_nLast = position;
-    const char* treeName = m_Entries[position - 1].treeName;
-    CNameTable::AddUse(treeName);
-    return treeName;
+    return CNameUse::Another(m_Entries[position - 1].treeName.Name());
 }
 
-const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName) {
+CNameUse CNameCache::Use(CTree& tree, const char16_t* parserName) {
     if (m_nLast != 0) {
         for (const std::uint32_t next : m_Entries[m_nLast - 1].next) {
             if (next != 0 && IsSame(m_Entries[next - 1], parserName)) {
-                return Use(next);
+                return UseAt(next);
             }
         }
     }
@@ -71,29 +69,21 @@ const char* CNameCache::Acquire(CTreeMemory& memory, const char16_t* parserName)
     while (m_Slots[slot] != 0) {
         const SEntry& entry = m_Entries[m_Slots[slot] - 1];
         if (entry.hash == hash && entry.length == length && IsSame(entry, parserName)) {
-            return Use(m_Slots[slot]);
+            return UseAt(m_Slots[slot]);
         }
         slot = (slot + 1) & mask;
     }
     CNarrowText narrow;
-    const char* treeName = AcquireValidName(memory, narrow.Convert(parserName, length));
-    try {
-        const std::size_t start = m_Characters.size();
-        m_Characters.append(parserName, length + 1);
-        m_Entries.push_back({hash, {0, 0}, length, start, treeName});
-    } catch (...) {
-        memory.Names().Release(memory, treeName);
-        throw;
-    }
+    CNameUse treeName = UseValidName(tree, narrow.Convert(parserName, length));
+    const std::size_t start = m_Characters.size();
+    m_Characters.append(parserName, length + 1);
+    m_Entries.push_back({hash, {0, 0}, length, start, std::move(treeName)});
     // The use that was acquired stays with the cache, so that the name is there as long as the load.
     m_Slots[slot] = static_cast<std::uint32_t>(m_Entries.size());
-    return Use(m_Slots[slot]);
+    return UseAt(m_Slots[slot]);
 }
 
-void CNameCache::Clear(CTreeMemory& memory) noexcept {
-    for (const SEntry& entry : m_Entries) {
-        memory.Names().Release(memory, entry.treeName);
-    }
+void CNameCache::Clear() noexcept {
     m_Entries.clear();
     m_Slots.clear();
     m_Characters.clear();

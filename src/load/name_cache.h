@@ -11,18 +11,18 @@
 #include <string>
 #include <vector>
 
-#include "tree/tree_memory.h"
+#include "tree/memory/tree.h"
 
 namespace norvask {
 
 class CNameCache {
 public:
-    // The tree's name for a parser name, with one more use. Throws CXMLException (invalid name) for what the
+    // One use of the tree's name for a parser name. Throws CXMLException (invalid name) for what the
     // parser takes for a name and XML 1.0 does not, and std::bad_alloc.
-    const char* Acquire(CTreeMemory& memory, const char16_t* parserName);
+    CNameUse Use(CTree& tree, const char16_t* parserName);
 
     // Forgets all names; the load is over.
-    void Clear(CTreeMemory& memory) noexcept;
+    void Clear() noexcept;
 
 private:
     struct SEntry {
@@ -31,11 +31,11 @@ private:
             next[2];  // positions, counted from 1, of what came after this one; the later one first
         std::size_t length;
         std::size_t start;  // in m_Characters
-        const char* treeName;
+        CNameUse treeName;
     };
 
     bool IsSame(const SEntry& entry, const char16_t* parserName) const noexcept;
-    const char* Use(std::uint32_t position) noexcept;
+    CNameUse UseAt(std::uint32_t position) noexcept;
     void Grow();
 
     std::vector<SEntry> m_Entries;       // in the order in which they came

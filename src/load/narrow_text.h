@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <memory>
 
+#include "foundation/known_text.h"
+
 namespace norvask {
 
 class CNarrowText {
@@ -33,6 +35,11 @@ public:
 
     // The length of the last result.
     std::size_t Length() const noexcept { return m_nLength; }
+
+    // The last result of Convert, with what is known of it.
+    SKnownText Known() const noexcept {
+        return {m_pBuffer.get(), m_nLength, m_bIsUtf8 ? KNOWN_UTF8 : 0U};
+    }
 
     // Whether the last result is known to be well-formed UTF-8.
     bool IsUtf8() const noexcept { return m_bIsUtf8; }

@@ -51,6 +51,7 @@ CTreeBuilder::CTreeBuilder(bool keepPrefixes, bool ownConverter)
       m_bOwnConverter(ownConverter) {}
 
 CTreeBuilder::~CTreeBuilder() {
+    m_Names.Clear();
     if (m_pDocument != nullptr) {
         m_pDocument->Delete();
     }
@@ -58,9 +59,7 @@ CTreeBuilder::~CTreeBuilder() {
 
 CXMLDocument* CTreeBuilder::TakeDocument() noexcept {
     CXMLDocument* document = m_pDocument;
-    if (document != nullptr && document->GetRoot() != nullptr) {
-        m_Names.Clear(MemoryOf(CNodeAccess::BodyOf(document->GetRoot())));
-    }
+    m_Names.Clear();
     m_pDocument = nullptr;
     m_pCurrent = nullptr;
     return document;
@@ -151,8 +150,8 @@ void CTreeBuilder::GiveText(const XMLCh* text, XMLSize_t length, bool inCDATA) {
 
 void CTreeBuilder::AddElement(const XMLCh* name) {
     if (m_bOwnConverter && m_pCurrent != nullptr) {
-        CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(m_pCurrent));
-        m_pCurrent = norvask::AddElement(m_pCurrent, m_Names.Acquire(memory, name), nullptr);
+        CTree& tree = TreeOf(CNodeAccess::BodyOf(m_pCurrent));
+        m_pCurrent = norvask::AddElement(m_pCurrent, m_Names.Use(tree, name), nullptr);
         return;
     }
     CDOMString narrow(name);
@@ -168,14 +167,9 @@ void CTreeBuilder::SetAttribute(const XMLCh* name, const XMLCh* value) {
         return;
     }
     SElementBody* body = CNodeAccess::ElementOf(m_pCurrent);
-    const char* known = m_Names.Acquire(MemoryOf(body), name);
-    try {
-        const char* narrow = m_Narrow.Convert(value);
-        SetNamedAttribute(body, known, narrow, m_Narrow.Length(), m_Narrow.IsUtf8());
-    } catch (...) {
-        MemoryOf(body).Names().Release(MemoryOf(body), known);
-        throw;
-    }
+    CNameUse use = m_Names.Use(TreeOf(body), name);
+    m_Narrow.Convert(value);
+    norvask::SetAttribute(body, std::move(use), m_Narrow.Known());
 }
 
 void CTreeBuilder::SetDeclarations() {
@@ -203,8 +197,8 @@ bool CTreeBuilder::AddBinary(const XMLCh* base64, std::size_t length) {
 void CTreeBuilder::AddText(const XMLCh* text, std::size_t length, bool keepLayout) {
     if (m_bOwnConverter) {
         if (keepLayout || !CStringConverter::IsFormattingWhitespace(text, length)) {
-            const char* narrow = m_Narrow.Convert(text, length);
-            norvask::AddText(m_pCurrent, narrow, m_Narrow.Length(), m_Narrow.IsUtf8());
+            m_Narrow.Convert(text, length);
+            norvask::AddText(m_pCurrent, m_Narrow.Known());
         }
         return;
     }

@@ -1,18 +1,16 @@
+// Finding, adding and removing attributes of an element.
 #include "tree/attribute_array.h"
 
 #include <cstring>
 #include <new>
 
-#include "foundation/text_rules.h"
-#include "tree/attribute_access.h"
 #include "tree/attribute_index.h"
+#include "tree/attribute_strings.h"
 
 namespace norvask {
 namespace {
 
 const std::uint32_t FIRST_ATTRIBUTE_CAPACITY = 1;
-const std::uint32_t FIRST_RESULT_CAPACITY = 2;
-const std::uint32_t LARGEST_CAPACITY = 1U << 31;
 
 CXMLAttribut* const NO_ATTRIBUTES[] = {nullptr};
 
@@ -21,207 +19,176 @@ std::size_t ArrayBytes(std::uint32_t capacity) noexcept {
 }
 
 void SetCapacity(SElementBody* body, std::uint32_t capacity) {
-    CTreeMemory& memory = MemoryOf(body);
-    SAttributeArray* grown = new (memory.AllocatePlain(ArrayBytes(capacity))) SAttributeArray();
-    SAttributeArray* old = body->m_pAttributes;
+    CArena& arena = TreeOf(body).Arena();
+    SAttributeArray* const grown =
+        new (arena.AllocatePlain(ArrayBytes(capacity))) SAttributeArray();
+    SAttributeArray* const old = body->attributes;
     if (old == nullptr) {
-        grown->m_nUsed = 1;
+        grown->used = 1;
         grown->Slots()[0] = nullptr;
     } else {
         *grown = *old;
-        std::memcpy(grown->Slots(), old->Slots(), old->m_nUsed * sizeof(CXMLAttribut*));
-        memory.FreePlain(old, ArrayBytes(old->m_nCapacity));
+        MoveSlots(grown->Slots(), old->Slots(), old->used);
+        arena.FreePlain(old, ArrayBytes(old->capacity));
     }
-    grown->m_nCapacity = capacity;
-    body->m_pAttributes = grown;
+    grown->capacity = capacity;
+    body->attributes = grown;
+}
+
+bool IsIndexed(const SElementBody* body) noexcept {
+    const SElementExtras* const extras = ExtrasOrNull(body);
+    return extras != nullptr && extras->indexed != 0;
+}
+
+void LeaveIndex(SElementBody* body) noexcept {
+    CAttributeIndex& index = *TreeOf(body).Index();
+    for (CXMLAttribut** slots = AttributeSlots(body); *slots != nullptr; ++slots) {
+        if (CAttributeAccess::IsIndexed(*slots)) {
+            index.Remove(*slots);
+        }
+    }
+    body->attributes->extras->indexed = 0;
+}
+
+// Adds the attributes from this one on. Without memory the element does without the index.
+bool EnterIndex(SElementBody* body, std::uint32_t first) noexcept {
+    try {
+        std::uint64_t& order = MadeExtras(body).indexed;
+        CAttributeIndex& index = TreeOf(body).MadeIndex();
+        for (std::uint32_t i = first; i < body->attributes->Count(); ++i) {
+            index.Add(body, ++order, body->attributes->Slots()[i]);
+        }
+        return true;
+    } catch (const std::bad_alloc&) {
+        if (IsIndexed(body)) {
+            LeaveIndex(body);
+        }
+        return false;
+    }
+}
+
+SNameLookUp LookedUp(CTreeString name) noexcept {
+    return {name.Text(), name.Length(), CNameTable::HashOf(name), true, name};
+}
+
+void RemoveAttribute(SElementBody* body, CXMLAttribut* attribute) noexcept {
+    SAttributeArray& attributes = *body->attributes;
+    if (CAttributeAccess::IsIndexed(attribute)) {
+        TreeOf(body).Index()->Remove(attribute);
+    }
+    RemoveSlot(attributes.Slots(), attributes.used,
+               FindSlot(attributes.Slots(), attributes.used, attribute));
+    CAttributeAccess::Destroy(TreeOf(body), attribute);
 }
 
 }  // namespace
 
 CXMLAttribut** NoAttributes() noexcept { return const_cast<CXMLAttribut**>(NO_ATTRIBUTES); }
 
-namespace {
-
-// `known` is the name in the tree's memory, NULL when there is none.
-CXMLAttribut* Find(SElementBody* body, const char* known, const char* name,
-                   std::size_t length) noexcept {
+CXMLAttribut* FindAttribute(SElementBody* body, const SNameLookUp& name) noexcept {
     const std::uint32_t count = AttributeCount(body);
-    if (count >= INDEX_FROM) {
-        try {
-            return FindInIndex(UpToDateIndex(body), name, length);
-        } catch (const std::bad_alloc&) {
-            // No memory to be fast with; the search below needs none.
-        }
+    if (count >= INDEX_FROM && (IsIndexed(body) || EnterIndex(body, 0))) {
+        return TreeOf(body).Index()->Find(body, name);
     }
-    CXMLAttribut** slots = AttributeSlots(body);
+    CXMLAttribut** const slots = AttributeSlots(body);
     for (std::uint32_t i = 0; i < count; ++i) {
-        const char* own = CAttributeAccess::Name(slots[i]);
-        if (own == known) {
+        const CTreeString own = CAttributeAccess::Name(slots[i]);
+        if (name.isFound && own == name.name) {
             return slots[i];
         }
-        // A name that the attribute holds may lie outside of the tree and need a look at its characters.
-        if (CAttributeAccess::Holds(slots[i]) && std::strncmp(own, name, length) == 0 &&
-            own[length] == '\0') {
+        // A name that the attribute holds may lie outside of the tree.
+        if (CAttributeAccess::Holds(slots[i]) && own.Equals(name.text, name.length)) {
             return slots[i];
         }
     }
     return nullptr;
 }
 
-}  // namespace
-
-CXMLAttribut* FindAttribute(SElementBody* body, const char* name, std::size_t length) noexcept {
-    if (AttributeCount(body) == 0) {
-        return nullptr;
-    }
-    return Find(body, MemoryOf(body).Names().Find(name, length), name, length);
-}
-
 void ReserveAttributes(SElementBody* body, std::size_t count) {
-    const bool fresh = body->m_pAttributes == nullptr;
-    std::uint32_t capacity = fresh ? FIRST_ATTRIBUTE_CAPACITY : body->m_pAttributes->m_nCapacity;
-    while (capacity <= count) {
-        if (capacity == LARGEST_CAPACITY) {
-            throw std::bad_alloc();
-        }
-        capacity *= 2;
-    }
-    if (fresh || capacity != body->m_pAttributes->m_nCapacity) {
+    const bool fresh = body->attributes == nullptr;
+    const std::uint32_t capacity =
+        CapacityFor(fresh ? FIRST_ATTRIBUTE_CAPACITY : body->attributes->capacity, count);
+    if (fresh || capacity != body->attributes->capacity) {
         SetCapacity(body, capacity);
     }
 }
 
-void AppendAttribute(SElementBody* body, const char* name, const char* value, std::size_t length,
-                     bool isUtf8) {
-    CTreeMemory& memory = MemoryOf(body);
-    ReserveAttributes(body, static_cast<std::size_t>(AttributeCount(body)) + 1);
-    const char* copy = NewTreeString(memory, value, length, isUtf8);
+void AppendAttribute(SElementBody* body, CNameUse name, const SKnownText& value) {
+    CTree& tree = TreeOf(body);
+    const std::uint32_t count = AttributeCount(body);
+    ReserveAttributes(body, static_cast<std::size_t>(count) + 1);
+    const CTreeString copy = NewTreeString(tree, value);
     CXMLAttribut* attribute = nullptr;
     try {
-        attribute = CAttributeAccess::New(memory, name, copy);
+        attribute = CAttributeAccess::New(tree, name, copy);
     } catch (...) {
-        FreeTreeString(memory, copy);
+        FreeTreeString(copy);
         throw;
     }
-    SAttributeArray& attributes = *body->m_pAttributes;
-    attributes.Slots()[attributes.m_nUsed - 1] = attribute;
-    attributes.Slots()[attributes.m_nUsed] = nullptr;
-    ++attributes.m_nUsed;
-    AddToIndex(body, attribute);
+    PutSlot(body->attributes->Slots(), body->attributes->used, attribute);
+    if (IsIndexed(body)) {
+        EnterIndex(body, count);
+    }
 }
 
-void RemoveAttribute(SElementBody* body, CXMLAttribut* attribute) noexcept {
-    SAttributeArray& attributes = *body->m_pAttributes;
-    CXMLAttribut** slots = attributes.Slots();
-    std::uint32_t index = 0;
-    while (slots[index] != attribute) {
-        ++index;
-    }
-    RemoveFromIndex(body, attribute);
-    std::memmove(slots + index, slots + index + 1,
-                 (attributes.m_nUsed - index - 1) * sizeof(CXMLAttribut*));
-    --attributes.m_nUsed;
-    CAttributeAccess::End(MemoryOf(body), attribute);
-}
-
-void SetNamedAttribute(SElementBody* body, const char* name, const char* value, std::size_t length,
-                       bool isUtf8) {
-    CXMLAttribut* attribute = Find(body, name, name, CNameTable::Length(name));
-    if (attribute == nullptr && length != 0) {
-        AppendAttribute(body, name, value, length, isUtf8);
-        return;
-    }
-    CTreeMemory& memory = MemoryOf(body);
-    if (attribute != nullptr && length != 0) {
-        attribute->SetValue(value);
+void SetAttribute(SElementBody* body, const SNameLookUp& name, unsigned int known,
+                  const SKnownText& value) {
+    CXMLAttribut* const attribute = FindAttribute(body, name);
+    if (attribute == nullptr && !value.IsEmpty()) {
+        AppendAttribute(body, TreeOf(body).Names().Use(name, known), value);
+    } else if (attribute != nullptr && !value.IsEmpty()) {
+        CAttributeAccess::SetValue(attribute, value);
     } else if (attribute != nullptr) {
         RemoveAttribute(body, attribute);
     }
-    memory.Names().Release(memory, name);
 }
 
-void SetValidAttribute(SElementBody* body, const char* name, std::size_t nameLength,
-                       const char* value, std::size_t valueLength) {
-    CXMLAttribut* attribute = FindAttribute(body, name, nameLength);
-    if (valueLength == 0) {
-        if (attribute != nullptr) {
-            RemoveAttribute(body, attribute);
+void SetAttribute(SElementBody* body, CNameUse name, const SKnownText& value) {
+    if (AttributeCount(body) == 0) {
+        if (!value.IsEmpty()) {
+            AppendAttribute(body, std::move(name), value);
         }
         return;
     }
-    if (attribute != nullptr) {
-        attribute->SetValue(value);
-        return;
+    CXMLAttribut* const attribute = FindAttribute(body, LookedUp(name.Name()));
+    if (attribute == nullptr && !value.IsEmpty()) {
+        AppendAttribute(body, std::move(name), value);
+    } else if (attribute != nullptr && !value.IsEmpty()) {
+        CAttributeAccess::SetValue(attribute, value);
+    } else if (attribute != nullptr) {
+        RemoveAttribute(body, attribute);
     }
-    CTreeMemory& memory = MemoryOf(body);
-    const char* known = memory.Names().Acquire(memory, name, nameLength);
-    try {
-        AppendAttribute(body, known, value, valueLength, IsKnownUtf8(value));
-    } catch (...) {
-        memory.Names().Release(memory, known);
-        throw;
-    }
-    AddFlag(known, STRING_VALID);
 }
 
-SNodeExtras* NewExtras(CTreeMemory& memory) {
-    return new (memory.AllocatePlain(sizeof(SNodeExtras))) SNodeExtras();
-}
-
-SNodeExtras& ExtrasOf(SElementBody* body) {
-    if (body->m_pAttributes == nullptr) {
+SElementExtras& MadeExtras(SElementBody* body) {
+    if (body->attributes == nullptr) {
         SetCapacity(body, FIRST_ATTRIBUTE_CAPACITY);
     }
-    SNodeExtras*& extras = body->m_pAttributes->m_pExtras;
+    SElementExtras*& extras = body->attributes->extras;
     if (extras == nullptr) {
-        extras = NewExtras(MemoryOf(body));
+        extras = new (TreeOf(body).Arena().AllocatePlain(sizeof(SElementExtras))) SElementExtras();
     }
     return *extras;
 }
 
-void MakeResult(CTreeMemory& memory, SNodeExtras& extras) {
-    extras.m_pResult =
-        static_cast<CXMLNode**>(memory.AllocatePlain(FIRST_RESULT_CAPACITY * sizeof(CXMLNode*)));
-    extras.m_pResult[0] = nullptr;
-    extras.m_nResultCapacity = FIRST_RESULT_CAPACITY;
-    extras.m_nResultUsed = 1;
-}
-
-void GrowResult(CTreeMemory& memory, SNodeExtras& extras) {
-    if (extras.m_nResultCapacity == LARGEST_CAPACITY) {
-        throw std::bad_alloc();
-    }
-    const std::uint32_t capacity = 2 * extras.m_nResultCapacity;
-    CXMLNode** grown = static_cast<CXMLNode**>(memory.AllocatePlain(capacity * sizeof(CXMLNode*)));
-    std::memcpy(grown, extras.m_pResult, extras.m_nResultUsed * sizeof(CXMLNode*));
-    memory.FreePlain(extras.m_pResult, extras.m_nResultCapacity * sizeof(CXMLNode*));
-    extras.m_pResult = grown;
-    extras.m_nResultCapacity = capacity;
-}
-
-void FreeExtras(CTreeMemory& memory, SNodeExtras* extras) noexcept {
-    if (extras == nullptr) {
-        return;
-    }
-    if (extras->m_pResult != nullptr) {
-        memory.FreePlain(extras->m_pResult, extras->m_nResultCapacity * sizeof(CXMLNode*));
-    }
-    FreeIndex(memory, extras->m_pIndex);
-    memory.FreePlain(extras, sizeof(SNodeExtras));
-}
-
 void FreeAttributes(SElementBody* body) noexcept {
-    SAttributeArray* attributes = body->m_pAttributes;
+    SAttributeArray* const attributes = body->attributes;
     if (attributes == nullptr) {
         return;
     }
-    CTreeMemory& memory = MemoryOf(body);
-    for (std::uint32_t i = 0; i < attributes->Count(); ++i) {
-        CAttributeAccess::End(memory, attributes->Slots()[i]);
+    CTree& tree = TreeOf(body);
+    if (IsIndexed(body)) {
+        LeaveIndex(body);
     }
-    FreeExtras(memory, attributes->m_pExtras);
-    memory.FreePlain(attributes, ArrayBytes(attributes->m_nCapacity));
-    body->m_pAttributes = nullptr;
+    for (std::uint32_t i = 0; i < attributes->Count(); ++i) {
+        CAttributeAccess::Destroy(tree, attributes->Slots()[i]);
+    }
+    if (attributes->extras != nullptr) {
+        FreeResult(tree.Arena(), attributes->extras->result);
+        tree.Arena().FreePlain(attributes->extras, sizeof(SElementExtras));
+    }
+    tree.Arena().FreePlain(attributes, ArrayBytes(attributes->capacity));
+    body->attributes = nullptr;
 }
 
 }  // namespace norvask

@@ -1,154 +1,106 @@
+// The index of attributes, an ordered map of the standard library: nothing here takes longer than the logarithm of
+// the number of attributes, in whatever order they are renamed and removed.
 #include "tree/attribute_index.h"
 
+#include <atomic>
 #include <cstring>
 #include <new>
+#include <tuple>
 
-#include "tree/attribute_access.h"
-#include "tree/attribute_array.h"
+#include "tree/attribute_strings.h"
 
 namespace norvask {
-
-// Open addressing; a removed entry leaves a mark, so that the search goes on behind it.
-struct SAttributeIndex {
-    std::uint64_t m_nRenamesSeen;
-    std::uint32_t m_nSlots;  // a power of two
-    std::uint32_t m_nTaken;  // with the marks
-    bool m_bHasDuplicates;   // of equal names only the first attribute is here
-
-    CXMLAttribut** Slots() noexcept { return reinterpret_cast<CXMLAttribut**>(this + 1); }
-    CXMLAttribut* const* Slots() const noexcept {
-        return reinterpret_cast<CXMLAttribut* const*>(this + 1);
-    }
-};
-
 namespace {
 
-std::size_t IndexBytes(std::uint32_t slots) noexcept {
-    return sizeof(SAttributeIndex) + slots * sizeof(CXMLAttribut*);
-}
-
-CXMLAttribut* RemovedMark() noexcept {
-    static char s_Mark;
-    return reinterpret_cast<CXMLAttribut*>(&s_Mark);
-}
+std::atomic<std::uint64_t> s_nRenamesElsewhere(0);
 
 std::uint32_t HashOfName(const CXMLAttribut* attribute) noexcept {
-    const char* name = CAttributeAccess::Name(attribute);
-    return HasFlag(name, STRING_NAME) ? CNameTable::HashOf(name)
-                                      : CNameTable::Hash(name, std::strlen(name));
-}
-
-bool HasName(const CXMLAttribut* attribute, const char* name, std::size_t length) noexcept {
-    const char* own = CAttributeAccess::Name(attribute);
-    return std::strncmp(own, name, length) == 0 && own[length] == '\0';
-}
-
-// The slot of the attribute with this name, or the free slot where it would go.
-std::uint32_t SlotFor(const SAttributeIndex* index, std::uint32_t hash, const char* name,
-                      std::size_t length) noexcept {
-    const std::uint32_t mask = index->m_nSlots - 1;
-    std::uint32_t slot = hash & mask;
-    while (CXMLAttribut* attribute = index->Slots()[slot]) {
-        if (attribute != RemovedMark() && HasName(attribute, name, length)) {
-            break;
-        }
-        slot = (slot + 1) & mask;
-    }
-    return slot;
-}
-
-void Insert(SAttributeIndex* index, CXMLAttribut* attribute) noexcept {
-    const char* name = CAttributeAccess::Name(attribute);
-    const std::uint32_t slot = SlotFor(index, HashOfName(attribute), name, std::strlen(name));
-    CAttributeAccess::MarkIndexed(attribute);
-    if (index->Slots()[slot] != nullptr) {
-        index->m_bHasDuplicates = true;
-        return;
-    }
-    index->Slots()[slot] = attribute;
-    ++index->m_nTaken;
-}
-
-bool HasRoom(const SAttributeIndex* index) noexcept {
-    return index->m_nTaken < index->m_nSlots / 4 * 3;
-}
-
-void DropIndex(SElementBody* body) noexcept {
-    SNodeExtras* extras = body->m_pAttributes->m_pExtras;
-    FreeIndex(MemoryOf(body), extras->m_pIndex);
-    extras->m_pIndex = nullptr;
-}
-
-SAttributeIndex* IndexOf(const SElementBody* body) noexcept {
-    const SAttributeArray* attributes = body->m_pAttributes;
-    return attributes == nullptr || attributes->m_pExtras == nullptr
-               ? nullptr
-               : attributes->m_pExtras->m_pIndex;
+    const CTreeString name = CAttributeAccess::Name(attribute);
+    return name.Is(STRING_IN_TABLE) ? CNameTable::HashOf(name)
+                                    : CNameTable::Hash(name.Text(), name.Length());
 }
 
 }  // namespace
 
-SAttributeIndex* UpToDateIndex(SElementBody* body) {
-    SAttributeIndex* index = IndexOf(body);
-    if (index != nullptr) {
-        if (index->m_nRenamesSeen == CAttributeAccess::RenameCount() && HasRoom(index)) {
-            return index;
+bool CAttributeIndex::SKey::operator<(const SKey& other) const noexcept {
+    return std::tie(element, hash, order) < std::tie(other.element, other.hash, other.order);
+}
+
+CXMLAttribut* CAttributeIndex::Find(const SElementBody* element, const SNameLookUp& name) noexcept {
+    if ((!m_Assigned.empty() || m_bAllAssigned) &&
+        m_nRenamesSeen != s_nRenamesElsewhere.load(std::memory_order_relaxed)) {
+        LookAgain();
+    }
+    for (auto entry = m_Entries.lower_bound({element, name.hash, 0});
+         entry != m_Entries.end() && entry->first.element == element &&
+         entry->first.hash == name.hash;
+         ++entry) {
+        if (CAttributeAccess::Name(entry->second).Equals(name.text, name.length)) {
+            return entry->second;
         }
-        DropIndex(body);
     }
-    SNodeExtras& extras = ExtrasOf(body);
-    const std::uint32_t count = AttributeCount(body);
-    std::uint32_t slots = 4 * INDEX_FROM;
-    while (slots < 3 * static_cast<std::uint64_t>(count)) {
-        slots *= 2;
-    }
-    index = new (MemoryOf(body).AllocatePlain(IndexBytes(slots))) SAttributeIndex();
-    std::memset(index->Slots(), 0, slots * sizeof(CXMLAttribut*));
-    index->m_nRenamesSeen = CAttributeAccess::RenameCount();
-    index->m_nSlots = slots;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        Insert(index, AttributeSlots(body)[i]);
-    }
-    extras.m_pIndex = index;
-    return index;
+    return nullptr;
 }
 
-CXMLAttribut* FindInIndex(const SAttributeIndex* index, const char* name,
-                          std::size_t length) noexcept {
-    return index->Slots()[SlotFor(index, CNameTable::Hash(name, length), name, length)];
+void CAttributeIndex::Add(const SElementBody* element, std::uint64_t order,
+                          CXMLAttribut* attribute) {
+    const SKey key = {element, HashOfName(attribute), order};
+    const bool assigned = CAttributeAccess::Holds(attribute);
+    if (assigned) {
+        m_Assigned.insert(attribute);
+    }
+    try {
+        m_Keys.emplace(attribute, key);
+        m_Entries.emplace(key, attribute);
+    } catch (...) {
+        m_Keys.erase(attribute);
+        m_Assigned.erase(attribute);
+        throw;
+    }
+    CAttributeAccess::SetIndexed(attribute, true);
 }
 
-void AddToIndex(SElementBody* body, CXMLAttribut* attribute) noexcept {
-    SAttributeIndex* index = IndexOf(body);
-    if (index == nullptr) {
+void CAttributeIndex::Remove(CXMLAttribut* attribute) noexcept {
+    const auto found = m_Keys.find(attribute);
+    m_Entries.erase(found->second);
+    m_Keys.erase(found);
+    m_Assigned.erase(attribute);
+    CAttributeAccess::SetIndexed(attribute, false);
+}
+
+// Moves the entry; nothing is allocated for that.
+void CAttributeIndex::Rename(CXMLAttribut* attribute, SKey& key) noexcept {
+    auto entry = m_Entries.extract(key);
+    key.hash = HashOfName(attribute);
+    entry.key() = key;
+    m_Entries.insert(std::move(entry));
+}
+
+void CAttributeIndex::Renamed(CXMLAttribut* attribute) noexcept {
+    Rename(attribute, m_Keys.find(attribute)->second);
+    if (CAttributeAccess::Holds(attribute)) {
+        try {
+            m_Assigned.insert(attribute);
+        } catch (const std::bad_alloc&) {
+            m_bAllAssigned = true;
+        }
+    }
+}
+
+void CAttributeIndex::NoteRenamedElsewhere() noexcept {
+    s_nRenamesElsewhere.fetch_add(1, std::memory_order_relaxed);
+}
+
+void CAttributeIndex::LookAgain() noexcept {
+    m_nRenamesSeen = s_nRenamesElsewhere.load(std::memory_order_relaxed);
+    if (m_bAllAssigned) {
+        for (auto& [attribute, key] : m_Keys) {
+            Rename(attribute, key);
+        }
         return;
     }
-    if (HasRoom(index)) {
-        Insert(index, attribute);
-    } else {
-        DropIndex(body);
-    }
-}
-
-void RemoveFromIndex(SElementBody* body, const CXMLAttribut* attribute) noexcept {
-    SAttributeIndex* index = IndexOf(body);
-    if (index == nullptr) {
-        return;
-    }
-    if (index->m_bHasDuplicates || index->m_nRenamesSeen != CAttributeAccess::RenameCount()) {
-        DropIndex(body);
-        return;
-    }
-    const char* name = CAttributeAccess::Name(attribute);
-    const std::uint32_t slot = SlotFor(index, HashOfName(attribute), name, std::strlen(name));
-    if (index->Slots()[slot] == attribute) {
-        index->Slots()[slot] = RemovedMark();
-    }
-}
-
-void FreeIndex(CTreeMemory& memory, SAttributeIndex* index) noexcept {
-    if (index != nullptr) {
-        memory.FreePlain(index, IndexBytes(index->m_nSlots));
+    for (CXMLAttribut* attribute : m_Assigned) {
+        Rename(attribute, m_Keys.find(attribute)->second);
     }
 }
 

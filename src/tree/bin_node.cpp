@@ -1,3 +1,4 @@
+// CXMLBinNode: its bytes, and what a leaf refuses.
 #include "norvask/bin_node.h"
 
 #include "foundation/errors.h"
@@ -8,7 +9,7 @@ namespace norvask {
 CXMLBinNode::CXMLBinNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
 
 CXMLBinNode::CXMLBinNode(CXMLNode* parent)
-    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedLeaf(NODE_BINARY, parent))) {}
+    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedBinary(parent))) {}
 
 CXMLBinNode::CXMLBinNode(const CXMLBinNode& other) noexcept
     : CXMLNode(CNodeAccess::Number(CNodeAccess::ShareBody(&other))) {}
@@ -27,11 +28,11 @@ CXMLNode** CXMLBinNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullpt
 
 // The copy is made first, since the bytes may lie in the block that goes; whatever fails, the block goes.
 void CXMLBinNode::SetData(const unsigned char* data, std::size_t length) {
-    CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(this));
+    CTree& tree = TreeOf(CNodeAccess::BodyOf(this));
     const bool nothing = data == nullptr || length == 0;
     unsigned char* copy = nullptr;
     try {
-        copy = nothing ? nullptr : NewDataCopy(memory, data, length);
+        copy = nothing ? nullptr : NewDataCopy(tree, data, length);
     } catch (...) {
         DeleteData();
         CXMLBinNode::DeleteData();
@@ -41,30 +42,30 @@ void CXMLBinNode::SetData(const unsigned char* data, std::size_t length) {
         DeleteData();
     } catch (...) {
         if (copy != nullptr) {
-            memory.FreePlain(copy, length);
+            tree.Arena().FreePlain(copy, length);
         }
         CXMLBinNode::DeleteData();
         throw;
     }
     // An override may have left the block where it was.
     CXMLBinNode::DeleteData();
-    SBinaryBody* body = CNodeAccess::BinaryOf(this);
-    body->m_pData = copy;
-    body->m_nLength = nothing ? 0 : length;
+    SBinaryBody* const body = CNodeAccess::BinaryOf(this);
+    body->data = copy;
+    body->length = nothing ? 0 : length;
 }
 
 void CXMLBinNode::GetData(const unsigned char*& data, std::size_t& length) {
-    const SBinaryBody* body = CNodeAccess::BinaryOf(this);
-    data = body->m_pData;
-    length = body->m_nLength;
+    const SBinaryBody* const body = CNodeAccess::BinaryOf(this);
+    data = body->data;
+    length = body->length;
 }
 
 void CXMLBinNode::DeleteData() {
-    SBinaryBody* body = CNodeAccess::BinaryOf(this);
-    if (body->m_pData != nullptr) {
-        MemoryOf(body).FreePlain(body->m_pData, body->m_nLength);
-        body->m_pData = nullptr;
-        body->m_nLength = 0;
+    SBinaryBody* const body = CNodeAccess::BinaryOf(this);
+    if (body->data != nullptr) {
+        TreeOf(body).Arena().FreePlain(body->data, body->length);
+        body->data = nullptr;
+        body->length = 0;
     }
 }
 

@@ -1,3 +1,4 @@
+// Room in child arrays: behind the children, where most are added, and in front of long ones.
 #include "tree/child_array.h"
 
 #include <cstring>
@@ -6,62 +7,137 @@
 namespace norvask {
 namespace {
 
-const std::uint32_t LARGEST_CAPACITY = 1U << 31;
+// From this length on it matters which side is moved. A shorter array begins where its block does, so a pointer to it
+// that is held while a child is removed still shows the children that are left.
+const std::uint32_t LONG_FROM = 64;
 
-void SetUsed(SElementBody* body, std::uint32_t used) noexcept {
-    if (HasFlag(body, BODY_HEAP_CHILDREN)) {
-        body->m_Children.m_Heap.m_nUsed = used;
-    }
+// How many of the slots may be left when room on one side is made by moving the children rather than by doubling the
+// capacity: with fewer, they would be moved too often.
+const std::uint32_t MOVE_SHARE = 4;
+
+void SetFront(SChildArray& array, std::uint32_t front) noexcept {
+    array.shape = (array.shape & ((1U << SHAPE_FRONT_SHIFT) - 1)) | front << SHAPE_FRONT_SHIFT;
 }
 
-void SetCapacity(SElementBody* body, std::uint32_t capacity) {
-    CXMLNode** grown =
-        static_cast<CXMLNode**>(MemoryOf(body).AllocatePlain(capacity * sizeof(CXMLNode*)));
+CXMLNode** BlockOf(const SChildArray& array) noexcept { return array.slots - ArrayFront(array); }
+
+std::uint32_t LogarithmOf(std::uint32_t capacity) noexcept {
+    return static_cast<std::uint32_t>(__builtin_ctz(capacity));
+}
+
+void SetCapacity(SElementBody* body, std::uint32_t capacity, std::uint32_t front) {
+    CXMLNode** const grown = NewSlots<CXMLNode>(TreeOf(body).Arena(), capacity);
     const std::uint32_t used = ChildrenUsed(body);
-    std::memcpy(grown, ChildSlots(body), used * sizeof(CXMLNode*));
+    MoveSlots(grown + front, ChildSlots(body), used);
     FreeChildArray(body);
-    body->m_Children.m_Heap = {grown, capacity, used};
-    SetFlag(body, BODY_HEAP_CHILDREN);
+    body->children.many = {grown + front, used, LogarithmOf(capacity)};
+    SetFront(body->children.many, front);
+    SetFlag(body, BODY_OUTGROWN);
+}
+
+// Moves the children within their block.
+void MoveFront(SChildArray& array, std::uint32_t front) noexcept {
+    CXMLNode** const moved = BlockOf(array) + front;
+    MoveSlots(moved, array.slots, array.used);
+    array.slots = moved;
+    SetFront(array, front);
+}
+
+// Whether a child at this index is put by moving those in front of it.
+bool IsNearFront(std::uint32_t used, std::uint32_t index) noexcept {
+    return used > LONG_FROM && index < used / 2;
+}
+
+// Half of the free slots, as far as they can be counted.
+std::uint32_t HalfFree(std::uint32_t capacity, std::uint32_t used) noexcept {
+    const std::uint32_t half = (capacity - used + 1) / 2;
+    return half < LARGEST_FRONT ? half : LARGEST_FRONT;
 }
 
 }  // namespace
 
 void ReserveChildren(SElementBody* body, std::size_t count) {
-    std::uint32_t capacity = ChildCapacity(body);
-    while (capacity <= count) {
-        if (capacity == LARGEST_CAPACITY) {
-            throw std::bad_alloc();
-        }
-        capacity *= 2;
-    }
+    const std::uint32_t capacity = CapacityFor(ChildCapacity(body), count);
     if (capacity != ChildCapacity(body)) {
-        SetCapacity(body, capacity);
+        SetCapacity(body, capacity, 0);
     }
 }
 
-void InsertReserved(SElementBody* body, CXMLNode* child, CXMLNode* before) noexcept {
+void ReserveChildSlowly(SElementBody* body, std::uint32_t index) {
     const std::uint32_t used = ChildrenUsed(body);
-    CXMLNode** slots = ChildSlots(body);
-    std::uint32_t index = used - 1;
-    while (index > 0 && slots[index] != before) {
-        --index;
+    const std::uint32_t capacity = ChildCapacity(body);
+    const bool inFront = IsNearFront(used, index);
+    if (HasFlag(body, BODY_OUTGROWN)) {
+        SChildArray& array = body->children.many;
+        const std::uint32_t front = ArrayFront(array);
+        if (inFront ? front != 0 : front + used != capacity) {
+            return;
+        }
+        if (capacity - used >= capacity / MOVE_SHARE) {
+            MoveFront(array, inFront ? HalfFree(capacity, used) : 0);
+            return;
+        }
+    } else if (used != capacity) {
+        return;
     }
-    std::memmove(slots + index + 1, slots + index, (used - index) * sizeof(CXMLNode*));
+    const std::uint32_t grown = CapacityFor(capacity, capacity);
+    SetCapacity(body, grown, inFront ? HalfFree(grown, used) : 0);
+}
+
+void PutChild(SElementBody* body, std::uint32_t index, CXMLNode* child) noexcept {
+    const std::uint32_t used = ChildrenUsed(body);
+    if (HasFlag(body, BODY_OUTGROWN)) {
+        SChildArray& array = body->children.many;
+        ++array.used;
+        if (IsNearFront(used, index)) {
+            --array.slots;
+            SetFront(array, ArrayFront(array) - 1);
+            MoveSlots(array.slots, array.slots + 1, index);
+            array.slots[index] = child;
+            return;
+        }
+    }
+    CXMLNode** const slots = ChildSlots(body);
+    MoveSlots(slots + index + 1, slots + index, used - index);
     slots[index] = child;
-    SetUsed(body, used + 1);
 }
 
-void RemoveChildAt(SElementBody* body, std::uint32_t index) noexcept {
-    const std::uint32_t used = ChildrenUsed(body);
-    CXMLNode** slots = ChildSlots(body);
-    std::memmove(slots + index, slots + index + 1, (used - index - 1) * sizeof(CXMLNode*));
-    SetUsed(body, used - 1);
+void RemoveChild(SElementBody* body, std::uint32_t index) noexcept {
+    std::uint32_t used = ChildrenUsed(body);
+    if (HasFlag(body, BODY_OUTGROWN)) {
+        SChildArray& array = body->children.many;
+        if (IsNearFront(used, index) && ArrayFront(array) != LARGEST_FRONT) {
+            MoveSlots(array.slots + 1, array.slots, index);
+            ++array.slots;
+            SetFront(array, ArrayFront(array) + 1);
+            --array.used;
+        } else {
+            RemoveSlot(array.slots, array.used, index);
+        }
+    } else {
+        RemoveSlot(body->children.few, used, index);
+    }
+}
+
+CXMLNode* TakeFirstChild(SElementBody* body) noexcept {
+    CXMLNode* const first = ChildSlots(body)[0];
+    if (first != nullptr) {
+        SChildArray& array = body->children.many;
+        if (HasFlag(body, BODY_OUTGROWN) && ArrayFront(array) != LARGEST_FRONT) {
+            ++array.slots;
+            SetFront(array, ArrayFront(array) + 1);
+            --array.used;
+        } else {
+            RemoveChild(body, 0);
+        }
+    }
+    return first;
 }
 
 void FreeChildArray(SElementBody* body) noexcept {
-    if (HasFlag(body, BODY_HEAP_CHILDREN)) {
-        const SHeapChildren& heap = body->m_Children.m_Heap;
-        MemoryOf(body).FreePlain(heap.m_pSlots, heap.m_nCapacity * sizeof(CXMLNode*));
+    if (HasFlag(body, BODY_OUTGROWN)) {
+        const SChildArray& array = body->children.many;
+        FreeSlots(TreeOf(body).Arena(), BlockOf(array), ArrayCapacity(array));
     }
 }
 

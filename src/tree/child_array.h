@@ -1,4 +1,9 @@
-// Internal. The child array of an element body: NULL-terminated, capacity 2, 4, 8, ..., never shrinking.
+// Internal. The children of an element body (slots.h); their first capacity is two, in the body itself.
+//
+//   array := unused* child* NULL unused*      once they have outgrown the body
+//
+// A long array may begin later in its block, so that children come and go at both of its sides without the others
+// being moved.
 #ifndef NORVASK_TREE_CHILD_ARRAY_H
 #define NORVASK_TREE_CHILD_ARRAY_H
 
@@ -7,50 +12,64 @@
 namespace norvask {
 
 inline CXMLNode** ChildSlots(SElementBody* body) noexcept {
-    return HasFlag(body, BODY_HEAP_CHILDREN) ? body->m_Children.m_Heap.m_pSlots
-                                             : body->m_Children.m_Inline;
+    return HasFlag(body, BODY_OUTGROWN) ? body->children.many.slots : body->children.few;
 }
-inline std::uint32_t ChildCapacity(const SElementBody* body) noexcept {
-    return HasFlag(body, BODY_HEAP_CHILDREN) ? body->m_Children.m_Heap.m_nCapacity
-                                             : FIRST_CHILD_CAPACITY;
-}
-// The used slots, the terminator among them.
+
+// The used slots, the NULL among them.
 inline std::uint32_t ChildrenUsed(const SElementBody* body) noexcept {
-    if (HasFlag(body, BODY_HEAP_CHILDREN)) {
-        return body->m_Children.m_Heap.m_nUsed;
+    if (HasFlag(body, BODY_OUTGROWN)) {
+        return body->children.many.used;
     }
-    return body->m_Children.m_Inline[0] == nullptr ? 1 : 2;
+    return body->children.few[0] == nullptr ? 1 : 2;
 }
 inline std::uint32_t ChildCount(const SElementBody* body) noexcept {
     return ChildrenUsed(body) - 1;
 }
 
-// Makes room for `count` children in all. Throws std::bad_alloc.
+// The two numbers in SChildArray::shape.
+const unsigned int SHAPE_FRONT_SHIFT = 5;
+const std::uint32_t LARGEST_FRONT = 0xFFFFFFFF >> SHAPE_FRONT_SHIFT;
+inline std::uint32_t ArrayCapacity(const SChildArray& array) noexcept {
+    return 1U << (array.shape & ((1U << SHAPE_FRONT_SHIFT) - 1));
+}
+inline std::uint32_t ArrayFront(const SChildArray& array) noexcept {
+    return array.shape >> SHAPE_FRONT_SHIFT;
+}
+inline std::uint32_t ChildCapacity(const SElementBody* body) noexcept {
+    return HasFlag(body, BODY_OUTGROWN) ? ArrayCapacity(body->children.many) : FIRST_CHILD_CAPACITY;
+}
+
+// Makes room for `count` children in all, for an element that is given them one behind the other. Throws
+// std::bad_alloc.
 void ReserveChildren(SElementBody* body, std::size_t count);
 
-// Doubles the capacity when the array is full, so that one more child can be added without failing.
-inline void ReserveOneChild(SElementBody* body) {
-    const std::uint32_t used = ChildrenUsed(body);
-    if (used == ChildCapacity(body)) {
-        ReserveChildren(body, used);
+// Makes room for one more child at this index, so that it can be put there without failing. Throws std::bad_alloc.
+void ReserveChildSlowly(SElementBody* body, std::uint32_t index);
+inline void ReserveLastChild(SElementBody* body) {
+    const bool hasRoom = HasFlag(body, BODY_OUTGROWN)
+                             ? ArrayFront(body->children.many) + body->children.many.used !=
+                                   ArrayCapacity(body->children.many)
+                             : body->children.few[0] == nullptr;
+    if (!hasRoom) {
+        ReserveChildSlowly(body, ChildCount(body));
     }
 }
 
-// Appends, or inserts in front of `before`, which when it is no child means in front of all. There is room.
-inline void AppendReserved(SElementBody* body, CXMLNode* child) noexcept {
-    if (HasFlag(body, BODY_HEAP_CHILDREN)) {
-        SHeapChildren& heap = body->m_Children.m_Heap;
-        heap.m_pSlots[heap.m_nUsed - 1] = child;
-        heap.m_pSlots[heap.m_nUsed] = nullptr;
-        ++heap.m_nUsed;
+// Puts a child behind the others, or at an index. There is room.
+inline void PutLastChild(SElementBody* body, CXMLNode* child) noexcept {
+    if (HasFlag(body, BODY_OUTGROWN)) {
+        PutSlot(body->children.many.slots, body->children.many.used, child);
     } else {
-        body->m_Children.m_Inline[0] = child;
+        body->children.few[0] = child;
     }
 }
-void InsertReserved(SElementBody* body, CXMLNode* child, CXMLNode* before) noexcept;
+void PutChild(SElementBody* body, std::uint32_t index, CXMLNode* child) noexcept;
 
 // Takes the child at this index out of the array.
-void RemoveChildAt(SElementBody* body, std::uint32_t index) noexcept;
+void RemoveChild(SElementBody* body, std::uint32_t index) noexcept;
+
+// Takes the first child out of the array; NULL when there is none. The others stay where they are.
+CXMLNode* TakeFirstChild(SElementBody* body) noexcept;
 
 void FreeChildArray(SElementBody* body) noexcept;
 

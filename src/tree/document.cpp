@@ -1,10 +1,11 @@
+// CXMLDocument: its root and its DTD reference, copies and queries.
 #include "norvask/document.h"
 
 #include <cstring>
 #include <memory>
 #include <new>
 
-#include "norvask/manager.h"
+#include "foundation/parser_state.h"
 #include "tree/document_body.h"
 #include "tree/node_copy.h"
 #include "tree/node_ending.h"
@@ -24,15 +25,15 @@ String Copy(const char* text) {
 
 bool IsNothing(const char* text) noexcept { return text == nullptr || *text == '\0'; }
 
-void LeaveDocumentBody(SDocumentBody* body) noexcept {
-    if (--body->m_nOwners != 0) {
+void ReleaseDocumentBody(SDocumentBody* body) noexcept {
+    if (--body->owners != 0) {
         return;
     }
-    if (body->m_pRoot != nullptr) {
-        EndRoot(body->m_pRoot);
+    if (body->root != nullptr) {
+        DestroyRoot(body->root);
     }
-    delete[] body->m_pDTDName;
-    delete[] body->m_pDTDPath;
+    delete[] body->dtdName;
+    delete[] body->dtdPath;
     delete body;
 }
 
@@ -44,10 +45,10 @@ void SetReference(SDocumentBody* body, const char* dtdName, const char* dtdPath)
         name = Copy(dtdName);
         path = Copy(dtdPath);
     }
-    delete[] body->m_pDTDName;
-    delete[] body->m_pDTDPath;
-    body->m_pDTDName = name.release();
-    body->m_pDTDPath = path.release();
+    delete[] body->dtdName;
+    delete[] body->dtdPath;
+    body->dtdName = name.release();
+    body->dtdPath = path.release();
 }
 
 struct SDelete {
@@ -58,47 +59,45 @@ struct SDelete {
 
 CXMLDocument::CXMLDocument(const char* dtdName, const char* dtdPath) : m_pBody(nullptr) {
     std::unique_ptr<SDocumentBody> body(new SDocumentBody());
-    body->m_nOwners = 1;
+    body->owners = 1;
     SetReference(body.get(), dtdName, dtdPath);
     m_pBody = body.release();
 }
 
 CXMLDocument::CXMLDocument(const CXMLDocument& other) noexcept : m_pBody(other.m_pBody) {
-    ++m_pBody->m_nOwners;
+    ++m_pBody->owners;
 }
 
 CXMLDocument& CXMLDocument::operator=(const CXMLDocument& other) noexcept {
-    ++other.m_pBody->m_nOwners;
-    LeaveDocumentBody(m_pBody);
+    ++other.m_pBody->owners;
+    ReleaseDocumentBody(m_pBody);
     m_pBody = other.m_pBody;
     return *this;
 }
 
-CXMLDocument::~CXMLDocument() { LeaveDocumentBody(m_pBody); }
+CXMLDocument::~CXMLDocument() { ReleaseDocumentBody(m_pBody); }
 
 void CXMLDocument::Delete() { delete this; }
 
-CXMLNode* CXMLDocument::GetRoot() { return m_pBody->m_pRoot; }
+CXMLNode* CXMLDocument::GetRoot() { return m_pBody->root; }
 
 CXMLNode* CXMLDocument::CreateRoot(const char* name) {
     // The name may lie in the old tree, so that goes last.
     CXMLNode* root = NewRoot(name);
-    CXMLNode* old = m_pBody->m_pRoot;
-    m_pBody->m_pRoot = root;
-    m_pBody->m_Result[0] = nullptr;
+    CXMLNode* old = m_pBody->root;
+    m_pBody->root = root;
+    m_pBody->result[0] = nullptr;
     if (old != nullptr) {
-        EndRoot(old);
+        DestroyRoot(old);
     }
     return root;
 }
 
 CXMLDocument* CXMLDocument::Clone() {
+    RequireParserInitialised();
     std::unique_ptr<CXMLDocument, SDelete> clone(
-        CXMLManager::GetInstance().CreateDocument(m_pBody->m_pDTDName, m_pBody->m_pDTDPath));
-    if (clone == nullptr) {
-        throw std::bad_alloc();
-    }
-    CXMLNode* root = m_pBody->m_pRoot;
+        CDocumentAccess::New(m_pBody->dtdName, m_pBody->dtdPath));
+    CXMLNode* root = m_pBody->root;
     if (root != nullptr) {
         CopyContent(root, clone->CreateRoot(root->GetTagName()));
     }
@@ -109,14 +108,14 @@ void CXMLDocument::SetDTDRef(const char* dtdName, const char* dtdPath) {
     SetReference(m_pBody, dtdName, dtdPath);
 }
 
-const char* CXMLDocument::GetDTDName() { return m_pBody->m_pDTDName; }
+const char* CXMLDocument::GetDTDName() { return m_pBody->dtdName; }
 
-const char* CXMLDocument::GetDTDPath() { return m_pBody->m_pDTDPath; }
+const char* CXMLDocument::GetDTDPath() { return m_pBody->dtdPath; }
 
 CXMLNode** CXMLDocument::GetNodes(const char* path) {
-    CXMLNode** result = m_pBody->m_Result;
+    CXMLNode** result = m_pBody->result;
     result[0] = nullptr;
-    CXMLNode* root = m_pBody->m_pRoot;
+    CXMLNode* root = m_pBody->root;
     if (root == nullptr || IsNothing(path)) {
         return result;
     }

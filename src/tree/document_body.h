@@ -9,11 +9,11 @@
 namespace norvask {
 
 struct SDocumentBody {
-    std::uint32_t m_nOwners;  // documents that show this body
-    CXMLNode* m_pRoot;        // made by NewRoot, so its memory is the document's; or NULL
-    char* m_pDTDName;         // both DTD strings are set and not empty, or both are NULL
-    char* m_pDTDPath;
-    CXMLNode* m_Result[2];
+    std::uint32_t owners;  // documents that show this body
+    CXMLNode* root;        // made by NewRoot, so its memory is the document's; or NULL
+    char* dtdName;         // both DTD strings are set and not empty, or both are NULL
+    char* dtdPath;
+    CXMLNode* result[2];
 };
 
 class CDocumentAccess {

@@ -1,11 +1,11 @@
-// CXMLNode: its beginning, its copies, and what it answers about itself.
+// CXMLNode: construction, copies, and what it returns of itself.
 #include "norvask/node.h"
 
 #include <cstring>
 
-#include "foundation/text_rules.h"
-#include "tree/attribute_access.h"
+#include "foundation/errors.h"
 #include "tree/attribute_array.h"
+#include "tree/attribute_strings.h"
 #include "tree/child_array.h"
 #include "tree/node_ending.h"
 #include "tree/tree_building.h"
@@ -14,12 +14,6 @@ namespace norvask {
 namespace {
 
 CXMLNode* const NO_CHILDREN[] = {nullptr};
-
-// The body if the node is an element, NULL for leaves.
-SElementBody* ElementOrNull(const CXMLNode* node) noexcept {
-    SNodeBody* body = CNodeAccess::BodyOf(node);
-    return body->m_nKind == CXMLNode::NODE_ELEMENT ? static_cast<SElementBody*>(body) : nullptr;
-}
 
 }  // namespace
 
@@ -31,85 +25,89 @@ CXMLNode::CXMLNode(const char* name, CXMLNode* parent)
 // A copy is an object outside of any block, whatever its source is.
 CXMLNode::CXMLNode(const CXMLNode& other)
     : m_nBody(CNodeAccess::Number(
-          ElementOrNull(&other) != nullptr
+          CNodeAccess::ElementOrNull(&other) != nullptr
               ? CNodeAccess::ShareBody(&other)
-              : CNodeAccess::NewDerivedElement("", CNodeAccess::BodyOf(&other)->m_pParent))) {}
+              : CNodeAccess::NewDerivedElement("", CNodeAccess::BodyOf(&other)->parent))) {}
 
-// Objects outside of blocks own the memory of the body that they show, objects in blocks that of bodies in
-// other memories.
+// Objects outside of blocks retain the tree of the body that they show, objects in blocks that of a body in another
+// tree.
 CXMLNode& CXMLNode::operator=(const CXMLNode& other) noexcept {
-    SNodeBody* old = CNodeAccess::BodyOf(this);
-    SNodeBody* shown = CNodeAccess::BodyOf(&other);
+    SNodeBody* const old = CNodeAccess::BodyOf(this);
+    SNodeBody* const shown = CNodeAccess::BodyOf(&other);
     if (old == shown) {
         return *this;
     }
-    if (old->m_nKind != shown->m_nKind) {
-        old->m_pParent = shown->m_pParent;
+    if (old->kind != shown->kind) {
+        old->parent = shown->parent;
         return *this;
     }
-    CTreeMemory* home = nullptr;
+    CTree* home = nullptr;
     if (CNodeAccess::ObjectOf(this) != EObject::DERIVED) {
-        home = &MemoryOf(CNodeAccess::OwnBodyOf(this));
-        home->Note(CTreeMemory::HOLDS_OTHERS);
+        home = &TreeOf(CNodeAccess::OwnBodyOf(this));
+        home->Note(CTree::HOLDS_OTHERS);
     }
-    ++shown->m_nOwners;
-    if (&MemoryOf(shown) != home) {
-        MemoryOf(shown).AddOwner();
+    ++shown->owners;
+    if (&TreeOf(shown) != home) {
+        TreeOf(shown).Retain();
     }
+    const bool wasParent = CNodeAccess::IsParent(this);
     CNodeAccess::SetBody(this, shown);
 
-    CTreeMemory& left = MemoryOf(old);
-    LeaveBody(old, this, true);
+    CTree& left = TreeOf(old);
+    LeaveBody(old, this, wasParent, nullptr);
     if (&left != home) {
-        left.ReleaseOwner();
+        left.Release();
     }
     return *this;
 }
 
 const char* CXMLNode::GetTagName() {
-    const SElementBody* body = ElementOrNull(this);
-    return body == nullptr ? "" : body->m_pName;
+    const SElementBody* body = CNodeAccess::ElementOrNull(this);
+    return body == nullptr ? "" : body->name.Text();
 }
 
 CXMLNode** CXMLNode::GetChildren() {
-    SElementBody* body = ElementOrNull(this);
+    SElementBody* body = CNodeAccess::ElementOrNull(this);
     if (body == nullptr) {
         return const_cast<CXMLNode**>(NO_CHILDREN);
     }
-    MemoryOf(body).Note(CTreeMemory::CHILDREN_SHOWN);
+    TreeOf(body).Note(CTree::CHILDREN_SHOWN);
     return ChildSlots(body);
 }
 
 CXMLNode* CXMLNode::GetFirstChild() {
-    SElementBody* body = ElementOrNull(this);
+    SElementBody* body = CNodeAccess::ElementOrNull(this);
     return body == nullptr ? nullptr : ChildSlots(body)[0];
 }
 
 CXMLAttribut** CXMLNode::GetAttributes() {
-    const SElementBody* body = ElementOrNull(this);
+    const SElementBody* body = CNodeAccess::ElementOrNull(this);
     return body == nullptr ? NoAttributes() : AttributeSlots(body);
 }
 
 const char* CXMLNode::GetAttributeValue(const char* name) {
-    SElementBody* body = ElementOrNull(this);
+    SElementBody* body = CNodeAccess::ElementOrNull(this);
     if (body == nullptr || name == nullptr) {
         return "";
     }
-    const CXMLAttribut* attribute = FindAttribute(body, name, std::strlen(name));
-    return attribute == nullptr ? "" : CAttributeAccess::Value(attribute);
+    const CXMLAttribut* const attribute = FindAttribute(body, name);
+    return attribute == nullptr ? "" : CAttributeAccess::Value(attribute).Text();
 }
 
 void CXMLNode::SetAttribute(const char* name, const char* value) {
-    SElementBody* body = RequireElement(this);
-    RequireValidName(MemoryOf(body), name);
-    SetValidAttribute(body, name, std::strlen(name), value,
-                      value == nullptr ? 0 : std::strlen(value));
+    SElementBody* const body = RequireElement(this);
+    if (name == nullptr) {
+        ThrowInvalidName(nullptr);
+    }
+    const SNameLookUp lookUp = TreeOf(body).Names().LookUp(name, std::strlen(name));
+    const unsigned int known = lookUp.IsName() ? 0 : RequireName(name).known;
+    norvask::SetAttribute(body, lookUp, known, JudgeText(value));
 }
 
 CXMLNode::NodeType CXMLNode::GetNodeType() { return NODE_ELEMENT; }
 
-CXMLNode* CXMLNode::GetParentNode() { return CNodeAccess::BodyOf(this)->m_pParent; }
+CXMLNode* CXMLNode::GetParentNode() { return CNodeAccess::BodyOf(this)->parent; }
 
-void CXMLNode::IncreaseChildArray() { ReserveOneChild(RequireElement(this)); }
+void CXMLNode::IncreaseChildArray() { ReserveLastChild(RequireElement(this)); }
 
 }  // namespace norvask

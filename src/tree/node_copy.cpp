@@ -1,19 +1,17 @@
 // CXMLNode: copying subtrees.
 //
-// The walk keeps its own stack. Where both the source and the copy are objects of the library the copy is built
-// directly; wherever one of them is of a derived class, its virtual operations are called.
+// Where both the source and the copy are objects of the library the copy is built directly; wherever one of them is of
+// a derived class, its virtual operations are called.
 #include "tree/node_copy.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
-#include <vector>
 
 #include "foundation/errors.h"
-#include "tree/attribute_access.h"
 #include "tree/attribute_array.h"
-#include "tree/child_array.h"
+#include "tree/attribute_strings.h"
 #include "tree/tree_building.h"
+#include "tree/walk.h"
 
 namespace norvask {
 namespace {
@@ -46,25 +44,25 @@ struct SCopyUnderWay {
 };
 thread_local const SCopyUnderWay* SCopyUnderWay::s_pInnermost = nullptr;
 
-// Names of the source's memory and the same names of the copy's, so that a repeated name is looked up once.
-// Holds no use of either, so it must forget them whenever somebody else's code may have released a name.
+// Names of the source's tree and the same names of the copy's, so that a repeated name is looked up once. Has no use of
+// either, so it must forget them whenever somebody else's code may have released a name.
 class CNameMemo {
 public:
-    explicit CNameMemo(CTreeMemory* memory) noexcept : m_pMemory(memory) {}
+    explicit CNameMemo(CTree* tree) noexcept : m_pTree(tree) {}
 
-    // The name in the copy's memory, with one more use. `name` is a valid name of the source's memory.
-    const char* Acquire(const char* name) {
+    // One use of the name in the copy's tree. `name` is one of the source's tree. Throws as UseValidName.
+    CNameUse Use(CTreeString name) {
         if (m_pEntries == nullptr) {
             m_pEntries.reset(new SEntry[ENTRIES]());
         }
-        SEntry& entry = m_pEntries[(reinterpret_cast<std::uintptr_t>(name) >> 4) % ENTRIES];
+        SEntry& entry = m_pEntries[(reinterpret_cast<std::uintptr_t>(name.Text()) >> 4) % ENTRIES];
         if (entry.source == name) {
-            CNameTable::AddUse(entry.copy);
-        } else {
-            entry.copy = AcquireValidName(*m_pMemory, name);
-            entry.source = name;
+            return CNameUse::Another(entry.copy);
         }
-        return entry.copy;
+        CNameUse use = name.Is(KNOWN_NAME) ? m_pTree->Names().Use(name.Known())
+                                           : UseValidName(*m_pTree, name.Text());
+        entry = {name, use.Name()};
+        return use;
     }
 
     void Forget() noexcept {
@@ -76,51 +74,32 @@ public:
 private:
     static const std::size_t ENTRIES = 64;
     struct SEntry {
-        const char* source;
-        const char* copy;
+        CTreeString source;  // the constant "", which is no name of a tree, where there is none
+        CTreeString copy;
     };
-    CTreeMemory* m_pMemory;
+    CTree* m_pTree;
     std::unique_ptr<SEntry[]> m_pEntries;  // not on the stack, where copies of derived objects nest
 };
 
-// Whether an element's attributes can be copied without looking for equal names.
-bool HasPlainAttributes(SElementBody* source) noexcept {
-    return !MemoryOf(source).Happened(CTreeMemory::ATTRIBUTE_RENAMED);
-}
-
-void CopyPlainAttributes(SElementBody* copy, SElementBody* source, CNameMemo& names) {
+// Attributes that an element was given by SetAttribute: no two have one name, and all are names of the tree.
+void CopyPlainAttributes(SElementBody* copy, const SElementBody* source, CNameMemo& names) {
     const std::uint32_t count = AttributeCount(source);
     if (count == 0) {
         return;
     }
     ReserveAttributes(copy, count);
-    CTreeMemory& memory = MemoryOf(copy);
     for (CXMLAttribut** slots = AttributeSlots(source); *slots != nullptr; ++slots) {
-        const char* value = CAttributeAccess::Value(*slots);
-        if (*value == '\0') {
-            continue;
-        }
-        const char* name = names.Acquire(CAttributeAccess::Name(*slots));
-        try {
-            AppendAttribute(copy, name, value, LengthOf(value), HasFlag(value, STRING_UTF8));
-        } catch (...) {
-            memory.Names().Release(memory, name);
-            throw;
+        const SKnownText value = CAttributeAccess::Value(*slots).Known();
+        if (!value.IsEmpty()) {
+            AppendAttribute(copy, names.Use(CAttributeAccess::Name(*slots)), value);
         }
     }
 }
 
-// An element whose children are being copied.
-struct SLevel {
-    CXMLNode* source;
-    CXMLNode* copy;
-    std::uint32_t next;
-};
-
 class CSubtreeCopy {
 public:
-    explicit CSubtreeCopy(CTreeMemory* memory) noexcept
-        : m_Names(memory), m_pUnderWay(SCopyUnderWay::s_pInnermost) {}
+    explicit CSubtreeCopy(CTree* tree) noexcept
+        : m_Names(tree), m_pUnderWay(SCopyUnderWay::s_pInnermost) {}
 
     // Copies the children of the source below the copy, and everything below them.
     void CopyBelow(CXMLNode* source, CXMLNode* copy);
@@ -132,15 +111,15 @@ private:
 
     CNameMemo m_Names;
     const SCopyUnderWay* const m_pUnderWay;
-    std::vector<SLevel> m_Levels;
+    CWalk<CXMLNode*> m_Walk;  // through the source; each level with its copy
 };
 
 void CSubtreeCopy::CopyAttributes(CXMLNode* source, CXMLNode* copy) {
     if (IsOwn(source, EObject::ELEMENT) && IsOwn(copy, EObject::ELEMENT)) {
-        SElementBody* from = CNodeAccess::ElementOf(source);
-        SElementBody* to = CNodeAccess::ElementOf(copy);
+        const SElementBody* const from = CNodeAccess::ElementOf(source);
+        SElementBody* const to = CNodeAccess::ElementOf(copy);
         // An override may have given the copy attributes already.
-        if (HasPlainAttributes(from) && AttributeCount(to) == 0) {
+        if (!TreeOf(from).Happened(CTree::ATTRIBUTE_RENAMED) && AttributeCount(to) == 0) {
             CopyPlainAttributes(to, from, m_Names);
             return;
         }
@@ -162,7 +141,7 @@ void CSubtreeCopy::Descend(CXMLNode* source, CXMLNode* copy) {
                 ReserveChildren(CNodeAccess::ElementOf(copy), count);
             }
         }
-        m_Levels.push_back({source, copy, 0});
+        m_Walk.Enter(source, copy);
         return;
     }
     for (std::uint32_t i = 0; CXMLNode* child = source->GetChildren()[i]; ++i) {
@@ -177,25 +156,18 @@ void CSubtreeCopy::Descend(CXMLNode* source, CXMLNode* copy) {
 void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
     switch (CNodeAccess::ObjectOf(source)) {
         case EObject::ELEMENT: {
-            const char* name = CNodeAccess::ElementOf(source)->m_pName;
-            CTreeMemory& memory = MemoryOf(CNodeAccess::BodyOf(parent));
-            CXMLNode* copy =
-                AddElement(parent,
-                           HasFlag(name, STRING_VALID) ? m_Names.Acquire(name)
-                                                       : AcquireValidName(memory, name),
-                           nullptr);
+            CXMLNode* const copy =
+                AddElement(parent, m_Names.Use(CNodeAccess::ElementOf(source)->name), nullptr);
             CopyAttributes(source, copy);
             Descend(source, copy);
             break;
         }
-        case EObject::TEXT: {
-            const char* text = CNodeAccess::TextOf(source)->m_pText;
-            AddText(parent, text, LengthOf(text), HasFlag(text, STRING_UTF8));
+        case EObject::TEXT:
+            AddText(parent, CNodeAccess::TextOf(source)->text.Known());
             break;
-        }
         case EObject::BINARY: {
-            const SBinaryBody* from = CNodeAccess::BinaryOf(source);
-            AddBinary(parent)->SetData(from->m_pData, from->m_nLength);
+            const SBinaryBody* const from = CNodeAccess::BinaryOf(source);
+            AddBinary(parent)->SetData(from->data, from->length);
             break;
         }
         default:
@@ -207,19 +179,14 @@ void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
 
 void CSubtreeCopy::CopyBelow(CXMLNode* source, CXMLNode* copy) {
     Descend(source, copy);
-    while (!m_Levels.empty()) {
-        SLevel& level = m_Levels.back();
-        CXMLNode** children = IsOwn(level.source, EObject::ELEMENT)
-                                  ? ChildSlots(CNodeAccess::ElementOf(level.source))
-                                  : level.source->GetChildren();
-        CXMLNode* child = children[level.next];
+    while (!m_Walk.IsDone()) {
+        CXMLNode* const from = m_Walk.Innermost().node;
+        CXMLNode* const child =
+            IsOwn(from, EObject::ELEMENT) ? m_Walk.Next() : m_Walk.Next(from->GetChildren());
         if (child == nullptr) {
-            m_Levels.pop_back();
-            continue;
-        }
-        ++level.next;
-        if (!SCopyUnderWay::Has(m_pUnderWay, child)) {
-            CopyOne(child, level.copy);
+            m_Walk.Leave();
+        } else if (!SCopyUnderWay::Has(m_pUnderWay, child)) {
+            CopyOne(child, m_Walk.Innermost().own);
         }
     }
 }
@@ -227,7 +194,7 @@ void CSubtreeCopy::CopyBelow(CXMLNode* source, CXMLNode* copy) {
 }  // namespace
 
 void CopyContent(CXMLNode* source, CXMLNode* copy) {
-    CSubtreeCopy copying(&MemoryOf(CNodeAccess::BodyOf(copy)));
+    CSubtreeCopy copying(&TreeOf(CNodeAccess::BodyOf(copy)));
     copying.CopyAttributes(source, copy);
     copying.CopyBelow(source, copy);
 }
@@ -236,24 +203,26 @@ CXMLNode* CXMLNode::CopyChild(CXMLNode* source, CXMLNode* before) {
     if (source == nullptr) {
         ThrowInvalidParameter();
     }
-    // The kind of a body is that of its object's class, and unlike its run-time type it is also there when the
-    // class was compiled without type information.
-    switch (CNodeAccess::BodyOf(source)->m_nKind) {
+    // The kind of a body is that of its object's class, and unlike its run-time type it is also there when the class
+    // was compiled without type information.
+    switch (CNodeAccess::BodyOf(source)->kind) {
         case NODE_TEXT:
             return CreateTextChild(static_cast<CXMLTextNode*>(source)->GetText());
         case NODE_BINARY: {
-            CXMLBinNode* copy = CreateBinChild();
-            const unsigned char* data = nullptr;
-            std::size_t length = 0;
-            static_cast<CXMLBinNode*>(source)->GetData(data, length);
-            copy->SetData(data, length);
+            CXMLBinNode* const copy = CreateBinChild();
+            if (copy != nullptr) {  // an override may have made nothing
+                const unsigned char* data = nullptr;
+                std::size_t length = 0;
+                static_cast<CXMLBinNode*>(source)->GetData(data, length);
+                copy->SetData(data, length);
+            }
             return copy;
         }
         default:
             break;
     }
     CXMLNode* copy = CreateChild(source->GetTagName(), before);
-    if (copy != nullptr) {  // an override may have made nothing
+    if (copy != nullptr) {
         const SCopyUnderWay underWay(copy);
         CopyContent(source, copy);
     }

@@ -1,8 +1,5 @@
 // CXMLNode: adding, removing and renaming, and the text of simple elements.
-#include <cstring>
-
 #include "foundation/errors.h"
-#include "foundation/text_rules.h"
 #include "norvask/node.h"
 #include "tree/child_array.h"
 #include "tree/node_ending.h"
@@ -11,41 +8,34 @@
 namespace norvask {
 
 void CXMLNode::DeleteChild(CXMLNode* child) {
-    if (child == nullptr || CNodeAccess::BodyOf(this)->m_nKind != NODE_ELEMENT) {
+    SElementBody* const body = CNodeAccess::ElementOrNull(this);
+    if (child == nullptr || body == nullptr) {
         return;
     }
-    SElementBody* body = CNodeAccess::ElementOf(this);
-    CXMLNode** slots = ChildSlots(body);
-    for (std::uint32_t i = 0; slots[i] != nullptr; ++i) {
-        if (slots[i] == child) {
-            // Out of the array first, so that no override meets a child that is ending.
-            RemoveChildAt(body, i);
-            EndNode(child);
-            return;
-        }
+    const std::uint32_t used = ChildrenUsed(body);
+    const std::uint32_t index = FindSlot(ChildSlots(body), used, child);
+    if (index != used - 1) {
+        // Out of the array first, so that no override meets a child that is being destroyed.
+        RemoveChild(body, index);
+        DestroyNode(child);
     }
 }
 
 void CXMLNode::SetTagName(const char* name) {
-    SElementBody* body = RequireElement(this);
-    CTreeMemory& memory = MemoryOf(body);
-    const char* renamed = AcquireValidName(memory, name);
-    memory.Names().Release(memory, body->m_pName);
-    body->m_pName = renamed;
+    SElementBody* const body = RequireElement(this);
+    CNameUse renamed = UseValidName(TreeOf(body), name);
+    const CNameUse old = CNameUse::Adopt(body->name);
+    body->name = renamed.Keep();
 }
 
 CXMLNode* CXMLNode::CreateChild(const char* name, CXMLNode* before) {
-    CTreeMemory& memory = MemoryOf(RequireElement(this));
-    return AddElement(this, AcquireValidName(memory, name), before);
+    CTree& tree = TreeOf(RequireElement(this));
+    return AddElement(this, UseValidName(tree, name), before);
 }
 
 CXMLTextNode* CXMLNode::CreateTextChild(const char* text) {
     RequireElement(this);
-    if (text == nullptr) {
-        text = "";
-    }
-    const bool isUtf8 = CheckWritable(text);
-    return AddText(this, text, std::strlen(text), isUtf8);
+    return AddText(this, RequireWritable(text));
 }
 
 CXMLBinNode* CXMLNode::CreateBinChild() {

@@ -1,94 +1,111 @@
+// Destroying nodes. Objects share bodies by copy and assignment, so an object and the body that was made behind it in
+// one block may end at different times:
+//
+//   the object   shows                        it is destroyed                    and then
+//   derived      any body                     by its destructor, which           -
+//                                             leaves the body
+//   in a block   a body that others show too  by leaving the body                its own block goes, if nobody
+//                                                                                shows its own body any more
+//   in a block   its own body, alone          with the children, the content,    -
+//                                             and the block
+//   in a block   another body, alone          with the children, the content,    as above
+//                                             and that body's block, if the
+//                                             object of that block is gone
+//
+// A body keeps its last owner until its children are destroyed: the objects that go on the way may include the one in
+// whose block the body lies (BODY_OBJECT_GONE), and then the block goes last. They may also be of derived classes and
+// share the body once more, and then it stays.
+//
+// Children are destroyed in the order of the array, each with what is below it, before their parent. The walk goes
+// down and comes up again through the parent pointers, and takes each child out of the array before it touches it; so
+// it needs no memory, whatever the depth, and nobody meets a child that is being destroyed.
 #include "tree/node_ending.h"
 
-#include "tree/attribute_access.h"
 #include "tree/attribute_array.h"
+#include "tree/attribute_strings.h"
 #include "tree/child_array.h"
-#include "tree/tree_string.h"
 
 namespace norvask {
 namespace {
 
 // What may have happened to a tree that its memory cannot simply be dropped.
-const unsigned int NEEDS_WALK = CTreeMemory::CHILDREN_SHOWN | CTreeMemory::HOLDS_OTHERS;
+const unsigned int NEEDS_WALK = CTree::CHILDREN_SHOWN | CTree::HOLDS_OTHERS;
 
 void FreeBlock(CXMLNode* node, const SNodeBody* own) noexcept {
-    MemoryOf(own).FreeTagged(node, CNodeAccess::BlockSize(own->m_nKind), PageOf(own));
+    TreeOf(own).Arena().FreeTagged(node, CNodeAccess::BlockSize(own->kind), PageOf(own));
 }
 
-// Children of which the parent ends, while copies of it go on showing them.
+// Children of which the parent is destroyed, while copies of it go on showing them.
 void Orphan(SNodeBody* body, const CXMLNode* parent) noexcept {
-    if (body->m_nKind != CXMLNode::NODE_ELEMENT) {
+    if (body->kind != CXMLNode::NODE_ELEMENT) {
         return;
     }
-    CXMLNode** slots = ChildSlots(static_cast<SElementBody*>(body));
-    for (; *slots != nullptr; ++slots) {
-        SNodeBody* child = CNodeAccess::BodyOf(*slots);
-        if (child->m_pParent == parent) {
-            child->m_pParent = nullptr;
+    for (CXMLNode** slots = ChildSlots(static_cast<SElementBody*>(body)); *slots != nullptr;
+         ++slots) {
+        SNodeBody* const child = CNodeAccess::BodyOf(*slots);
+        if (child->parent == parent) {
+            child->parent = nullptr;
         }
     }
 }
 
-// The memory of a body that nobody shows any more; of one in a block only if its object has ended too.
+// The memory of a body that nobody shows any more; of one in a block only if its object is gone too.
 void FreeBody(SNodeBody* body) noexcept {
     if (!HasFlag(body, BODY_IN_BLOCK)) {
-        CTreeMemory& memory = MemoryOf(body);
-        std::size_t size = sizeof(SElementBody);
-        if (body->m_nKind != CXMLNode::NODE_ELEMENT) {
-            size = sizeof(SDerivedLeafBody);
-            FreeExtras(memory, reinterpret_cast<SDerivedLeafBody*>(body)->m_pExtras);
-        }
-        memory.FreeTagged(body, size, PageOf(body));
+        TreeOf(body).Arena().FreeTagged(body, CNodeAccess::DerivedBodySize(body->kind),
+                                        PageOf(body));
     } else if (HasFlag(body, BODY_OBJECT_GONE)) {
-        FreeBlock(reinterpret_cast<CXMLNode*>(body) - 1, body);
+        FreeBlock(CNodeAccess::BlockOf(body), body);
     }
 }
 
-// The block of an object that ends while it shows the body of another object.
-void LeaveOwnBlock(CXMLNode* node, SNodeBody* own) noexcept {
+// The block of an object that is destroyed, if nobody shows the body in it.
+void LeaveOwnBlock(CXMLNode* node, SNodeBody* own, const CTree* dying) noexcept {
     SetFlag(own, BODY_OBJECT_GONE);
-    if (own->m_nOwners == 0) {
+    if (own->owners == 0 && &TreeOf(own) != dying) {
         FreeBlock(node, own);
     }
 }
 
-// An object stops showing a body that lies in another memory than its own.
-void LeaveMemory(CTreeMemory& shown, const SNodeBody* own) noexcept {
-    if (&shown != &MemoryOf(own)) {
-        shown.ReleaseOwner();
+// An object in a block stops showing a body that lies in another tree than its own.
+void LeaveTree(CTree& shown, const SNodeBody* own) noexcept {
+    if (&shown != &TreeOf(own)) {
+        shown.Release();
     }
 }
 
-// Ends a node that a walk cannot step into: an object of a derived class, or one whose body others show too.
-// Answers false for a node that it can.
-bool EndAtOnce(CXMLNode* node) noexcept {
+// Destroys a node that a walk cannot step into: an object of a derived class, or one whose body others show too.
+// Returns false for a node that it can.
+bool DestroyAtOnce(CXMLNode* node, const CTree* dying) noexcept {
     if (CNodeAccess::ObjectOf(node) == EObject::DERIVED) {
         CNodeAccess::Destroy(node);
         return true;
     }
-    SNodeBody* shown = CNodeAccess::BodyOf(node);
-    if (shown->m_nOwners == 1) {
+    SNodeBody* const shown = CNodeAccess::BodyOf(node);
+    if (shown->owners == 1) {
         return false;
     }
-    SNodeBody* own = CNodeAccess::OwnBodyOf(node);
-    shown->m_pParent = nullptr;  // the parent may be ending too, and the copies go on
-    LeaveBody(shown, node, true);
-    LeaveMemory(MemoryOf(shown), own);
-    LeaveOwnBlock(node, own);
+    SNodeBody* const own = CNodeAccess::OwnBodyOf(node);
+    CTree& tree = TreeOf(shown);
+    shown->parent = nullptr;  // the parent may be going too, and the copies go on
+    LeaveBody(shown, node, CNodeAccess::IsParent(node), dying);
+    LeaveTree(tree, own);
+    LeaveOwnBlock(node, own, dying);
     return true;
 }
 
 // What a body holds besides its children.
-void EndContent(SNodeBody* body, bool reuse) noexcept {
-    CTreeMemory& memory = MemoryOf(body);
-    switch (body->m_nKind) {
+void DestroyContent(SNodeBody* body, const CTree* dying) noexcept {
+    CTree& tree = TreeOf(body);
+    const bool goesOn = &tree != dying;
+    switch (body->kind) {
         case CXMLNode::NODE_ELEMENT: {
-            SElementBody* element = static_cast<SElementBody*>(body);
-            if (reuse) {
+            SElementBody* const element = static_cast<SElementBody*>(body);
+            if (goesOn) {
                 FreeAttributes(element);
                 FreeChildArray(element);
-                memory.Names().Release(memory, element->m_pName);
-            } else if (memory.Happened(CTreeMemory::HOLDS_OTHERS)) {
+                CNameUse::Adopt(element->name);
+            } else if (tree.Happened(CTree::HOLDS_OTHERS)) {
                 for (CXMLAttribut** slots = AttributeSlots(element); *slots != nullptr; ++slots) {
                     CAttributeAccess::ReleaseHeld(*slots);
                 }
@@ -96,66 +113,60 @@ void EndContent(SNodeBody* body, bool reuse) noexcept {
             break;
         }
         case CXMLNode::NODE_TEXT:
-            if (reuse) {
-                FreeTreeString(memory, static_cast<STextBody*>(body)->m_pText);
+            if (goesOn) {
+                FreeTreeString(static_cast<STextBody*>(body)->text);
             }
             break;
         default: {
-            const SBinaryBody* binary = static_cast<SBinaryBody*>(body);
-            if (reuse && binary->m_pData != nullptr) {
-                memory.FreePlain(binary->m_pData, binary->m_nLength);
+            const SBinaryBody* const binary = static_cast<SBinaryBody*>(body);
+            if (goesOn && binary->data != nullptr) {
+                tree.Arena().FreePlain(binary->data, binary->length);
             }
             break;
         }
     }
-}
-
-// The end of a node of which the children have ended.
-void EndStepped(CXMLNode* node, bool reuse) noexcept {
-    SNodeBody* shown = CNodeAccess::BodyOf(node);
-    SNodeBody* own = CNodeAccess::OwnBodyOf(node);
-    shown->m_nOwners = 0;
-    EndContent(shown, reuse);
-    if (shown != own) {
-        CTreeMemory& memory = MemoryOf(shown);
-        FreeBody(shown);
-        LeaveMemory(memory, own);
-        LeaveOwnBlock(node, own);
-    } else if (reuse) {
-        FreeBlock(node, own);
+    if (goesOn && body->kind != CXMLNode::NODE_ELEMENT && !HasFlag(body, BODY_IN_BLOCK)) {
+        FreeResult(tree.Arena(), ResultOfDerivedLeaf(body));
     }
 }
 
-// Children end in array order, each with what is below it, before their parent. The walk goes down and up
-// through the parent pointers and counts in m_nOwners, which is 1 and of no more use, the children that it has
-// ended; so it takes no memory, whatever the depth.
-void EndWalk(CXMLNode* top, bool reuse) noexcept {
-    if (EndAtOnce(top)) {
+// The end of a node of which the children are destroyed.
+void DestroyStepped(CXMLNode* node, const CTree* dying) noexcept {
+    SNodeBody* const shown = CNodeAccess::BodyOf(node);
+    SNodeBody* const own = CNodeAccess::OwnBodyOf(node);
+    CTree& tree = TreeOf(shown);
+    if (--shown->owners == 0) {
+        DestroyContent(shown, dying);
+        if (shown != own) {
+            FreeBody(shown);
+        }
+    }
+    LeaveTree(tree, own);
+    LeaveOwnBlock(node, own, dying);
+}
+
+CXMLNode* TakeChildOf(SNodeBody* body) noexcept {
+    return body->kind == CXMLNode::NODE_ELEMENT ? TakeFirstChild(static_cast<SElementBody*>(body))
+                                                : nullptr;
+}
+
+void Destroy(CXMLNode* top, const CTree* dying) noexcept {
+    if (DestroyAtOnce(top, dying)) {
         return;
     }
     CXMLNode* node = top;
-    SNodeBody* body = CNodeAccess::BodyOf(node);
-    body->m_nOwners = 0;
     for (;;) {
-        CXMLNode* child = nullptr;
-        if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
-            child = ChildSlots(static_cast<SElementBody*>(body))[body->m_nOwners];
-        }
+        SNodeBody* const body = CNodeAccess::BodyOf(node);
+        CXMLNode* const child = TakeChildOf(body);
         if (child == nullptr) {
-            CXMLNode* above = node == top ? nullptr : body->m_pParent;
-            EndStepped(node, reuse);
+            CXMLNode* const above = node == top ? nullptr : body->parent;
+            DestroyStepped(node, dying);
             if (above == nullptr) {
                 return;
             }
             node = above;
-            body = CNodeAccess::BodyOf(node);
-            continue;
-        }
-        ++body->m_nOwners;
-        if (!EndAtOnce(child)) {
-            body = CNodeAccess::BodyOf(child);
-            body->m_pParent = node;
-            body->m_nOwners = 0;
+        } else if (!DestroyAtOnce(child, dying)) {
+            CNodeAccess::BodyOf(child)->parent = node;
             node = child;
         }
     }
@@ -163,40 +174,43 @@ void EndWalk(CXMLNode* top, bool reuse) noexcept {
 
 }  // namespace
 
-void LeaveBody(SNodeBody* body, const CXMLNode* object, bool reuse) noexcept {
-    if (--body->m_nOwners != 0) {
-        Orphan(body, object);
+void LeaveBody(SNodeBody* body, const CXMLNode* object, bool wasParent,
+               const CTree* dying) noexcept {
+    if (body->owners != 1) {
+        --body->owners;
+        if (wasParent) {
+            Orphan(body, object);
+        }
         return;
     }
-    if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
-        for (CXMLNode** slots = ChildSlots(static_cast<SElementBody*>(body)); *slots != nullptr;
-             ++slots) {
-            EndWalk(*slots, reuse);
-        }
+    while (CXMLNode* child = TakeChildOf(body)) {
+        Destroy(child, dying);
     }
-    EndContent(body, reuse);
-    FreeBody(body);
+    if (--body->owners == 0) {
+        DestroyContent(body, dying);
+        FreeBody(body);
+    }
 }
 
-void EndNode(CXMLNode* node) noexcept { EndWalk(node, true); }
+void DestroyNode(CXMLNode* node) noexcept { Destroy(node, nullptr); }
 
-void EndRoot(CXMLNode* root) noexcept {
-    CTreeMemory& memory = MemoryOf(CNodeAccess::OwnBodyOf(root));
-    const bool last = memory.HasOneOwner();
-    if (!last || memory.Happened(NEEDS_WALK)) {
-        EndWalk(root, !last);
+void DestroyRoot(CXMLNode* root) noexcept {
+    CTree& tree = TreeOf(CNodeAccess::OwnBodyOf(root));
+    const bool isLast = tree.HasOneOwner();
+    if (!isLast || tree.Happened(NEEDS_WALK)) {
+        Destroy(root, isLast ? &tree : nullptr);
     }
-    memory.ReleaseOwner();
+    tree.Release();
 }
 
 CXMLNode::~CXMLNode() {
-    SNodeBody* body = CNodeAccess::BodyOf(this);
-    CTreeMemory& memory = MemoryOf(body);
-    const bool last = memory.HasOneOwner();
-    if (!last || body->m_nOwners != 1 || memory.Happened(NEEDS_WALK)) {
-        LeaveBody(body, this, !last);
+    SNodeBody* const body = CNodeAccess::BodyOf(this);
+    CTree& tree = TreeOf(body);
+    const bool isLast = tree.HasOneOwner();
+    if (!isLast || body->owners != 1 || tree.Happened(NEEDS_WALK)) {
+        LeaveBody(body, this, CNodeAccess::IsParent(this), isLast ? &tree : nullptr);
     }
-    memory.ReleaseOwner();
+    tree.Release();
 }
 
 }  // namespace norvask

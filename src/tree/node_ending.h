@@ -1,4 +1,4 @@
-// Internal. How nodes end: iteratively, without allocating, and each thing once.
+// Internal. How nodes are destroyed: without recursion, without allocating, and each thing once.
 #ifndef NORVASK_TREE_NODE_ENDING_H
 #define NORVASK_TREE_NODE_ENDING_H
 
@@ -6,15 +6,17 @@
 
 namespace norvask {
 
-// Ends a node that has been taken out of its child array, with everything below it.
-void EndNode(CXMLNode* node) noexcept;
+// Destroys a node that has been taken out of its child array, with everything below it.
+void DestroyNode(CXMLNode* node) noexcept;
 
-// Ends the root of a document, with everything below it, and the document's ownership of its memory.
-void EndRoot(CXMLNode* root) noexcept;
+// Destroys the root of a document, with everything below it, and releases the document's hold on its tree.
+void DestroyRoot(CXMLNode* root) noexcept;
 
-// An object stops showing a body: the last one ends what the body holds. With `reuse` the memory goes on
-// living and the blocks are given back to it.
-void LeaveBody(SNodeBody* body, const CXMLNode* object, bool reuse) noexcept;
+// An object stops showing a body; the last one destroys what the body holds. `wasParent` tells whether children of the
+// body were made through the object. What lies in `dying`, a tree that is about to be freed as a whole, is not freed
+// one by one; NULL for none.
+void LeaveBody(SNodeBody* body, const CXMLNode* object, bool wasParent,
+               const CTree* dying) noexcept;
 
 }  // namespace norvask
 

@@ -2,238 +2,181 @@
 //
 //   path := step ("/" step)*      a trailing "/" adds nothing
 //
-// A query of an element asks each child that the first step names for the rest, and so on downwards; every
-// element that is asked leaves its part of the answer in its own result array. The walk keeps its own stack,
-// so a path may have as many steps as it likes. Objects of derived classes are asked through their virtual
-// operations.
+// A query of an element asks each child that the first step names for the rest, and so on downwards; every element
+// that is asked leaves its part of the result in its own array. Objects of derived classes are asked through their
+// virtual operations.
 #include <cstring>
 #include <string>
 #include <vector>
 
-#include "foundation/errors.h"
 #include "norvask/node.h"
-#include "tree/attribute_array.h"
-#include "tree/child_array.h"
 #include "tree/node_access.h"
+#include "tree/query_result.h"
+#include "tree/walk.h"
 
 namespace norvask {
 namespace {
 
-CXMLNode* const NO_RESULT[] = {nullptr};
+CArena& ArenaOf(const CXMLNode* node) noexcept { return TreeOf(CNodeAccess::BodyOf(node)).Arena(); }
 
-// Where the extras of a node are kept; NULL for leaves in blocks, which never have any.
-SNodeExtras* ExtrasOrNull(const CXMLNode* node) noexcept {
-    SNodeBody* body = CNodeAccess::BodyOf(node);
-    if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
-        const SAttributeArray* attributes = static_cast<SElementBody*>(body)->m_pAttributes;
-        return attributes == nullptr ? nullptr : attributes->m_pExtras;
-    }
-    return HasFlag(body, BODY_IN_BLOCK) ? nullptr
-                                        : reinterpret_cast<SDerivedLeafBody*>(body)->m_pExtras;
-}
-
-SNodeExtras& MadeExtras(CXMLNode* node) {
-    SNodeBody* body = CNodeAccess::BodyOf(node);
-    if (body->m_nKind == CXMLNode::NODE_ELEMENT) {
-        return ExtrasOf(static_cast<SElementBody*>(body));
-    }
-    // A copy of a leaf in a block shows a body that has no room for a result.
-    if (HasFlag(body, BODY_IN_BLOCK)) {
-        ThrowNotSupportedByLeaf();
-    }
-    SNodeExtras*& extras = reinterpret_cast<SDerivedLeafBody*>(body)->m_pExtras;
-    if (extras == nullptr) {
-        extras = NewExtras(MemoryOf(body));
-    }
-    return *extras;
-}
-
-// The extras with a result array, which has its first capacity when it is new.
-SNodeExtras& MadeResult(CXMLNode* node) {
-    SNodeExtras& extras = MadeExtras(node);
-    if (extras.m_pResult == nullptr) {
-        MakeResult(MemoryOf(CNodeAccess::BodyOf(node)), extras);
-    }
-    return extras;
-}
-
-CXMLNode** ResultOf(const CXMLNode* node) noexcept {
-    const SNodeExtras* extras = ExtrasOrNull(node);
-    return extras == nullptr || extras->m_pResult == nullptr ? const_cast<CXMLNode**>(NO_RESULT)
-                                                             : extras->m_pResult;
-}
-
-void EmptyResult(CXMLNode* node) noexcept {
-    SNodeExtras* extras = ExtrasOrNull(node);
-    if (extras != nullptr && extras->m_pResult != nullptr) {
-        extras->m_pResult[0] = nullptr;
-        extras->m_nResultUsed = 1;
-    }
-}
-
-bool IsFull(const SNodeExtras& extras) noexcept {
-    return extras.m_nResultUsed == extras.m_nResultCapacity;
-}
-
-void Put(SNodeExtras& extras, CXMLNode* found) noexcept {
-    extras.m_pResult[extras.m_nResultUsed - 1] = found;
-    extras.m_pResult[extras.m_nResultUsed] = nullptr;
-    ++extras.m_nResultUsed;
-}
+bool IsFull(const SQueryResult& result) noexcept { return result.used == result.capacity; }
 
 void AddFound(CXMLNode* node, CXMLNode* found) {
     if (CNodeAccess::ObjectOf(node) == EObject::DERIVED) {
         CNodeAccess::AddToQueryResult(node, found);
         return;
     }
-    SNodeExtras* extras = ExtrasOrNull(node);
-    if (extras == nullptr || extras->m_pResult == nullptr) {
-        extras = &MadeResult(node);
+    SQueryResult* result = ResultOrNull(node);
+    if (result == nullptr) {
+        result = &MadeResult(node);
     }
-    if (IsFull(*extras)) {
-        GrowResult(MemoryOf(CNodeAccess::BodyOf(node)), *extras);
+    if (IsFull(*result)) {
+        GrowResult(ArenaOf(node), *result);
     }
-    Put(*extras, found);
+    PutSlot(result->slots, result->used, found);
 }
 
 // A step of the path: the name, and the rest, which is NULL behind the last step.
 //
-// A name of the memory in which the children lie is the same pointer as theirs, so it is looked up once and the
-// names of the children are not looked into.
-struct SStep {
-    explicit SStep(const char* path) noexcept
-        : name(path), length(0), rest(nullptr), memory(nullptr), known(nullptr) {
-        const char* separator = std::strchr(path, '/');
-        length =
+// A name of the tree in which the children lie is the same string as theirs, so it is looked up once and the names of
+// the children are not looked into.
+class CStep {
+public:
+    explicit CStep(const char* path) noexcept
+        : m_pName(path), m_nLength(0), m_pRest(nullptr), m_pTree(nullptr) {
+        const char* const separator = std::strchr(path, '/');
+        m_nLength =
             separator == nullptr ? std::strlen(path) : static_cast<std::size_t>(separator - path);
         if (separator != nullptr && separator[1] != '\0') {
-            rest = separator + 1;
+            m_pRest = separator + 1;
         }
     }
 
-    void LookUpIn(CTreeMemory& children) noexcept {
-        if (memory != &children) {
-            memory = &children;
-            known = children.Names().Find(name, length);
+    const char* Rest() const noexcept { return m_pRest; }
+
+    void LookUpIn(CTree& tree) noexcept {
+        if (m_pTree != &tree) {
+            m_pTree = &tree;
+            m_Known = tree.Names().LookUp(m_pName, m_nLength).name;
         }
     }
 
     bool Names(CXMLNode* node) const {
         switch (CNodeAccess::ObjectOf(node)) {
             case EObject::ELEMENT: {
-                const char* tag = CNodeAccess::ElementOf(node)->m_pName;
-                return tag == known || (memory->Happened(CTreeMemory::HOLDS_OTHERS) && Equals(tag));
+                const CTreeString tag = CNodeAccess::ElementOf(node)->name;
+                return tag == m_Known ||
+                       (m_pTree->Happened(CTree::HOLDS_OTHERS) && tag.Equals(m_pName, m_nLength));
             }
-            case EObject::DERIVED:
-                return Equals(node->GetTagName());
+            case EObject::DERIVED: {
+                const char* const tag = node->GetTagName();
+                return std::strncmp(tag, m_pName, m_nLength) == 0 && tag[m_nLength] == '\0';
+            }
             default:
-                return length == 0;
+                return m_nLength == 0;
         }
     }
 
-    const char* name;
-    std::size_t length;
-    const char* rest;
-    CTreeMemory* memory;
-    const char* known;
-
 private:
-    bool Equals(const char* tag) const noexcept {
-        return std::strncmp(tag, name, length) == 0 && tag[length] == '\0';
-    }
+    const char* m_pName;
+    std::size_t m_nLength;
+    const char* m_pRest;
+    CTree* m_pTree;
+    CTreeString
+        m_Known;  // the constant "", which is no name of a tree, when the tree does not have it
 };
 
-// An element that is being asked, and how far.
-struct SAsked {
-    CXMLNode* node;
-    std::uint32_t next;
-};
-
-// The innermost element that is being asked is asked for the step of its depth.
+// The innermost element of the walk is being asked for the step of its depth.
 class CQuery {
 public:
     CQuery(CXMLNode* top, const char* path);
     void Run();
 
 private:
-    void Ask(CXMLNode* node);
-    void Look(SAsked& asked, CXMLNode* child);
-    void HandUp();
-    SStep& Step() noexcept { return m_Steps[m_Stack.size() - 1]; }
+    struct SNothing {};
 
-    std::vector<SAsked> m_Stack;
-    std::vector<SStep> m_Steps;
+    void Ask(CXMLNode* node);
+    void Look(CXMLNode* child);
+    void HandUp();
+    CStep& Step() noexcept { return m_Steps[m_Walk.Depth() - 1]; }
+
+    CWalk<SNothing> m_Walk;
+    std::vector<CStep> m_Steps;
 };
 
 CQuery::CQuery(CXMLNode* top, const char* path) {
     m_Steps.emplace_back(path);
-    while (m_Steps.back().rest != nullptr) {
-        m_Steps.emplace_back(m_Steps.back().rest);
+    while (m_Steps.back().Rest() != nullptr) {
+        m_Steps.emplace_back(m_Steps.back().Rest());
     }
     Ask(top);
 }
 
 void CQuery::Ask(CXMLNode* node) {
-    m_Stack.push_back({node, 0});
-    Step().LookUpIn(MemoryOf(CNodeAccess::BodyOf(node)));
+    m_Walk.Enter(node, {});
+    Step().LookUpIn(TreeOf(CNodeAccess::BodyOf(node)));
 }
 
 void CQuery::Run() {
-    while (!m_Stack.empty()) {
-        SAsked& asked = m_Stack.back();
-        CXMLNode* child = ChildSlots(CNodeAccess::ElementOf(asked.node))[asked.next];
+    while (!m_Walk.IsDone()) {
+        CXMLNode* const child = m_Walk.Next();
         if (child == nullptr) {
             HandUp();
-        } else {
-            ++asked.next;
-            if (Step().Names(child)) {
-                Look(asked, child);
-            }
+        } else if (Step().Names(child)) {
+            Look(child);
         }
     }
 }
 
 // A child that the step names.
-void CQuery::Look(SAsked& asked, CXMLNode* child) {
-    const char* rest = Step().rest;
+void CQuery::Look(CXMLNode* child) {
+    CXMLNode* const asked = m_Walk.Innermost().node;
+    const char* const rest = Step().Rest();
     if (rest == nullptr) {
-        AddFound(asked.node, child);
+        AddFound(asked, child);
     } else if (CNodeAccess::ObjectOf(child) == EObject::ELEMENT) {
-        EmptyResult(child);
+        if (SQueryResult* result = ResultOrNull(child)) {
+            StartResult(ArenaOf(child), *result);
+        }
         Ask(child);
     } else {
         for (CXMLNode** found = child->GetNodes(rest); *found != nullptr; ++found) {
-            AddFound(asked.node, *found);
+            AddFound(asked, *found);
         }
     }
 }
 
 // The element has been asked to the end; the one above it takes over what was found.
 void CQuery::HandUp() {
-    CXMLNode* done = m_Stack.back().node;
-    m_Stack.pop_back();
-    if (!m_Stack.empty()) {
-        for (CXMLNode** found = ResultOf(done); *found != nullptr; ++found) {
-            AddFound(m_Stack.back().node, *found);
+    const SQueryResult* const result = ResultOrNull(m_Walk.Innermost().node);
+    m_Walk.Leave();
+    if (!m_Walk.IsDone() && result != nullptr) {
+        for (CXMLNode** found = result->slots; *found != nullptr; ++found) {
+            AddFound(m_Walk.Innermost().node, *found);
         }
     }
 }
 
+CXMLNode* const NO_RESULT[] = {nullptr};
+
 }  // namespace
 
+// An object that shows the body of a leaf in a block has no array of its own, and cannot find anything.
 CXMLNode** CXMLNode::GetNodes(const char* path) {
-    EmptyResult(this);
-    if (path != nullptr && *path != '\0' && CNodeAccess::BodyOf(this)->m_nKind == NODE_ELEMENT) {
+    SNodeBody* const body = CNodeAccess::BodyOf(this);
+    if (body->kind != NODE_ELEMENT && HasFlag(body, BODY_IN_BLOCK)) {
+        return const_cast<CXMLNode**>(NO_RESULT);
+    }
+    StartResult(ArenaOf(this), MadeResult(this));
+    if (path != nullptr && *path != '\0' && body->kind == NODE_ELEMENT) {
         // A copy: overrides are called on the way, and the path may lie in what they change.
         const std::string copy(path);
         CQuery(this, copy.c_str()).Run();
     }
-    return ResultOf(this);
+    return MadeResult(this).slots;
 }
 
-void CXMLNode::IncQueryResult() {
-    GrowResult(MemoryOf(CNodeAccess::BodyOf(this)), MadeResult(this));
-}
+void CXMLNode::IncQueryResult() { GrowResult(ArenaOf(this), MadeResult(this)); }
 
 void CXMLNode::AddToQueryResult(CXMLNode* node) {
     if (IsFull(MadeResult(this))) {
@@ -242,7 +185,8 @@ void CXMLNode::AddToQueryResult(CXMLNode* node) {
             CXMLNode::IncQueryResult();
         }
     }
-    Put(MadeResult(this), node);
+    SQueryResult& result = MadeResult(this);
+    PutSlot(result.slots, result.used, node);
 }
 
 }  // namespace norvask

@@ -1,22 +1,28 @@
+// CXMLTextNode: its text, and what a leaf refuses.
 #include "norvask/text_node.h"
 
-#include <cstring>
 #include <new>
 
+#include "foundation/base64.h"
 #include "foundation/errors.h"
-#include "foundation/parser_text.h"
-#include "foundation/text_rules.h"
+#include "foundation/known_text.h"
+#include "foundation/shared_block.h"
 #include "foundation/value_text.h"
-#include "norvask/sax_handler.h"
 #include "tree/node_access.h"
-#include "tree/tree_string.h"
 
 namespace norvask {
+namespace {
+
+const char* StoredText(const CXMLTextNode* node) noexcept {
+    return CNodeAccess::TextOf(node)->text.Text();
+}
+
+}  // namespace
 
 CXMLTextNode::CXMLTextNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
 
 CXMLTextNode::CXMLTextNode(const char* text, CXMLNode* parent)
-    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedLeaf(NODE_TEXT, parent))) {
+    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedText(parent))) {
     CXMLTextNode::SetText(text);
 }
 
@@ -36,27 +42,19 @@ void CXMLTextNode::SetTextChildValue(const char*) { ThrowNotSupportedByLeaf(); }
 CXMLNode** CXMLTextNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullptr); }
 
 void CXMLTextNode::SetText(const char* text) {
-    STextBody* body = CNodeAccess::TextOf(this);
-    CTreeMemory& memory = MemoryOf(body);
-    const char* old = body->m_pText;
-    if (text == nullptr || *text == '\0') {
-        body->m_pText = EmptyString();
-        FreeTreeString(memory, old);
-        return;
-    }
-    bool isUtf8 = false;
+    STextBody* const body = CNodeAccess::TextOf(this);
+    // Whatever becomes of it, the old text goes last: the new one may be a part of it.
+    const CTreeString old = body->text;
     try {
-        isUtf8 = CheckWritable(text);
+        body->text = NewTreeString(TreeOf(body), RequireWritable(text));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (...) {  // a text that the parser cannot carry to UTF-8 is not kept
-        body->m_pText = EmptyString();
-        FreeTreeString(memory, old);
+        body->text = CTreeString();
+        FreeTreeString(old);
         throw;
     }
-    // The text may be a part of the old one, which goes last.
-    body->m_pText = NewTreeString(memory, text, std::strlen(text), isUtf8);
-    FreeTreeString(memory, old);
+    FreeTreeString(old);
 }
 
 void CXMLTextNode::SetDateTimeText(int year, int month, int day, int hour, int minute, int second) {
@@ -91,31 +89,30 @@ void CXMLTextNode::SetBinaryText(const unsigned char* data, long length) {
     SetText(text.Get() == nullptr ? "" : text.Get());
 }
 
-const char* CXMLTextNode::GetText() { return CNodeAccess::TextOf(this)->m_pText; }
+const char* CXMLTextNode::GetText() { return StoredText(this); }
 
+// Typed values are read from the stored text, whatever an override of GetText makes of it.
 bool CXMLTextNode::GetDateText(int& year, int& month, int& day) {
-    return CXMLSaxHandler::GetDate(GetText(), year, month, day);
+    return ReadDate(StoredText(this), year, month, day);
 }
 
 bool CXMLTextNode::GetDateTimeText(int& year, int& month, int& day, int& hour, int& minute,
                                    int& second) {
-    return CXMLSaxHandler::GetDateTime(GetText(), year, month, day, hour, minute, second);
+    return ReadDateTime(StoredText(this), year, month, day, hour, minute, second);
 }
 
 bool CXMLTextNode::GetTimeText(int& hour, int& minute, int& second) {
-    return CXMLSaxHandler::GetTime(GetText(), hour, minute, second);
+    return ReadTime(StoredText(this), hour, minute, second);
 }
 
-bool CXMLTextNode::GetDoubleText(double& value) {
-    return CXMLSaxHandler::GetDouble(GetText(), value);
-}
+bool CXMLTextNode::GetDoubleText(double& value) { return ReadDouble(StoredText(this), value); }
 
-bool CXMLTextNode::GetLongText(long& value) { return CXMLSaxHandler::GetLong(GetText(), value); }
+bool CXMLTextNode::GetLongText(long& value) { return ReadLong(StoredText(this), value); }
 
-bool CXMLTextNode::GetBoolText(bool& value) { return CXMLSaxHandler::GetBool(GetText(), value); }
+bool CXMLTextNode::GetBoolText(bool& value) { return ReadBool(StoredText(this), value); }
 
 bool CXMLTextNode::GetBinaryText(unsigned char*& data, std::size_t& length) {
-    return CXMLSaxHandler::GetData(GetText(), data, length);
+    return CSharedBlock::Decode(StoredText(this), data, length);
 }
 
 }  // namespace norvask

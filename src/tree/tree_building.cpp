@@ -1,3 +1,5 @@
+// Everything that adds a node does it here: room in the parent's array first, then the node, so that nothing is half
+// done when there is no memory.
 #include "tree/tree_building.h"
 
 #include <cstdint>
@@ -5,100 +7,84 @@
 #include <new>
 
 #include "foundation/errors.h"
-#include "foundation/text_rules.h"
 #include "tree/child_array.h"
-#include "tree/tree_string.h"
 
 namespace norvask {
 
-const char* AcquireValidName(CTreeMemory& memory, const char* name) {
+CNameUse UseValidName(CTree& tree, const char* name) {
     if (name == nullptr) {
         ThrowInvalidName(nullptr);
     }
-    const std::size_t length = std::strlen(name);
-    const char* known = memory.Names().Find(name, length);
-    if (known != nullptr && HasFlag(known, STRING_VALID)) {
-        CNameTable::AddUse(known);
-        return known;
-    }
-    if (!IsXmlName(name)) {
-        ThrowInvalidName(name);
-    }
-    known = memory.Names().Acquire(memory, name, length);
-    AddFlag(known, STRING_VALID);
-    return known;
+    CNameTable& names = tree.Names();
+    const SNameLookUp lookUp = names.LookUp(name, std::strlen(name));
+    return lookUp.IsName() ? CNameUse::Another(lookUp.name)
+                           : names.Use(lookUp, RequireName(name).known);
 }
 
-void RequireValidName(CTreeMemory& memory, const char* name) {
-    if (name != nullptr) {
-        const char* known = memory.Names().Find(name, std::strlen(name));
-        if ((known != nullptr && HasFlag(known, STRING_VALID)) || IsXmlName(name)) {
-            return;
-        }
-    }
-    ThrowInvalidName(name);
-}
-
-CXMLNode* AddElement(CXMLNode* parent, const char* name, CXMLNode* before) {
-    SElementBody* body = CNodeAccess::ElementOf(parent);
-    CTreeMemory& memory = MemoryOf(body);
+CXMLNode* AddElement(CXMLNode* parent, CNameUse name, const CXMLNode* before) {
+    SElementBody* const body = CNodeAccess::ElementOf(parent);
+    CTree& tree = TreeOf(body);
     CXMLNode* child = nullptr;
-    try {
-        ReserveOneChild(body);
-        child = CNodeAccess::NewElement(memory, name, parent);
-    } catch (...) {
-        memory.Names().Release(memory, name);
-        throw;
-    }
     if (before == nullptr) {
-        AppendReserved(body, child);
+        ReserveLastChild(body);
+        child = CNodeAccess::NewElement(tree, std::move(name), parent);
+        PutLastChild(body, child);
     } else {
-        InsertReserved(body, child, before);
+        const std::uint32_t used = ChildrenUsed(body);
+        const std::uint32_t found = FindSlot(ChildSlots(body), used, before);
+        const std::uint32_t index = found == used - 1 ? 0 : found;
+        ReserveChildSlowly(body, index);
+        child = CNodeAccess::NewElement(tree, std::move(name), parent);
+        PutChild(body, index, child);
     }
+    CNodeAccess::SetParent(parent);
     return child;
 }
 
-CXMLTextNode* AddText(CXMLNode* parent, const char* text, std::size_t length, bool isUtf8) {
-    SElementBody* body = CNodeAccess::ElementOf(parent);
-    ReserveOneChild(body);
-    CXMLTextNode* child = CNodeAccess::NewText(MemoryOf(body), text, length, isUtf8, parent);
-    AppendReserved(body, child);
+CXMLTextNode* AddText(CXMLNode* parent, const SKnownText& text) {
+    SElementBody* const body = CNodeAccess::ElementOf(parent);
+    ReserveLastChild(body);
+    CXMLTextNode* const child = CNodeAccess::NewText(TreeOf(body), text, parent);
+    PutLastChild(body, child);
+    CNodeAccess::SetParent(parent);
     return child;
 }
 
 CXMLBinNode* AddBinary(CXMLNode* parent) {
-    SElementBody* body = CNodeAccess::ElementOf(parent);
-    ReserveOneChild(body);
-    CXMLBinNode* child = CNodeAccess::NewBinary(MemoryOf(body), parent);
-    AppendReserved(body, child);
+    SElementBody* const body = CNodeAccess::ElementOf(parent);
+    ReserveLastChild(body);
+    CXMLBinNode* const child = CNodeAccess::NewBinary(TreeOf(body), parent);
+    PutLastChild(body, child);
+    CNodeAccess::SetParent(parent);
     return child;
 }
 
 CXMLNode* NewRoot(const char* name) {
-    CTreeMemory* memory = CTreeMemory::Create();
+    CTree* const tree = CTree::Create();
     try {
-        return CNodeAccess::NewElement(*memory, AcquireValidName(*memory, name), nullptr);
+        return CNodeAccess::NewElement(*tree, UseValidName(*tree, name), nullptr);
     } catch (...) {
-        memory->ReleaseOwner();
+        tree->Release();
         throw;
     }
 }
 
-unsigned char* NewDataCopy(CTreeMemory& memory, const unsigned char* data, std::size_t length) {
+unsigned char* NewDataCopy(CTree& tree, const unsigned char* data, std::size_t length) {
     // Beyond this the sizes below would wrap around.
     if (length > static_cast<std::size_t>(PTRDIFF_MAX)) {
         throw std::bad_alloc();
     }
-    unsigned char* copy = static_cast<unsigned char*>(memory.AllocatePlain(length));
+    unsigned char* const copy = static_cast<unsigned char*>(tree.Arena().AllocatePlain(length));
     std::memcpy(copy, data, length);
     return copy;
 }
 
 SElementBody* RequireElement(const CXMLNode* node) {
-    if (CNodeAccess::BodyOf(node)->m_nKind != CXMLNode::NODE_ELEMENT) {
+    SElementBody* const body = CNodeAccess::ElementOrNull(node);
+    if (body == nullptr) {
         ThrowNotSupportedByLeaf();
     }
-    return CNodeAccess::ElementOf(node);
+    return body;
 }
 
 }  // namespace norvask

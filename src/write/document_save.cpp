@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "foundation/errors.h"
-#include "foundation/text_rules.h"
+#include "foundation/known_text.h"
 #include "norvask/document.h"
 #include "tree/document_body.h"
 #include "tree/node_access.h"
@@ -18,18 +18,18 @@ void WriteProlog(std::ostream& out, const SDocumentBody& document, bool format) 
     char buffer[COutput::SMALL];
     COutput output(out, buffer, sizeof(buffer));
     output.Literal("<?xml version=\"1.0\"?>");
-    if (document.m_pDTDName != nullptr) {
-        if (!IsXmlName(document.m_pDTDName)) {
+    if (document.dtdName != nullptr) {
+        const SKnownText name = JudgeName(document.dtdName);
+        if (!name.Is(KNOWN_NAME)) {
             output.Flush();
-            ThrowInvalidName(document.m_pDTDName);
+            ThrowInvalidName(document.dtdName);
         }
         if (format) {
             output.Literal("\r\n");
         }
-        output.Literal("<!DOCTYPE ");
-        output.Escaped(document.m_pDTDName);
+        output.Name("<!DOCTYPE ", name);
         output.Literal(" SYSTEM \"");
-        output.Escaped(document.m_pDTDPath);
+        output.Text(document.dtdPath);
         output.Literal("\">");
     }
     if (format) {
@@ -44,16 +44,16 @@ void CXMLDocument::Save(std::ostream& out, bool format) {
     if (!out.good()) {
         ThrowSavingFailed("Stream");
     }
-    if (m_pBody->m_pRoot == nullptr) {
+    if (m_pBody->root == nullptr) {
         ThrowInvalidParameter();
     }
     WriteProlog(out, *m_pBody, format);
     char noIndent[] = "";
-    CNodeAccess::Save(m_pBody->m_pRoot, out, format, noIndent);
+    CNodeAccess::Save(m_pBody->root, out, format, noIndent);
 }
 
 void CXMLDocument::Save(const char* fileName, bool format) {
-    if (m_pBody->m_pRoot == nullptr || fileName == nullptr) {
+    if (m_pBody->root == nullptr || fileName == nullptr) {
         return;
     }
     std::ofstream out(fileName, std::ios::out | std::ios::trunc | std::ios::binary);

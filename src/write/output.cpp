@@ -1,3 +1,4 @@
+// Escaping and handing over to the stream.
 #include "write/output.h"
 
 #include <cxxabi.h>
@@ -5,9 +6,10 @@
 #include <cstdint>
 #include <cstring>
 
-#include "foundation/parser_text.h"
+#include "foundation/base64.h"
+#include "foundation/markup.h"
+#include "foundation/parser_state.h"
 #include "foundation/string_converter.h"
-#include "foundation/text_rules.h"
 #include "foundation/utf8.h"
 
 #if defined(__SSE2__)
@@ -138,15 +140,24 @@ void COutput::LiteralSlowly(const char* token) {
     Resume();
 }
 
+void COutput::NameSlowly(const char* token, const SKnownText& name, bool isPlain) {
+    LiteralSlowly(token);
+    if (isPlain) {
+        Bytes(name.text, name.length);
+    } else {
+        Text(name);
+    }
+}
+
 // An ASCII character that is not written as it stands.
-void COutput::EscapedCharacter(unsigned char ascii) {
+void COutput::EscapeCharacter(unsigned char ascii) {
     const EMarkup markup = MarkupOf(ascii);
     if (markup != EMarkup::DROPPED) {
         Bytes(ReferenceFor(markup), REFERENCE_LENGTH);
     }
 }
 
-void COutput::EscapedUtf8(const char* text, std::size_t length) {
+void COutput::EscapeUtf8(const char* text, std::size_t length) {
     while (length != 0) {
         if (Room() == 0) {
             Flush();
@@ -157,35 +168,32 @@ void COutput::EscapedUtf8(const char* text, std::size_t length) {
         text += plain;
         length -= plain;
         if (plain != piece) {
-            EscapedCharacter(static_cast<unsigned char>(*text));
+            EscapeCharacter(static_cast<unsigned char>(*text));
             ++text;
             --length;
         }
     }
 }
 
-void COutput::Escaped(const char* text) {
-    if (text == nullptr) {
-        return;
-    }
+void COutput::Escape(const char* text) {
     const char* end = text;
     if (LocalEncodingIsUtf8()) {
         const std::size_t length = std::strlen(text);
         if (IsAscii(text, length)) {
-            EscapedUtf8(text, length);
+            EscapeUtf8(text, length);
             return;
         }
         // The well-formed beginning, then whatever is left.
         end = EndOfUtf8(text);
-        EscapedUtf8(text, static_cast<std::size_t>(end - text));
+        EscapeUtf8(text, static_cast<std::size_t>(end - text));
     }
     if (*end != '\0') {
-        EscapedByParser(end);
+        EscapeByParser(end);
     }
 }
 
 // The rest of a text that is not well-formed UTF-8, or not UTF-8 at all.
-void COutput::EscapedByParser(const char* text) {
+void COutput::EscapeByParser(const char* text) {
     Flush();
     CStringConverter converter(text);
     char* data = nullptr;
@@ -213,7 +221,7 @@ void COutput::Base64(const CBase64Text& text, bool cdata) {
 void COutput::NewLine(const char* indent, std::size_t tabs) {
     Literal("\r\n");
     if (*indent != '\0') {
-        Escaped(indent);
+        Text(indent);
     }
     Tabs(tabs);
 }

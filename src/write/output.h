@@ -13,6 +13,8 @@
 #include <cstring>
 #include <ostream>
 
+#include "foundation/known_text.h"
+
 namespace norvask {
 
 class CBase64Text;
@@ -45,22 +47,41 @@ public:
         m_pEnd += N - 1;
     }
 
-    // A name, value or text, escaped; NULL writes nothing. Throw the parser's transcoding exception.
-    void Escaped(const char* text);
-    // The same for text that is known to be well-formed UTF-8, of this length.
-    void EscapedUtf8(const char* text, std::size_t length);
+    // A name, value or text, escaped. Throw the parser's transcoding exception.
+    void Text(const SKnownText& text) {
+        if (text.Is(KNOWN_UTF8)) {
+            EscapeUtf8(text.text, text.length);
+        } else {
+            Escape(text.text);
+        }
+    }
+    // One of which nothing is known; NULL writes nothing.
+    void Text(const char* text) {
+        if (text != nullptr) {
+            Escape(text);
+        }
+    }
 
-    // A literal and behind it a name that is known to need no escaping, of this length.
+    // A literal and behind it a name. No character of markup is part of a name, so one that can be written as it stands
+    // is not escaped.
     template <std::size_t N>
-    void LiteralAndPlain(const char (&token)[N], const char* name, std::size_t length) {
-        if (m_bPads || Room() < N - 1 + length) {
-            LiteralSlowly(token);
-            Bytes(name, length);
+    void Name(const char (&token)[N], const SKnownText& name) {
+        const bool isPlain = name.Is(KNOWN_NAME | KNOWN_UTF8) || name.Is(KNOWN_PLAIN_NAME);
+        if (!isPlain || m_bPads || Room() < N - 1 + name.length) {
+            NameSlowly(token, name, isPlain);
             return;
         }
         std::memcpy(m_pEnd, token, N - 1);
-        CopyShort(m_pEnd + N - 1, name, length);
-        m_pEnd += N - 1 + length;
+        CopyShort(m_pEnd + N - 1, name.text, name.length);
+        m_pEnd += N - 1 + name.length;
+    }
+
+    // An attribute of a start tag, with the blank in front.
+    void Attribute(const SKnownText& name, const SKnownText& value) {
+        Name(" ", name);
+        Literal("=\"");
+        Text(value);
+        Literal("\"");
     }
 
     // Base64, unescaped; with the markers of a CDATA section around it or without.
@@ -143,8 +164,11 @@ private:
     void Write(const char* bytes, std::streamsize length);
     void BytesBeyondRoom(const char* bytes, std::size_t length);
     void LiteralSlowly(const char* token);
-    void EscapedByParser(const char* text);
-    void EscapedCharacter(unsigned char ascii);
+    void NameSlowly(const char* token, const SKnownText& name, bool isPlain);
+    void Escape(const char* text);
+    void EscapeUtf8(const char* text, std::size_t length);
+    void EscapeByParser(const char* text);
+    void EscapeCharacter(unsigned char ascii);
 
     std::ostream& m_Out;
     char* const m_pBuffer;

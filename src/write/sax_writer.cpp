@@ -11,8 +11,8 @@
 #include "foundation/errors.h"
 #include "foundation/known_text.h"
 #include "foundation/value_text.h"
+#include "tree/attribute_strings.h"
 #include "write/output.h"
-#include "write/tree_markup.h"
 #include "write/writer_body.h"
 
 namespace norvask {
@@ -25,24 +25,18 @@ std::unique_ptr<char[]> CopyOf(const char* text) {
     return copy;
 }
 
-// The name of an element. UTF-8 needs no escaping, since no character of markup is part of a name.
-template <std::size_t N>
-void WriteTagName(COutput& output, const char (&token)[N], const SKnownText& name) {
-    if (name.Is(KNOWN_UTF8)) {
-        output.LiteralAndPlain(token, name.text, name.length);
-    } else {
-        output.Literal(token);
-        output.Escaped(name.text);
-    }
-}
-
 // Empty names are left out, not refused.
-bool IsSkipped(const CXMLAttribut* attribute) { return *CAttributeAccess::Name(attribute) == '\0'; }
+bool IsSkipped(const SKnownText& attributeName) { return attributeName.IsEmpty(); }
+
+SKnownText NameOf(const CXMLAttribut* attribute) noexcept {
+    return CAttributeAccess::Name(attribute).Known();
+}
 
 // The first attribute whose name is none; NULL when all are right.
 const CXMLAttribut* FirstRefused(CXMLAttribut** attributes) {
     for (; attributes != nullptr && *attributes != nullptr; ++attributes) {
-        if (!IsSkipped(*attributes) && !IsName(CAttributeAccess::Name(*attributes))) {
+        const SKnownText name = NameOf(*attributes);
+        if (!IsSkipped(name) && !name.Is(KNOWN_NAME) && !JudgeName(name.text).Is(KNOWN_NAME)) {
             return *attributes;
         }
     }
@@ -154,13 +148,14 @@ void CXMLSaxWriter::StartElement(const char* name, CXMLAttribut** attributes) {
         if (!isName) {
             ThrowInvalidName(name);
         }
-        WriteTagName(output, "<", judged);
+        output.Name("<", judged);
         for (; attributes != nullptr && *attributes != nullptr; ++attributes) {
             if (*attributes == refused) {
-                ThrowInvalidName(CAttributeAccess::Name(refused));
+                ThrowInvalidName(NameOf(refused).text);
             }
-            if (!IsSkipped(*attributes)) {
-                WriteAttribute(output, *attributes);
+            const SKnownText attribute = NameOf(*attributes);
+            if (!IsSkipped(attribute)) {
+                output.Attribute(attribute, CAttributeAccess::Value(*attributes).Known());
             }
         }
     });
@@ -184,7 +179,7 @@ void CXMLSaxWriter::EndElement() {
     } else {
         call.Run([&](COutput& output) {
             call.NewLine();
-            WriteTagName(output, "</", m_pBody->names.Top());
+            output.Name("</", m_pBody->names.Top());
             output.Literal(">");
         });
         m_pBody->textWritten = false;
@@ -197,7 +192,7 @@ void CXMLSaxWriter::Characters(const char* text) {
     CWriterCall call(*m_pBody);
     call.Run([&](COutput& output) {
         call.CloseTag();
-        output.Escaped(text);
+        output.Text(text);
     });
     m_pBody->textWritten = true;
 }

@@ -1,10 +1,22 @@
+// The walk over a tree that is written, and the three operations of nodes that start one.
 #include "write/tree_writer.h"
 
+#include "foundation/errors.h"
 #include "tree/attribute_array.h"
-#include "tree/child_array.h"
-#include "write/tree_markup.h"
+#include "tree/attribute_strings.h"
 
 namespace norvask {
+namespace {
+
+// Throws CXMLException (invalid name).
+void CheckName(const SKnownText& name) {
+    if (!name.Is(KNOWN_NAME)) {
+        RequireName(name.text);
+    }
+}
+
+}  // namespace
+
 CTreeWriter::CTreeWriter(std::ostream& out, bool format, const char* indent)
     : m_pBuffer(new char[COutput::LARGE]),
       m_Output(out, m_pBuffer.get(), COutput::LARGE),
@@ -14,114 +26,96 @@ CTreeWriter::CTreeWriter(std::ostream& out, bool format, const char* indent)
 
 void CTreeWriter::Write(CXMLNode* top) {
     m_Output.FlushAfter([this, top] {
-        switch (CNodeAccess::BodyOf(top)->m_nKind) {
-            case CXMLNode::NODE_TEXT:
-                WriteText(m_Output, CNodeAccess::TextOf(top)->m_pText);
-                break;
-            case CXMLNode::NODE_BINARY: {
-                const SBinaryBody* body = CNodeAccess::BinaryOf(top);
-                m_Output.Base64(body->m_pData, body->m_nLength, true);
-                break;
-            }
-            default:
-                WriteElement(top);
-                WriteChildren();
-                break;
+        if (CNodeAccess::ElementOrNull(top) == nullptr) {
+            WriteContent(top);
+        } else {
+            WriteElement(top);
+            WriteChildren();
         }
     });
 }
 
-// The start tag; an element with children becomes the innermost level.
+void CTreeWriter::WriteContent(CXMLNode* leaf) {
+    if (CNodeAccess::BodyOf(leaf)->kind == CXMLNode::NODE_TEXT) {
+        m_Output.Text(CNodeAccess::TextOf(leaf)->text.Known());
+    } else {
+        const SBinaryBody* const body = CNodeAccess::BinaryOf(leaf);
+        m_Output.Base64(body->data, body->length, true);
+    }
+}
+
+// The start tag; an element with children is entered.
 void CTreeWriter::WriteElement(CXMLNode* element) {
-    WriteStartTag(element);
-    if (ChildSlots(CNodeAccess::ElementOf(element))[0] == nullptr) {
+    SElementBody* const body = CNodeAccess::ElementOf(element);
+    WriteStartTag(body);
+    if (ChildSlots(body)[0] == nullptr) {
         m_Output.Literal("/>");
         return;
     }
     m_Output.Literal(">");
-    m_Levels.push_back({element, 0, false});
+    m_Walk.Enter(element, {false});
 }
 
 void CTreeWriter::WriteChildren() {
-    while (!m_Levels.empty()) {
-        SLevel& level = m_Levels.back();
-        CXMLNode* child = ChildSlots(CNodeAccess::ElementOf(level.element))[level.next];
-        if (child == nullptr) {
-            WriteEndTag();
+    while (!m_Walk.IsDone()) {
+        if (CXMLNode* const child = m_Walk.Next()) {
+            WriteChild(child);
         } else {
-            ++level.next;
-            WriteChild(child, level);
+            WriteEndTag();
         }
     }
 }
 
-void CTreeWriter::WriteChild(CXMLNode* child, SLevel& level) {
+void CTreeWriter::WriteChild(CXMLNode* child) {
     const EObject object = CNodeAccess::ObjectOf(child);
     const bool isContent = object == EObject::DERIVED
                                ? child->GetNodeType() != CXMLNode::NODE_ELEMENT
                                : object != EObject::ELEMENT;
-    if (isContent) {
-        level.textSeen = true;
-    }
-    if (m_bFormat && !level.textSeen) {
-        m_Output.NewLine(m_Indent.c_str(), m_Levels.size());
+    bool& textSeen = m_Walk.Innermost().own.textSeen;
+    textSeen = textSeen || isContent;
+    if (m_bFormat && !textSeen) {
+        m_Output.NewLine(m_Indent.c_str(), m_Walk.Depth());
     }
     switch (object) {
         case EObject::ELEMENT:
             WriteElement(child);
             break;
-        case EObject::TEXT:
-            WriteText(m_Output, CNodeAccess::TextOf(child)->m_pText);
-            break;
-        case EObject::BINARY: {
-            const SBinaryBody* body = CNodeAccess::BinaryOf(child);
-            m_Output.Base64(body->m_pData, body->m_nLength, true);
-            break;
-        }
-        default:
+        case EObject::DERIVED:
             WriteDerived(child);
+            break;
+        default:
+            WriteContent(child);
             break;
     }
 }
 
-void CTreeWriter::WriteStartTag(CXMLNode* element) {
-    const SElementBody* body = CNodeAccess::ElementOf(element);
-    const char* name = body->m_pName;
-    if (IsPlainName(name)) {
-        m_Output.LiteralAndPlain("<", name, LengthOf(name));
-    } else {
-        RequireName(name);
-        m_Output.Literal("<");
-        m_Output.Escaped(name);
-    }
-    if (body->m_pAttributes != nullptr) {
-        for (CXMLAttribut** slots = body->m_pAttributes->Slots(); *slots != nullptr; ++slots) {
-            RequireName(CAttributeAccess::Name(*slots));
-            WriteAttribute(m_Output, *slots);
+void CTreeWriter::WriteStartTag(const SElementBody* body) {
+    const SKnownText name = body->name.Known();
+    CheckName(name);
+    m_Output.Name("<", name);
+    if (body->attributes != nullptr) {
+        for (CXMLAttribut** slots = body->attributes->Slots(); *slots != nullptr; ++slots) {
+            const SKnownText attribute = CAttributeAccess::Name(*slots).Known();
+            CheckName(attribute);
+            m_Output.Attribute(attribute, CAttributeAccess::Value(*slots).Known());
         }
     }
 }
 
 void CTreeWriter::WriteEndTag() {
-    const SLevel level = m_Levels.back();
-    m_Levels.pop_back();
-    if (m_bFormat && !level.textSeen) {
-        m_Output.NewLine(m_Indent.c_str(), m_Levels.size());
+    const auto level = m_Walk.Innermost();
+    m_Walk.Leave();
+    if (m_bFormat && !level.own.textSeen) {
+        m_Output.NewLine(m_Indent.c_str(), m_Walk.Depth());
     }
-    const char* name = CNodeAccess::ElementOf(level.element)->m_pName;
-    if (IsPlainName(name)) {
-        m_Output.LiteralAndPlain("</", name, LengthOf(name));
-    } else {
-        m_Output.Literal("</");
-        m_Output.Escaped(name);
-    }
+    m_Output.Name("</", CNodeAccess::ElementOf(level.node)->name.Known());
     m_Output.Literal(">");
 }
 
 // An object of a derived class writes itself. The string for its indentation follows the walk up and down, so a
 // level costs no copy of it.
 void CTreeWriter::WriteDerived(CXMLNode* node) {
-    m_ChildIndent.resize(m_Indent.size() + m_Levels.size(), '\t');
+    m_ChildIndent.resize(m_Indent.size() + m_Walk.Depth(), '\t');
     std::ostream& out = m_Output.Suspend();
     CNodeAccess::Save(node, out, m_bFormat, &m_ChildIndent[0]);
     m_Output.Resume();

@@ -7,12 +7,10 @@
 #ifndef NORVASK_WRITE_TREE_WRITER_H
 #define NORVASK_WRITE_TREE_WRITER_H
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "tree/node_access.h"
+#include "tree/walk.h"
 #include "write/output.h"
 
 namespace norvask {
@@ -22,21 +20,20 @@ public:
     // `indent` is the indentation of the topmost element. Throws std::bad_alloc.
     CTreeWriter(std::ostream& out, bool format, const char* indent);
 
-    // Writes the node. Keeps its own stack, so depth costs no call. Whatever is thrown, what came before has
-    // been written.
+    // Writes the node. Whatever is thrown, what came before has been written.
     void Write(CXMLNode* top);
 
 private:
-    struct SLevel {
-        CXMLNode* element;
-        std::uint32_t next;
+    // What the walk keeps of an open element.
+    struct SOpen {
         bool textSeen;
     };
 
+    void WriteContent(CXMLNode* leaf);
     void WriteElement(CXMLNode* element);
     void WriteChildren();
-    void WriteChild(CXMLNode* child, SLevel& level);
-    void WriteStartTag(CXMLNode* element);
+    void WriteChild(CXMLNode* child);
+    void WriteStartTag(const SElementBody* body);
     void WriteEndTag();
     void WriteDerived(CXMLNode* node);
 
@@ -46,7 +43,7 @@ private:
     const bool m_bFormat;
     const std::string m_Indent;
     std::string m_ChildIndent;
-    std::vector<SLevel> m_Levels;
+    CWalk<SOpen> m_Walk;
 };
 
 }  // namespace norvask

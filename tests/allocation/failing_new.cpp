@@ -2,7 +2,9 @@
 
 #include <cxxabi.h>
 #include <link.h>
+#include <malloc.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -25,7 +27,8 @@ struct SState {
     bool failed = false;
 };
 SState g_State;
-long g_nLive = 0;
+std::atomic<long> g_nLive(0);
+std::atomic<std::size_t> g_nLiveBytes(0);
 
 // The addresses at which the library and the C++ runtime are loaded.
 struct SModules {
@@ -96,7 +99,10 @@ void* Allocate(std::size_t bytes, std::size_t alignment, const void* caller) {
     } else if (posix_memalign(&block, alignment, bytes) != 0) {
         block = nullptr;
     }
-    if (block) ++g_nLive;
+    if (block) {
+        ++g_nLive;
+        g_nLiveBytes += malloc_usable_size(block);
+    }
     return block;
 }
 
@@ -107,7 +113,10 @@ void* AllocateOrThrow(std::size_t bytes, std::size_t alignment, const void* call
 }
 
 void Release(void* block) noexcept {
-    if (block) --g_nLive;
+    if (block) {
+        --g_nLive;
+        g_nLiveBytes -= malloc_usable_size(block);
+    }
     std::free(block);
 }
 
@@ -131,6 +140,7 @@ long CFailAllocation::Seen() const { return g_State.seen; }
 bool CFailAllocation::Failed() const { return g_State.failed; }
 
 long LiveBlocks() { return g_nLive; }
+std::size_t LiveBytes() { return g_nLiveBytes; }
 
 const char* CaughtType() {
     const std::type_info* type = abi::__cxa_current_exception_type();

@@ -2,7 +2,7 @@
 //
 // This program replaces the global operator new and delete. Armed, they count the allocations of chosen
 // callers and let the n-th of them fail, or the n-th and all that follow; at any time they know how many
-// blocks are alive. Only what calls operator new is seen: neither the library nor the parser allocates
+// blocks are alive, and their bytes. Only what calls operator new is seen: neither the library nor the parser allocates
 // otherwise, but for exceptions under way, which the compiler's runtime takes from malloc.
 //
 // Callers are told apart by the module in which the call stands. The library's code allocates from the
@@ -12,6 +12,8 @@
 // operations ask the parser for single conversions only and are tested with Callers::Everything.
 #ifndef NORVASK_TESTS_ALLOCATION_FAILING_NEW_H
 #define NORVASK_TESTS_ALLOCATION_FAILING_NEW_H
+
+#include <cstddef>
 
 namespace norvask_test {
 
@@ -36,6 +38,9 @@ public:
 
 // The number of blocks that are allocated and not released, whoever asked for them.
 long LiveBlocks();
+
+// What those blocks have room for, in bytes.
+std::size_t LiveBytes();
 
 // The name of the exception's type in a catch block, as typeid gives it.
 const char* CaughtType();

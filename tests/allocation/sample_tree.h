@@ -1,4 +1,4 @@
-// The tree that the allocation tests work on, and texts that make it allocate.
+// The tree and the document that the allocation tests work on, and texts that make them allocate.
 #ifndef NORVASK_TESTS_ALLOCATION_SAMPLE_TREE_H
 #define NORVASK_TESTS_ALLOCATION_SAMPLE_TREE_H
 
@@ -48,6 +48,21 @@ inline std::string Whole(STree& tree) {
     const char* path = tree.document->GetDTDPath();
     return std::string(name ? name : "-") + " " + (path ? path : "-") + " " +
            TreeText(tree.document);
+}
+
+// A document with everything that a load distinguishes.
+inline std::string RichDocument(int items = 60) {
+    std::string xml =
+        "<!DOCTYPE r [<!ENTITY e 'an entity &#38;amp; more'><!ATTLIST r d CDATA 'default'>]>\n"
+        "<r xmlns='urn:default' xmlns:p='urn:p' k='v' p:k='a value that is no short string'>"
+        "text<p:a l='1'/>\n\t<b>&e;<![CDATA[AAECAwQF]]><![CDATA[]]><![CDATA[no Base64!]]></b>"
+        "<c \xC3\xA9='\xF0\x9F\x98\x80'>  </c>";
+    for (int i = 0; i < items; ++i) {
+        xml += "<item id='" + std::to_string(i) + "'><name>number " + std::to_string(i) +
+               "</name><n" + std::to_string(i) + "/></item>";
+    }
+    xml += "<d>" + std::string(5000, 'x') + "</d><d e='" + std::string(700, 'y') + "'/>";
+    return xml + "<m a='1' b='2' c='3' d='4' e='5' f='6'/><m a='7' b='8' c='9'/></r>";
 }
 
 }  // namespace norvask_test

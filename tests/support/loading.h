@@ -1,12 +1,15 @@
-// Loads with every parameter named, and the text that a failed load must give.
+// Loads with every parameter named, and tables of what they must give.
 #ifndef NORVASK_TESTS_SUPPORT_LOADING_H
 #define NORVASK_TESTS_SUPPORT_LOADING_H
 
+#include <gtest/gtest.h>
 #include <norvask/norvask.h>
 
 #include <string>
 #include <vector>
 
+#include "support/errors.h"
+#include "support/tree_text.h"
 #include "support/vocabulary.h"
 
 namespace norvask_test {
@@ -19,45 +22,85 @@ struct SLoad {
     bool keepPrefixes = false;
 };
 
-inline SLoad KeepPrefixes() {
-    SLoad how;
-    how.keepPrefixes = true;
-    return how;
-}
-inline SLoad Validate() {
-    SLoad how;
-    how.validate = true;
-    return how;
-}
+inline SLoad KeepPrefixes() { return {false, false, {}, false, true}; }
+inline SLoad Validate() { return {true, false, {}, false, false}; }
 inline SLoad ValidateWithSchema(const std::string& location, bool hasNamespace = false) {
-    SLoad how;
-    how.validate = true;
-    how.doSchema = true;
-    how.schemaLocation = location;
-    how.schemaHasNamespace = hasNamespace;
-    return how;
+    return {true, true, location, hasNamespace, false};
+}
+
+// Of the four kinds of load that which takes these arguments in front.
+template <typename... Source>
+auto LoadFrom(const SLoad& how, Source... source) {
+    return Manager().LoadDocument(source..., how.validate, how.doSchema,
+                                  how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(),
+                                  how.schemaHasNamespace, how.keepPrefixes);
 }
 
 inline Document LoadFile(const std::string& fileName, const SLoad& how = SLoad()) {
-    return Document(norvask::CXMLManager::GetInstance().LoadDocument(
-        fileName.c_str(), how.validate, how.doSchema,
-        how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
-        how.keepPrefixes));
+    return Document(LoadFrom(how, fileName.c_str()));
+}
+inline void LoadFile(const std::string& fileName, norvask::CXMLSaxHandler& handler,
+                     const SLoad& how = SLoad()) {
+    LoadFrom(how, fileName.c_str(), &handler);
 }
 
 // From a block of exactly the document's size, so that a read behind its end is found.
 inline Document LoadMemory(const std::string& xml, const SLoad& how = SLoad()) {
     std::vector<unsigned char> bytes(xml.begin(), xml.end());
-    return Document(norvask::CXMLManager::GetInstance().LoadDocument(
-        bytes.data(), static_cast<unsigned int>(bytes.size()), how.validate, how.doSchema,
-        how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
-        how.keepPrefixes));
+    return Document(LoadFrom(how, bytes.data(), static_cast<unsigned int>(bytes.size())));
+}
+inline void LoadMemory(const std::string& xml, norvask::CXMLSaxHandler& handler,
+                       const SLoad& how = SLoad()) {
+    std::vector<unsigned char> bytes(xml.begin(), xml.end());
+    LoadFrom(how, bytes.data(), static_cast<unsigned int>(bytes.size()), &handler);
 }
 
-inline std::string LoadError(const std::string& file, int line, const std::string& message) {
-    return "Load error:\nFile: '" + file + "'  Line '" + std::to_string(line) + "':\n\n'" +
-           message + "'";
+// Each document loads to its tree, from memory and from a file.
+struct STreeRow {
+    std::string xml;
+    std::string tree;  // as in tree_text.h
+};
+inline void ExpectTrees(const std::vector<STreeRow>& rows, const SLoad& how = SLoad()) {
+    for (const STreeRow& row : rows) {
+        SCOPED_TRACE(Quoted(row.xml));
+        const TemporaryFile file(".xml", row.xml);
+        EXPECT_EQ(TreeText(LoadMemory(row.xml, how)), row.tree);
+        EXPECT_EQ(TreeText(LoadFile(file.Name(), how)), row.tree);
+    }
 }
+
+// Each document is refused with its message, from memory and from a file, whatever the options.
+struct SErrorRow {
+    std::string xml;
+    int line;
+    std::string message;
+};
+inline void ExpectErrors(const std::vector<SErrorRow>& rows,
+                         const std::vector<SLoad>& options = {SLoad(), KeepPrefixes(),
+                                                              Validate()}) {
+    for (const SErrorRow& row : rows) {
+        SCOPED_TRACE(Quoted(row.xml));
+        const TemporaryFile file(".xml", row.xml);
+        for (const SLoad& how : options) {
+            EXPECT_LOAD_ERROR(LoadMemory(row.xml, how), "Memfile", row.line, row.message);
+            EXPECT_LOAD_ERROR(LoadFile(file.Name(), how), file.Name(), row.line, row.message);
+        }
+    }
+}
+
+// A schema for <r d="..."><n>integer</n>...</r>, in no namespace or in "urn:t".
+inline std::string Schema(bool hasNamespace) {
+    return std::string(
+               "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" "
+               "elementFormDefault=\"qualified\"") +
+           (hasNamespace ? " targetNamespace=\"urn:t\"" : "") +
+           "><xs:element name=\"r\"><xs:complexType><xs:sequence>"
+           "<xs:element name=\"n\" type=\"xs:int\" maxOccurs=\"unbounded\"/>"
+           "</xs:sequence><xs:attribute name=\"d\" default=\"default\"/>"
+           "</xs:complexType></xs:element></xs:schema>";
+}
+inline constexpr const char* kNoInteger =
+    "value 'x' does not match regular expression facet '[+\\-]?[0-9]+'";
 
 }  // namespace norvask_test
 

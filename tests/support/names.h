@@ -64,11 +64,6 @@ inline std::vector<std::string> InvalidNames() {
     };
 }
 
-// What an exception says about such a name. NULL is shown as the empty name.
-inline std::string InvalidNameText(const std::string& name) {
-    return "Invalid XML name: '" + name + "'.";
-}
-
 }  // namespace norvask_test
 
 #endif

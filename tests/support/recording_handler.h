@@ -1,4 +1,4 @@
-// Callback loads: a handler that writes down what it is told, and loads with every parameter named.
+// Callback loads: a handler that writes down what it is told.
 //
 // Each callback is one line of the transcript:
 //
@@ -86,24 +86,6 @@ private:
     std::string m_Transcript;
 };
 
-inline void LoadFile(const std::string& fileName, norvask::CXMLSaxHandler& handler,
-                     const SLoad& how = SLoad()) {
-    norvask::CXMLManager::GetInstance().LoadDocument(
-        fileName.c_str(), &handler, how.validate, how.doSchema,
-        how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
-        how.keepPrefixes);
-}
-
-// From a block of exactly the document's size, so that a read behind its end is found.
-inline void LoadMemory(const std::string& xml, norvask::CXMLSaxHandler& handler,
-                       const SLoad& how = SLoad()) {
-    std::vector<unsigned char> bytes(xml.begin(), xml.end());
-    norvask::CXMLManager::GetInstance().LoadDocument(
-        bytes.data(), static_cast<unsigned int>(bytes.size()), &handler, how.validate, how.doSchema,
-        how.schemaLocation.empty() ? nullptr : how.schemaLocation.c_str(), how.schemaHasNamespace,
-        how.keepPrefixes);
-}
-
 // The transcript of a load that succeeds.
 inline std::string EventsOfMemory(const std::string& xml, const SLoad& how = SLoad()) {
     CRecordingHandler handler;
@@ -116,9 +98,28 @@ inline std::string EventsOfFile(const std::string& fileName, const SLoad& how = 
     return handler.Take();
 }
 
-// A whole transcript from the lines between the first and the last.
+// A whole transcript from the lines between the first and the last, and the root's lines around others.
 inline std::string Whole(const std::string& lines) {
     return "StartDocument\n" + lines + "EndDocument\n";
+}
+inline std::string InRoot(const std::string& lines) {
+    return "StartElement r\n" + lines + "EndElement r\n";
+}
+
+// Each document gives its events, from memory and from a file, whatever keepPrefixes says.
+struct SEventsRow {
+    std::string xml;
+    std::string events;  // between StartDocument and EndDocument
+};
+inline void ExpectEvents(const std::vector<SEventsRow>& rows) {
+    for (const SEventsRow& row : rows) {
+        SCOPED_TRACE(Quoted(row.xml));
+        const TemporaryFile file(".xml", row.xml);
+        for (const SLoad& how : {SLoad(), KeepPrefixes()}) {
+            EXPECT_EQ(EventsOfMemory(row.xml, how), Whole(row.events));
+            EXPECT_EQ(EventsOfFile(file.Name(), how), Whole(row.events));
+        }
+    }
 }
 
 }  // namespace norvask_test

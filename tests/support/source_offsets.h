@@ -15,10 +15,10 @@ namespace norvask_test {
 // The switch, on for the lifetime of this.
 class CSourceOffsets {
 public:
-    CSourceOffsets() { norvask::CXMLManager::GetInstance().SetCalculateSourceOffsets(true); }
+    CSourceOffsets() { Manager().SetCalculateSourceOffsets(true); }
     CSourceOffsets(const CSourceOffsets&) = delete;
     CSourceOffsets& operator=(const CSourceOffsets&) = delete;
-    ~CSourceOffsets() { norvask::CXMLManager::GetInstance().SetCalculateSourceOffsets(false); }
+    ~CSourceOffsets() { Manager().SetCalculateSourceOffsets(false); }
 };
 
 // Notes the position at each callback: as lines for the eye, and as numbers.

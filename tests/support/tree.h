@@ -73,16 +73,16 @@ inline std::string AllByteValues(std::size_t length = 256) {
     return bytes;
 }
 
-inline constexpr const char* kDeclaration = "<?xml version=\"1.0\"?>";
+inline const std::string kDeclaration = "<?xml version=\"1.0\"?>";
 
 // What saving without formatting writes behind the declaration.
 inline std::string SavedBody(norvask::CXMLDocument& document) {
     std::ostringstream out;
     document.Save(out, false);
     const std::string bytes = out.str();
-    const std::string declaration = kDeclaration;
-    return bytes.compare(0, declaration.size(), declaration) == 0 ? bytes.substr(declaration.size())
-                                                                  : "no declaration: " + bytes;
+    return bytes.compare(0, kDeclaration.size(), kDeclaration) == 0
+               ? bytes.substr(kDeclaration.size())
+               : "no declaration: " + bytes;
 }
 
 }  // namespace norvask_test

@@ -1,5 +1,5 @@
-// The words that the tests share: a throw check with error class and whole text, a document that is
-// deleted at the end of its scope, saving to a string, temporary files.
+// The words that the tests share: a document that is deleted at the end of its scope, saving to a
+// string, temporary files; and the expectations of exceptions.
 #ifndef NORVASK_TESTS_SUPPORT_VOCABULARY_H
 #define NORVASK_TESTS_SUPPORT_VOCABULARY_H
 
@@ -16,21 +16,11 @@
 #include <sstream>
 #include <string>
 
-// The statement must throw a CXMLException with exactly this error class and text.
-#define EXPECT_XML_ERROR(statement, id, text)                                        \
-    do {                                                                             \
-        bool thrown = false;                                                         \
-        try {                                                                        \
-            statement;                                                               \
-        } catch (norvask::CXMLException & e) {                                       \
-            thrown = true;                                                           \
-            EXPECT_EQ(e.GetID(), id);                                                \
-            EXPECT_EQ(std::string(e.GetMessage()), std::string(text));               \
-        }                                                                            \
-        EXPECT_TRUE(thrown) << #statement " did not throw a norvask::CXMLException"; \
-    } while (false)
+#include "support/errors.h"
 
 namespace norvask_test {
+
+inline norvask::CXMLManager& Manager() { return norvask::CXMLManager::GetInstance(); }
 
 struct SDeleteDocument {
     void operator()(norvask::CXMLDocument* document) const { document->Delete(); }
@@ -38,7 +28,7 @@ struct SDeleteDocument {
 using Document = std::unique_ptr<norvask::CXMLDocument, SDeleteDocument>;
 
 inline Document NewDocument(const char* dtdName = nullptr, const char* dtdPath = nullptr) {
-    return Document(norvask::CXMLManager::GetInstance().CreateDocument(dtdName, dtdPath));
+    return Document(Manager().CreateDocument(dtdName, dtdPath));
 }
 
 // A document with a root of this name.
@@ -51,9 +41,9 @@ inline Document NewDocumentWithRoot(const char* name) {
 // Loads from memory without validation.
 inline Document Load(const std::string& xml, bool keepPrefixes = false) {
     std::string bytes = xml;
-    return Document(norvask::CXMLManager::GetInstance().LoadDocument(
-        reinterpret_cast<unsigned char*>(&bytes[0]), static_cast<unsigned int>(bytes.size()), false,
-        false, nullptr, false, keepPrefixes));
+    return Document(Manager().LoadDocument(reinterpret_cast<unsigned char*>(&bytes[0]),
+                                           static_cast<unsigned int>(bytes.size()), false, false,
+                                           nullptr, false, keepPrefixes));
 }
 
 inline std::string Saved(norvask::CXMLDocument& document, bool format = false) {
@@ -92,6 +82,8 @@ public:
     ~TemporaryFile() { std::remove(m_Name.c_str()); }
 
     const char* Name() const { return m_Name.c_str(); }
+    // The name without its directory.
+    std::string BaseName() const { return m_Name.substr(m_Name.rfind('/') + 1); }
     std::string Content() const { return ReadFile(m_Name); }
     bool Exists() const { return std::ifstream(m_Name).good(); }
 

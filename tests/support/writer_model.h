@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/errors.h"
 #include "support/names.h"
 #include "support/unicode.h"
 #include "support/writing.h"

@@ -13,9 +13,6 @@
 
 #include "support/vocabulary.h"
 
-// What a writer answers that has no document, or whose stream is not good.
-#define EXPECT_NOT_OPEN(statement) EXPECT_XML_ERROR(statement, 1, "The document is not open.")
-
 namespace norvask_test {
 
 // For documents that are too long for a failure message: shows where they part.

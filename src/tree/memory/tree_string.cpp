@@ -1,0 +1,81 @@
+// Making and freeing strings, in trees and outside of them. A string outside is a page of its own.
+#include "tree/memory/tree_string.h"
+
+#include <new>
+
+#include "tree/memory/tree.h"
+
+namespace norvask {
+namespace {
+
+const std::size_t SHORTEST_OUTER = 32;
+
+std::size_t BytesOf(std::size_t length) noexcept { return sizeof(SStringTag) + length + 1; }
+
+}  // namespace
+
+// Never written: what is done to a constant string looks at its flag first.
+alignas(CTreeString::ALIGNMENT) CTreeString::SEmpty CTreeString::s_Empty = {
+    {0, {STRING_STATIC | KNOWN_UTF8 | KNOWN_ASCII}}, ""};
+
+CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
+                        unsigned int flags) noexcept {
+    SStringTag* const tag = new (block)
+        SStringTag{DistanceTo(page, block), {SStringTag::With(flags | text.known, text.length)}};
+    char* const characters = reinterpret_cast<char*>(tag + 1);
+    std::memmove(characters, text.text, text.length);  // a part of the string that it replaces
+    characters[text.length] = '\0';
+    return CTreeString::At(characters);
+}
+
+CTreeString NewTreeString(CTree& tree, const SKnownText& text) {
+    if (text.IsEmpty()) {
+        return CTreeString();
+    }
+    SPage* page = nullptr;
+    void* const block = tree.Arena().AllocateTagged(BytesOf(text.length), page);
+    return WriteString(block, page, text, 0);
+}
+
+void FreeTreeString(CTreeString string) noexcept {
+    if (!string.Is(STRING_STATIC)) {
+        string.Tree().FreeString(string, &string.Tag(), BytesOf(string.Length()));
+    }
+}
+
+CTreeString NewOuterString(const SKnownText& text) {
+    if (text.IsEmpty()) {
+        return CTreeString();
+    }
+    const std::size_t bytes = BytesOf(text.length);
+    // Room for another short string, which may come in its place.
+    SPage* const page = NewPage(bytes < SHORTEST_OUTER ? SHORTEST_OUTER : bytes);
+    return WriteString(page + 1, page, text, 0);
+}
+
+CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text) {
+    if (!old.Is(STRING_STATIC) && !text.IsEmpty()) {
+        SPage* const page = old.Page();
+        if (page->tree == nullptr && BytesOf(text.length) <= page->bytes && IsRetainedOnce(page)) {
+            return WriteString(page + 1, page, text, 0);
+        }
+    }
+    const CTreeString made = NewOuterString(text);
+    ReleaseString(old);
+    return made;
+}
+
+void RetainString(CTreeString string) noexcept {
+    if (!string.Is(STRING_STATIC)) {
+        string.Add(STRING_SHOWN);
+        RetainPage(string.Page());
+    }
+}
+
+void ReleaseString(CTreeString string) noexcept {
+    if (!string.Is(STRING_STATIC)) {
+        ReleasePage(string.Page());
+    }
+}
+
+}  // namespace norvask

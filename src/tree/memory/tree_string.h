@@ -1,0 +1,134 @@
+// Internal. CTreeString: a string that knows its length, its page and what is known of it.
+//
+//   string := tag characters 0
+//   tag    := distance flags length     in the four bytes before the first character
+//
+// The names of a tree and the values and texts in it are such strings, and so are those of attributes outside of any
+// tree. The tag leads to the page (page.h), so a string can be retained beyond the life of its tree. The length is
+// there for the short strings that nearly all are.
+//
+// A CTreeString is one pointer and owns nothing. Who frees the string is said where it is kept: an attribute or a
+// text node of a tree (FreeTreeString), the name table (name_table.h), or whoever has retained it (RetainString).
+#ifndef NORVASK_TREE_MEMORY_TREE_STRING_H
+#define NORVASK_TREE_MEMORY_TREE_STRING_H
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "foundation/known_text.h"
+#include "tree/memory/page.h"
+
+namespace norvask {
+
+// The flags of a tag; the lowest are what is known of the text (known_text.h).
+enum EStringFlag : unsigned int {
+    STRING_KNOWN = KNOWN_UTF8 | KNOWN_ASCII | KNOWN_NAME,
+    STRING_STATIC = 8,     // a constant: nobody retains or frees it
+    STRING_SHOWN = 16,     // was retained from outside of its tree, and may still be
+    STRING_IN_TABLE = 32,  // of a name table
+};
+
+// The flags belong to the thread of the tree; copies of attributes on other threads only look at STRING_STATIC and
+// STRING_SHOWN of strings that are shown already.
+struct SStringTag {
+    std::uint16_t distance;
+    std::atomic<std::uint16_t> flags;
+
+    static const unsigned int LENGTH_SHIFT = 6;
+    static const unsigned int LENGTH_UNKNOWN = 0xFFFF >> LENGTH_SHIFT;
+
+    // The flags of a string of this length.
+    static std::uint16_t With(unsigned int flags, std::size_t length) noexcept {
+        const std::size_t known = length < LENGTH_UNKNOWN ? length : LENGTH_UNKNOWN;
+        return static_cast<std::uint16_t>(flags | (known << LENGTH_SHIFT));
+    }
+};
+static_assert(sizeof(SStringTag) == 4, "a tag has four bytes");
+
+class CTreeString {
+public:
+    // The characters lie at multiples of this, so pointers to them have low bits to spare.
+    static const std::size_t ALIGNMENT = 4;
+
+    // The constant "".
+    CTreeString() noexcept : m_pText(s_Empty.text) {}
+
+    // The string with these characters, which are those of a tree string.
+    static CTreeString At(const char* characters) noexcept { return CTreeString(characters); }
+
+    const char* Text() const noexcept { return m_pText; }
+    bool IsEmpty() const noexcept { return *m_pText == '\0'; }
+    std::size_t Length() const noexcept {
+        const std::size_t known = Flags() >> SStringTag::LENGTH_SHIFT;
+        return known == SStringTag::LENGTH_UNKNOWN ? std::strlen(m_pText) : known;
+    }
+    SKnownText Known() const noexcept {
+        const std::uint16_t flags = Flags();
+        const std::size_t length = flags >> SStringTag::LENGTH_SHIFT;
+        return {m_pText, length == SStringTag::LENGTH_UNKNOWN ? std::strlen(m_pText) : length,
+                static_cast<unsigned int>(flags & STRING_KNOWN)};
+    }
+    bool Is(unsigned int flags) const noexcept { return (Flags() & flags) == flags; }
+    void Add(unsigned int flags) const noexcept {
+        const std::uint16_t old = Flags();
+        if ((old & flags) != flags) {
+            Tag().flags.store(static_cast<std::uint16_t>(old | flags), std::memory_order_relaxed);
+        }
+    }
+
+    SPage* Page() const noexcept { return PageAt(&Tag(), Tag().distance); }
+    // The tree in which a string lies that is not STRING_STATIC and not outside of any tree.
+    CTree& Tree() const noexcept { return *Page()->tree; }
+
+    SStringTag& Tag() const noexcept {
+        return *reinterpret_cast<SStringTag*>(Address() - sizeof(SStringTag));
+    }
+
+    // Whether both are the same string, not only equal.
+    friend bool operator==(CTreeString a, CTreeString b) noexcept { return a.m_pText == b.m_pText; }
+    friend bool operator!=(CTreeString a, CTreeString b) noexcept { return a.m_pText != b.m_pText; }
+    // Whether the characters are these.
+    bool Equals(const char* text, std::size_t length) const noexcept {
+        return std::strncmp(m_pText, text, length) == 0 && m_pText[length] == '\0';
+    }
+
+private:
+    struct SEmpty {
+        SStringTag tag;
+        char text[4];
+    };
+    alignas(ALIGNMENT) static SEmpty s_Empty;
+
+    explicit CTreeString(const char* characters) noexcept : m_pText(characters) {}
+    std::uintptr_t Address() const noexcept { return reinterpret_cast<std::uintptr_t>(m_pText); }
+    std::uint16_t Flags() const noexcept { return Tag().flags.load(std::memory_order_relaxed); }
+
+    const char* m_pText;
+};
+
+// A copy in the tree's memory. Throws std::bad_alloc.
+CTreeString NewTreeString(CTree& tree, const SKnownText& text);
+// Frees a string that NewTreeString or EmptyString made. While it is retained outside, its block lies idle.
+void FreeTreeString(CTreeString string) noexcept;
+
+// A copy outside of any tree; the caller has retained it. Throws std::bad_alloc.
+CTreeString NewOuterString(const SKnownText& text);
+
+// The same in the place of `old`, a string that the caller has retained and that is released: in its block, if nobody
+// else shows it and the copy fits, else in a new one. `text` may lie in `old`. Throws std::bad_alloc, then `old` is as
+// it was.
+CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text);
+
+// Any string, wherever it lies.
+void RetainString(CTreeString string) noexcept;
+void ReleaseString(CTreeString string) noexcept;
+
+// Writes tag and characters to a block, with room for both and the terminator.
+CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
+                        unsigned int flags) noexcept;
+
+}  // namespace norvask
+
+#endif
