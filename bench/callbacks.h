@@ -14,8 +14,8 @@
 
 namespace norvask_bench {
 
-// Sums of the bytes that a client was given. Blanks count nothing, since the libraries differ in how
-// much layout they report; so the same document gives the same sums.
+// Sums of the bytes that a client was given. Blanks count nothing, since the libraries differ in
+// how much layout they report; so the same document gives the same sums.
 struct SReading {
     std::size_t elements = 0;
     std::uint64_t localNames = 0;  // of elements, at their start and end, and of attributes

@@ -53,8 +53,8 @@ void ReadDtd(void* context, const xmlChar* name, const xmlChar* publicId, const 
 
 void Read(const std::string& text, xmlSAXHandler& handler, void* context) {
     handler.initialized = XML_SAX2_MAGIC;
-    // Without this the values of attributes have "&#38;" where the document means "&". The loads into
-    // trees say in their options what they want.
+    // Without this the values of attributes have "&#38;" where the document means "&". The loads
+    // into trees say in their options what they want.
     xmlSubstituteEntitiesDefault(1);
     if (xmlSAXUserParseMemory(&handler, context, text.data(), static_cast<int>(text.size())) != 0) {
         throw std::runtime_error("libxml2, callbacks: the document is refused");

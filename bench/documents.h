@@ -22,8 +22,8 @@ std::vector<SDocument> MakeDocuments();
 // root's one child and the 100,000 below it.
 std::string MakeOneLongList();
 
-// A root with 100,000 children of three children each: a query of two steps selects one of the three
-// below every child.
+// A root with 100,000 children of three children each: a query of two steps selects one of the
+// three below every child.
 std::string MakeManyRecords();
 
 // What the writers write, as text: two attributes and the texts of two children. Some of it needs

@@ -13,8 +13,9 @@ namespace norvask_bench {
 // blocks counts as handed out until the thread ends, hence the threads below.
 std::size_t HeapInUse();
 
-// Everything that runs between the two readings runs on threads that end before the second one, so no
-// cache hides a block. Measure times first: once a process has had a second thread, malloc locks.
+// Everything that runs between the two readings runs on threads that end before the second one, so
+// no cache hides a block. Measure times first: once a process has had a second thread, malloc
+// locks.
 template <class Tree>
 std::size_t MeasureHeap(const std::string& text) {
     std::unique_ptr<Tree> tree;

@@ -1,8 +1,8 @@
 // norvask_bench: Norvask beside other XML libraries, all in this one process.
 //
-// First everybody must have read the same documents; then the times are taken, then the heap; then two
-// tables are printed. It takes the options of Google Benchmark, of which --benchmark_filter=REGEX
-// chooses by "what/document/peer".
+// First everybody must have read the same documents; then the times are taken, then the heap; then
+// two tables are printed. It takes the options of Google Benchmark, of which
+// --benchmark_filter=REGEX chooses by "what/document/peer".
 
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
@@ -28,16 +28,16 @@ namespace {
 
 using namespace norvask_bench;
 
-// Every repetition of every measurement takes its turn in random order, so that a machine that slows
-// down for a while slows down all alike.
+// Every repetition of every measurement takes its turn in random order, so that a machine that
+// slows down for a while slows down all alike.
 constexpr const char* kDefaults[] = {
     "--benchmark_enable_random_interleaving=true",
     "--benchmark_repetitions=5",
     "--benchmark_min_time=0.1",
 };
 
-// The caller's options come last and so win. The texts stay, since Google Benchmark keeps a pointer to
-// the program's name.
+// The caller's options come last and so win. The texts stay, since Google Benchmark keeps a pointer
+// to the program's name.
 void Initialize(int argc, char** argv) {
     static std::vector<std::string> texts(argv, argv + 1);
     texts.insert(texts.end(), std::begin(kDefaults), std::end(kDefaults));

@@ -63,8 +63,8 @@ void CheckTree(const char* peer, const SDocument& document, std::size_t elements
     if (reads && excused) throw std::runtime_error(where + ": it does save this document");
 }
 
-// A load that keeps prefixes keeps a default namespace under the name "xmlns:", which cannot be read
-// back: whoever saves such a tree renames it.
+// A load that keeps prefixes keeps a default namespace under the name "xmlns:", which cannot be
+// read back: whoever saves such a tree renames it.
 void RenameDefaultNamespaces(norvask::CXMLNode& node) {
     for (norvask::CXMLAttribut** attribute = node.GetAttributes(); *attribute != nullptr;
          ++attribute) {

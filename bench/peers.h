@@ -48,7 +48,8 @@ struct SPeer {
 
 const std::vector<SPeer>& Peers();
 
-// Documents read as callbacks (callbacks.h), by a client that does nothing and by one that reads all.
+// Documents read as callbacks (callbacks.h), by a client that does nothing and by one that reads
+// all.
 struct SReader {
     const char* name;
     void (*idle)(benchmark::State& state, const std::string& text);

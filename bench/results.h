@@ -1,4 +1,5 @@
-// Gathers what was measured and prints it as two tables: the figures, and the ratios with their aims.
+// Gathers what was measured and prints it as two tables: the figures, and the ratios with their
+// aims.
 #ifndef NORVASK_BENCH_RESULTS_H
 #define NORVASK_BENCH_RESULTS_H
 
@@ -24,7 +25,8 @@ public:
 
     // Keeps the smallest value for a name: whatever else the machine does can only add to a time.
     // `value` is in seconds, of one item where a measurement counts items, or for the heap in bytes
-    // per byte, for that of callbacks in bytes; `speed` in bytes per second, 0 when it says nothing.
+    // per byte, for that of callbacks in bytes; `speed` in bytes per second, 0 when it says
+    // nothing.
     void Add(const std::string& name, double value, double speed);
 
     // False when nothing was measured.

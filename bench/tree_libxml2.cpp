@@ -20,8 +20,8 @@ std::size_t CountBelow(const xmlNode& node) {
 
 }  // namespace
 
-// NOBLANKS drops layout, as Norvask, TinyXML-2 and pugixml do; HUGE lifts the limits on sizes; COMPACT
-// holds short texts inside their nodes.
+// NOBLANKS drops layout, as Norvask, TinyXML-2 and pugixml do; HUGE lifts the limits on sizes;
+// COMPACT holds short texts inside their nodes.
 CLibxml2Tree::CLibxml2Tree(const std::string& text)
     : m_pDocument(xmlReadMemory(
           text.data(), static_cast<int>(text.size()), "Memfile", nullptr,

@@ -40,8 +40,8 @@ private:
     norvask::CXMLDocument* m_pDocument;
 };
 
-// The parser with a handler that does nothing, and a new reader for every document, as Norvask makes
-// one: what a load costs before the first node is made.
+// The parser with a handler that does nothing, and a new reader for every document, as Norvask
+// makes one: what a load costs before the first node is made.
 class CParserAlone {
 public:
     explicit CParserAlone(const std::string& text);

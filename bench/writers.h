@@ -18,8 +18,8 @@
 
 namespace norvask_bench {
 
-// The values of the attributes are set for each record, as a program does that writes what it has in
-// strings.
+// The values of the attributes are set for each record, as a program does that writes what it has
+// in strings.
 class CNorvaskWriter {
 public:
     explicit CNorvaskWriter(const std::vector<SRecord>& records) : m_Records(records) {}

@@ -71,9 +71,11 @@ if(BUILD_SHARED_LIBS)
             set(norvask_views_dir \"/usr/${CMAKE_INSTALL_LIBDIR}\")
         endif()"
         COMPONENT development)
+    set(norvask_file ${CMAKE_SHARED_LIBRARY_PREFIX}${norvask_library_name})
+    string(APPEND norvask_file ${CMAKE_SHARED_LIBRARY_SUFFIX}.${PROJECT_VERSION})
     install(FILES ${PROJECT_SOURCE_DIR}/gdb/norvask_gdb.py
         DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/gdb/auto-load\${norvask_views_dir}"
-        RENAME ${CMAKE_SHARED_LIBRARY_PREFIX}${norvask_library_name}${CMAKE_SHARED_LIBRARY_SUFFIX}.${PROJECT_VERSION}-gdb.py
+        RENAME ${norvask_file}-gdb.py
         COMPONENT development)
 else()
     install(FILES ${PROJECT_SOURCE_DIR}/gdb/norvask_gdb.py

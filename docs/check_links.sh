@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# check_links.sh FOLDER: every link of the HTML pages in FOLDER to a page, a picture or a place in a page
-# leads somewhere. Links to other hosts are wrong too: the manual needs none.
+# check_links.sh FOLDER: every link of the HTML pages in FOLDER to a page, a picture or a place in a
+# page leads somewhere. Links to other hosts are wrong too: the manual needs none.
 set -euo pipefail
 cd "$1"
 

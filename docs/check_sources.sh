@@ -5,7 +5,7 @@
 #   - they show no C++ other than that;
 #   - every link to a file leads to one, and every page can be reached from docs/index.md;
 #   - the table of docs/null_and_empty.md is what its example prints;
-#   - every name in docs/plain_names.txt is in a header.
+#   - every public header begins with "/// @file", or the manual would leave out its functions.
 #
 # check_sources.sh --self-test WORK: tries this script on manuals made up in the folder WORK.
 set -euo pipefail
@@ -80,14 +80,13 @@ check_table() {
     fi
 }
 
-check_names() {
-    local name
-    while read -r name; do
-        name=${name##*::}
-        if ! grep -qF -- "$name" include/norvask/*.h; then
-            wrong "docs/plain_names.txt: no header has $name"
+check_headers() {
+    local header
+    for header in include/norvask/*.h; do
+        if [[ $(head -n 1 "$header") != '/// @file' ]] && ! grep -qw "$header" docs/Doxyfile; then
+            wrong "$header: has no \"/// @file\" at the top, and docs/Doxyfile does not exclude it"
         fi
-    done < <(grep -v '^#' docs/plain_names.txt | cut -d ' ' -f 1)
+    done
 }
 
 check() {
@@ -95,7 +94,7 @@ check() {
     check_snippets
     check_links
     check_table
-    check_names
+    check_headers
     return "$failed"
 }
 
@@ -115,8 +114,9 @@ self_test() {
         printf '%s\n' '# N' '| a | b |' >"$root/docs/null_and_empty.md"
         printf '%s\n' '| a | b |' 'exit code: 0' \
             >"$root/examples/expected/manual_null_and_empty.txt"
-        printf '%s\n' '# comment' 'CThing::Name The name.' >"$root/docs/plain_names.txt"
-        echo 'const char* Name();' >"$root/include/norvask/thing.h"
+        echo 'EXCLUDE = include/norvask/inner.h' >"$root/docs/Doxyfile"
+        echo '// Internal.' >"$root/include/norvask/inner.h"
+        printf '%s\n' '/// @file' '/// @class CThing' >"$root/include/norvask/thing.h"
     }
     # wanted CODE NAME
     wanted() {
@@ -154,9 +154,9 @@ self_test() {
     manual other_table
     echo '| c | d |' >>"$work/other_table/docs/null_and_empty.md"
     wanted 1 other_table
-    manual no_name
-    echo 'CThing::Gone Went away.' >>"$work/no_name/docs/plain_names.txt"
-    wanted 1 no_name
+    manual left_out
+    echo '// A thing.' >"$work/left_out/include/norvask/thing.h"
+    wanted 1 left_out
     return "$result"
 }
 

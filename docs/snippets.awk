@@ -1,5 +1,5 @@
-# Takes from each part of an example between two lines "//! [name]" the indentation of the first of them, so
-# that a snippet begins at the left. Doxygen reads the examples through this.
+# Takes from each part of an example between two lines "//! [name]" the indentation of the first of
+# them, so that a snippet begins at the left. Doxygen reads the examples through this.
 match($0, /^ *\/\/! \[/) {
     if (inside) {
         sub(/^ */, "")

@@ -6,17 +6,18 @@
     norvask-tree -9 node      nine levels
 
 Nothing here calls a function of the program or needs the library's debug information: objects are
-read by the offsets below, which follow the headers of src/tree. Few words of each object are
-read, so huge trees and long texts print at once.
+read by the table that layout.cpp leaves in the library's file. Few words of each object are read,
+so huge trees and long texts print at once.
 """
 
+import codecs
 import itertools
+import re
 
 import gdb
 import gdb.printing
 
 NAMESPACE = "norvask::"
-ELEMENT, TEXT, BINARY = 0, 1, 2
 
 # What one line shows.
 SHOWN_CHARACTERS = 60
@@ -34,53 +35,75 @@ class NoObject(Exception):
     """There is no object where a pointer leads to."""
 
 
-class Reader:
-    """Numbers and texts in the memory of the program."""
+UNREADABLE = (NoObject, gdb.MemoryError, OverflowError)
 
-    def __init__(self):
-        self.inferior = gdb.selected_inferior()
-        self.word = gdb.lookup_type("char").pointer().sizeof
-        big = "big endian" in gdb.execute("show endian", to_string=True)
-        self.order = "big" if big else "little"
+layout = {}
 
-    def bytes(self, address, count):
-        return bytes(self.inferior.read_memory(address, count))
 
-    def number(self, address, size):
-        return int.from_bytes(self.bytes(address, size), self.order)
-
-    def pointer(self, address, index=0):
-        """The word number `index` behind an address."""
-        return self.number(address + index * self.word, self.word)
-
-    def text(self, address, limit=SHOWN_CHARACTERS):
-        """The bytes up to the terminator or the limit, and whether that was the end."""
-        found = b""
-        while len(found) <= limit:
-            # Never across a page that may not be there.
-            part = self.bytes(address, 256 - address % 256)
-            end = part.find(b"\0")
-            if end >= 0:
-                found += part[:end]
+def entry(name):
+    """The offset and the size of a field, or a value and 0."""
+    if not layout:
+        files = [part.filename for part in gdb.objfiles() if "NORVASK1642" in str(part.filename)]
+        # The last one is the program, which may have the static library.
+        for file in files + [gdb.current_progspace().filename]:
+            try:
+                with open(str(file), "rb") as library:
+                    table = re.findall(rb"norvask-layout (\S+) (\d+) (\d+)\n", library.read())
+            except OSError:
+                continue
+            layout.update((key.decode(), (int(at), int(size))) for key, at, size in table)
+            if layout:
                 break
-            found += part
-            address += len(part)
-        return found[:limit], len(found) <= limit
+    if name not in layout:
+        raise NoObject("the file of the library has no table")
+    return layout[name]
 
 
-ESCAPES = {"\n": "\\n", "\r": "\\r", "\t": "\\t", "\\": "\\\\"}
+def value(name):
+    return entry(name)[0]
+
+
+def read(address, count):
+    return bytes(gdb.selected_inferior().read_memory(address, count))
+
+
+def number(address, size):
+    return int.from_bytes(read(address, size), "big" if value("target.big_endian") else "little")
+
+
+def field(address, name):
+    """A field of the structure at an address."""
+    offset, size = entry(name)
+    return number(address + offset, size)
+
+
+def slots(address, count):
+    """The pointers of an array, read one by one."""
+    size = value("target.pointer")
+    return (number(address + index * size, size) for index in range(count))
+
+
+def text_at(address, limit=SHOWN_CHARACTERS):
+    """The bytes up to the terminator or the limit, and whether that was the end."""
+    found = b""
+    while len(found) <= limit:
+        # Never across a page that may not be there.
+        part = read(address, 256 - address % 256)
+        address += len(part)
+        found += part.split(b"\0")[0]
+        if b"\0" in part:
+            break
+    return found[:limit], len(found) <= limit
 
 
 def printable(found, quote=""):
     """The bytes of a text as something that can be printed on any terminal."""
     text, whole = found
-    if not whole:
-        # A character that the limit has cut in two goes.
-        text = text[: len(text) - cut_bytes(text)]
     shown = ""
-    for character in text.decode("utf-8", "surrogateescape"):
-        if character in ESCAPES:
-            shown += ESCAPES[character]
+    # A character that the limit has cut in two goes.
+    for character in codecs.getincrementaldecoder("utf-8")("surrogateescape").decode(text, whole):
+        if character in "\n\r\t\\":
+            shown += repr(character)[1:-1]
         elif character == quote:
             shown += "\\" + character
         elif character.isprintable():
@@ -98,130 +121,108 @@ def printable(found, quote=""):
     return shown + ("" if whole else "...")
 
 
-def cut_bytes(text):
-    """How many bytes at the end of a text are the beginning of a longer character."""
-    for length in range(1, min(4, len(text) + 1)):
-        byte = text[-length]
-        if byte >= 0xC0:
-            needed = 2 if byte < 0xE0 else 3 if byte < 0xF0 else 4
-            return length if length < needed else 0
-        if byte < 0x80:
-            break
-    return 0
-
-
 def quoted(found):
     return '"' + printable(found, '"') + '"'
 
 
-def class_of(reader, address):
+def count_of(count, noun, plural):
+    return "%d %s" % (count, noun if count == 1 else plural)
+
+
+def class_of(address):
     """The name of the class of an object with a virtual table."""
-    table = reader.pointer(address)
+    table = next(slots(address, 1))
     symbol = gdb.execute("info symbol %d" % table, to_string=True)
     if "vtable for " not in symbol:
         raise NoObject("no object here, or no longer")
     return symbol.split("vtable for ", 1)[1].split(" + ")[0].split(" in section")[0].strip()
 
 
-def tagged(reader, address):
-    """A string of a tree (tree_string.h): its tag leads to the page in which it lies."""
-    tag = address - 4
-    distance = reader.number(tag, 2)
-    is_constant = reader.number(tag + 2, 2) & 1
-    if not is_constant:
-        page = tag - 4 * distance
-        page_bytes = reader.pointer(page, 3)
-        holders = reader.number(page + 4 * reader.word + 4, 4)
-        if distance == 0 or 4 * distance > page_bytes + 8 * reader.word or holders == 0:
+def tree_string(address):
+    """A string of a tree: its tag leads to the page in which it lies."""
+    tag = address - value("tag.bytes")
+    if not field(tag, "tag.flags") & value("tag.constant"):
+        distance = field(tag, "tag.distance") * value("page.unit")
+        page = tag - distance
+        reach = field(page, "page.bytes") + value("page.header")
+        if not 0 < distance <= reach or field(page, "page.holders") == 0:
             raise NoObject("no string here, or no longer")
-    return reader.text(address)
+    return text_at(address)
 
 
-class Attribute:
-    """A CXMLAttribut (attribute_access.h): two strings, the first with bits."""
+class View:
+    """What is shown of an object: a line, and the children below it."""
 
     def __init__(self, address):
-        self.reader = Reader()
         self.address = address
-
-    def line(self):
-        name = self.reader.pointer(self.address) & ~3
-        value = self.reader.pointer(self.address, 1)
-        return printable(tagged(self.reader, name)) + "=" + quoted(tagged(self.reader, value))
 
     def children(self):
         return iter(())
 
 
-class Node:
-    """A CXMLNode of any kind (node_body.h)."""
+class Attribute(View):
+    """A CXMLAttribut."""
+
+    def line(self):
+        name = field(self.address, "attribute.name") & ~value("attribute.bits")
+        text = field(self.address, "attribute.value")
+        return printable(tree_string(name)) + "=" + quoted(tree_string(text))
+
+
+class Node(View):
+    """A CXMLNode of any kind."""
 
     def __init__(self, address):
-        self.reader = Reader()
-        self.address = address
-        self.class_name = class_of(self.reader, address)
-        self.body = self.reader.pointer(address, 1) & ~3
-        self.kind = self.reader.number(self.body + 2, 1)
-        self.flags = self.reader.number(self.body + 3, 1)
-        self.fields = self.body + 8 + self.reader.word
-        self.check()
-
-    def check(self):
-        """A body knows its page, a page its tree, and a tree its first page and its owners."""
-        reader = self.reader
-        page = self.body - 4 * reader.number(self.body, 2)
-        tree = reader.pointer(page)
-        lives = self.kind <= BINARY and reader.number(self.body + 4, 4) != 0
-        if not lives or reader.number(tree, 4) == 0:
-            raise NoObject("no node here, or no longer")
-        if reader.pointer(reader.pointer(tree + 8)) != tree:
+        super().__init__(address)
+        self.class_name = class_of(address)
+        self.body = field(address, "object.body") & ~value("object.bits")
+        self.kind = field(self.body, "node.kind")
+        # A body knows its page, a page its tree, and a tree its first page and its owners.
+        page = self.body - field(self.body, "node.distance") * value("page.unit")
+        tree = field(page, "page.tree")
+        lives = self.kind in map(value, ("node.element", "node.text", "node.binary"))
+        if not lives or field(self.body, "node.owners") == 0 or field(tree, "tree.owners") == 0 or \
+                field(field(tree, "tree.first_page"), "page.tree") != tree:
             raise NoObject("no node here, or no longer")
 
     def child_array(self):
         """The address of the first slot, and the number of children."""
-        reader = self.reader
-        slots = self.fields + reader.word
-        if self.flags & 4:
-            used = reader.number(slots + reader.word + 4, 4)
-            return reader.pointer(slots), used - 1
-        return slots, 0 if reader.pointer(slots) == 0 else 1
+        if self.kind != value("node.element"):
+            return 0, 0
+        if field(self.body, "node.flags") & value("element.has_array"):
+            used = field(self.body, "element.children_used")
+            return field(self.body, "element.children"), used - 1
+        inside = self.body + value("element.one_child")
+        return inside, 0 if next(slots(inside, 1)) == 0 else 1
 
     def child_nodes(self):
-        if self.kind != ELEMENT:
-            return
-        slots, count = self.child_array()
-        for index in range(count):
-            yield self.reader.pointer(slots, index)
+        return slots(*self.child_array())
 
     def attributes(self):
-        reader = self.reader
-        union = max(2 * reader.word, reader.word + 8)
-        array = reader.pointer(self.fields + reader.word + union)
+        array = field(self.body, "element.attributes")
         if array == 0:
             return ""
-        count = reader.number(array + 4, 4) - 1
-        slots = array + 8 + reader.word
-        shown = ""
-        for index in range(min(count, SHOWN_ATTRIBUTES)):
-            shown += " " + Attribute(reader.pointer(slots, index)).line()
-        return shown if count <= SHOWN_ATTRIBUTES else shown + " and %d more" % (
-            count - SHOWN_ATTRIBUTES)
+        count = field(array, "attributes.used") - 1
+        shown = slots(array + value("attributes.slots"), min(count, SHOWN_ATTRIBUTES))
+        more = count - SHOWN_ATTRIBUTES
+        return "".join(" " + Attribute(attribute).line() for attribute in shown) + (
+            " and %d more" % more if more > 0 else "")
 
     def text(self):
-        return tagged(self.reader, self.reader.pointer(self.fields))
+        return tree_string(field(self.body, "text.text"))
 
     def lone_text(self):
         """The text of an element with one child, a text; None for every other node."""
-        if self.kind != ELEMENT or self.child_array()[1] != 1:
+        if self.child_array()[1] != 1:
             return None
         try:
             child = Node(next(self.child_nodes()))
-            return child.text() if child.kind == TEXT else None
-        except (NoObject, gdb.MemoryError, OverflowError):
+            return child.text() if child.kind == value("node.text") else None
+        except UNREADABLE:
             return None
 
     def element_line(self):
-        name = printable(tagged(self.reader, self.reader.pointer(self.fields)))
+        name = printable(tree_string(field(self.body, "element.name")))
         tag = "<" + name + self.attributes()
         _, count = self.child_array()
         if count == 0:
@@ -229,21 +230,20 @@ class Node:
         text = self.lone_text()
         if text is not None:
             return tag + ">" + printable(text) + "</" + name + ">"
-        return tag + "> with %d child%s" % (count, "" if count == 1 else "ren")
+        return tag + "> with " + count_of(count, "child", "children")
 
     def binary_line(self):
-        data = self.reader.pointer(self.fields)
-        length = self.reader.pointer(self.fields, 1)
+        data, length = field(self.body, "binary.data"), field(self.body, "binary.length")
         if length == 0 or data == 0:
             return "0 bytes"
-        shown = self.reader.bytes(data, min(length, SHOWN_BYTES)).hex(" ")
+        shown = read(data, min(length, SHOWN_BYTES)).hex(" ")
         more = " ..." if length > SHOWN_BYTES else ""
-        return "%d byte%s: %s%s" % (length, "" if length == 1 else "s", shown, more)
+        return count_of(length, "byte", "bytes") + ": " + shown + more
 
     def line(self):
-        if self.kind == ELEMENT:
+        if self.kind == value("node.element"):
             shown = self.element_line()
-        elif self.kind == TEXT:
+        elif self.kind == value("node.text"):
             shown = quoted(self.text())
         else:
             shown = self.binary_line()
@@ -255,17 +255,16 @@ class Node:
             yield "[%d]" % index, pointer_line(Node, child)
 
 
-class Document:
-    """A CXMLDocument (document_body.h)."""
+class Document(View):
+    """A CXMLDocument."""
 
     def __init__(self, address):
-        self.reader = Reader()
-        class_of(self.reader, address)
-        body = self.reader.pointer(address, 1)
-        if self.reader.number(body, 4) == 0:
+        super().__init__(address)
+        class_of(address)
+        self.body = field(address, "document.body")
+        if field(self.body, "document.owners") == 0:
             raise NoObject("no document here, or no longer")
-        self.root, self.dtd_name, self.dtd_path = (
-            self.reader.pointer(body, index) for index in (1, 2, 3))
+        self.root = field(self.body, "document.root")
 
     def line(self):
         if self.root == 0:
@@ -273,67 +272,55 @@ class Document:
         return "document " + line_of(Node, self.root) + self.reference(", ")
 
     def reference(self, before):
-        if self.dtd_name == 0 or self.dtd_path == 0:
+        name, path = field(self.body, "document.dtd_name"), field(self.body, "document.dtd_path")
+        if name == 0 or path == 0:
             return ""
-        name, path = self.reader.text(self.dtd_name), self.reader.text(self.dtd_path)
-        return before + "DTD " + printable(name) + " in " + quoted(path)
+        return before + "DTD " + printable(text_at(name)) + " in " + quoted(text_at(path))
 
     def children(self):
         if self.root != 0:
             yield "root", pointer_line(Node, self.root)
 
 
-class Plain:
-    """An object of a class with a virtual table that is shown as one line."""
-
-    def __init__(self, address):
-        self.reader = Reader()
-        self.address = address
-        class_of(self.reader, address)
-
-    def word(self, index):
-        return self.reader.pointer(self.address, index)
-
-    def children(self):
-        return iter(())
-
-
-class XmlException(Plain):
+class XmlException(View):
     def line(self):
-        number = self.reader.number(self.address + 2 * self.reader.word, 4)
-        number -= 1 << 32 if number >= 1 << 31 else 0
-        return "exception %d: %s" % (number, quoted(self.reader.text(self.word(1), 400)))
+        class_of(self.address)
+        identifier = field(self.address, "exception.id")
+        identifier -= 1 << 32 if identifier >= 1 << 31 else 0
+        message = text_at(field(self.address, "exception.message"), 400)
+        return "exception %d: %s" % (identifier, quoted(message))
 
 
-class SaxAttribute(Plain):
+class SaxAttribute(View):
     def line(self):
-        uri, _, name, value = (self.reader.text(self.word(index)) for index in (1, 2, 3, 4))
-        shown = printable(name) + "=" + quoted(value)
+        class_of(self.address)
+        uri, name, text = (text_at(field(self.address, "event." + part))
+                           for part in ("uri", "name", "value"))
+        shown = printable(name) + "=" + quoted(text)
         return shown + " in " + quoted(uri) if uri[0] else shown
 
 
-class SaxWriter(Plain):
-    """A CXMLSaxWriter; its open elements lie in one block, each with its length behind it."""
-
+class SaxWriter(View):
     def line(self):
-        if self.word(2) == 0:
+        class_of(self.address)
+        if field(self.address, "writer.stream") == 0:
             return "writer without a document"
         names = [printable(name) for name in itertools.islice(self.names(), SHOWN_OPEN_ELEMENTS)]
         path = "/".join(reversed(names))
         more = ".../" if len(names) == SHOWN_OPEN_ELEMENTS else ""
-        file_name = self.word(4)
-        target = "a stream" if file_name == 0 else quoted(self.reader.text(file_name))
+        file_name = field(self.address, "writer.file_name")
+        target = "a stream" if file_name == 0 else quoted(text_at(file_name))
         return "writer to %s, %s" % (target, "in " + more + path if names else "no open element")
 
     def names(self):
-        stack, word = self.word(1), self.reader.word
-        block, end = self.reader.pointer(stack), self.reader.pointer(stack, 1)
+        """The open elements, innermost first: in one block, each with its length behind it."""
+        stack, size = field(self.address, "writer.open_elements"), value("stack.length")
+        block, end = field(stack, "stack.block"), field(stack, "stack.used")
         while end > 0:
-            length = self.reader.pointer(block + end - word)
-            end -= length + 1 + word
+            end -= number(block + end - size, size) + 1 + size
             if end < 0:
                 raise NoObject("no writer here, or no longer")
-            yield self.reader.text(block + end)
+            yield text_at(block + end)
 
 
 VIEWS = {
@@ -353,7 +340,7 @@ def line_of(view, address):
         return view(address).line()
     except NoObject as reason:
         return "<%s>" % reason
-    except (gdb.MemoryError, OverflowError):
+    except UNREADABLE:
         return "<leads to memory that cannot be read>"
 
 
@@ -362,10 +349,18 @@ def pointer_line(view, address):
 
 
 def view_of(type_):
-    name = type_.strip_typedefs().unqualified().tag
-    if name is not None and name.startswith(NAMESPACE):
-        return VIEWS.get(name[len(NAMESPACE):])
-    return None
+    name = type_.strip_typedefs().unqualified().tag or ""
+    return VIEWS.get(name[len(NAMESPACE):]) if name.startswith(NAMESPACE) else None
+
+
+def target_of(shown):
+    """The type and the address of an object, through a pointer or a reference; None without one."""
+    type_ = shown.type.strip_typedefs()
+    if type_.code == gdb.TYPE_CODE_PTR:
+        return type_.target(), int(shown)
+    if type_.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
+        return type_.target(), int(shown.referenced_value().address)
+    return type_, None if shown.address is None else int(shown.address)
 
 
 class PointerPrinter:
@@ -379,12 +374,8 @@ class PointerPrinter:
         return pointer_line(self.view, self.address)
 
 
-class ObjectPrinter:
+class ObjectPrinter(PointerPrinter):
     """An object or a reference to one."""
-
-    def __init__(self, view, address):
-        self.view = view
-        self.address = address
 
     def to_string(self):
         return line_of(self.view, self.address)
@@ -392,7 +383,7 @@ class ObjectPrinter:
     def children(self):
         try:
             yield from self.view(self.address).children()
-        except (NoObject, gdb.MemoryError, OverflowError):
+        except UNREADABLE:
             pass
 
 
@@ -400,37 +391,22 @@ class Printers(gdb.printing.PrettyPrinter):
     def __init__(self):
         super().__init__("norvask")
 
-    def __call__(self, value):
-        type_ = value.type.strip_typedefs()
-        if type_.code == gdb.TYPE_CODE_PTR:
-            view = view_of(type_.target())
-            return PointerPrinter(view, int(value)) if view else None
-        if type_.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
-            view = view_of(type_.target())
-            value = value.referenced_value()
-        else:
-            view = view_of(type_)
-        if view is None or value.address is None:
+    def __call__(self, shown):
+        type_, address = target_of(shown)
+        view = view_of(type_)
+        if view is None or address is None:
             return None
-        return ObjectPrinter(view, int(value.address))
+        is_pointer = shown.type.strip_typedefs().code == gdb.TYPE_CODE_PTR
+        return (PointerPrinter if is_pointer else ObjectPrinter)(view, address)
 
 
-def object_in(value):
+def object_in(shown):
     """The view and the address of what an expression shows, through pointers and base classes."""
-    type_ = value.type.strip_typedefs()
-    if type_.code == gdb.TYPE_CODE_PTR:
-        address, type_ = int(value), type_.target()
-    elif type_.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
-        address, type_ = int(value.referenced_value().address), type_.target()
-    elif value.address is not None:
-        address = int(value.address)
-    else:
-        return None, 0
+    type_, address = target_of(shown)
     while view_of(type_) is None:
         type_ = type_.strip_typedefs()
-        if type_.code != gdb.TYPE_CODE_STRUCT:
-            return None, 0
-        bases = [field for field in type_.fields() if field.is_base_class]
+        bases = [part for part in type_.fields() if part.is_base_class] \
+            if type_.code == gdb.TYPE_CODE_STRUCT and address is not None else []
         if not bases:
             return None, 0
         address += bases[0].bitpos // 8
@@ -464,7 +440,7 @@ when LEVELS is not given, the first 20 children of each element, and 200 lines i
             print(line_of(view, address))
             try:
                 address, view = Document(address).root, Node
-            except (NoObject, gdb.MemoryError, OverflowError):
+            except UNREADABLE:
                 return
             if address == 0:
                 return
@@ -488,7 +464,7 @@ def children_below(address):
             _, count = node.child_array()
             shown[TREE_CHILDREN] = "and %d more" % (count - TREE_CHILDREN)
         return shown
-    except (NoObject, gdb.MemoryError, OverflowError):
+    except UNREADABLE:
         return []
 
 
@@ -505,5 +481,7 @@ def tree_lines(address, levels):
             waiting.extend((child, level + 1) for child in reversed(children_below(shown)))
 
 
+for event in (gdb.events.new_objfile, gdb.events.clear_objfiles):
+    event.connect(lambda _: layout.clear())
 gdb.printing.register_pretty_printer(gdb.current_objfile(), Printers(), replace=True)
 TreeCommand()

@@ -17,8 +17,8 @@ struct SLimits {
     int depth = 200;
 };
 
-// Ends the load at a document type declaration, which is reported before anything of it is read, and
-// at nesting that is too deep. The ID is the program's own.
+// Ends the load at a document type declaration, which is reported before anything of it is read,
+// and at nesting that is too deep. The ID is the program's own.
 class CGuard : public CXMLSaxHandler {
 public:
     explicit CGuard(const SLimits& limits) : m_Limits(limits) {}

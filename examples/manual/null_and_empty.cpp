@@ -1,5 +1,5 @@
-// What each operation makes of NULL and of an empty text, found by calling it. The output is the table
-// of the manual: each line is one operation, with what happens or what is answered.
+// What each operation makes of NULL and of an empty text, found by calling it. The output is the
+// table of the manual: each line is one operation, with what happens or what is answered.
 #include <norvask/norvask.h>
 
 #include <cstddef>

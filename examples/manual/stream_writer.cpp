@@ -34,8 +34,8 @@ void Report() {
 }
 
 //! [checked]
-// A file whose every failure is noticed: the stream throws, and the writer removes what it began only
-// if it opened the file itself, so here the program keeps or removes it.
+// A file whose every failure is noticed: the stream throws, and the writer removes what it began
+// only if it opened the file itself, so here the program keeps or removes it.
 void WriteChecked(const char* name) {
     std::ofstream out;
     out.exceptions(std::ios::badbit | std::ios::failbit);

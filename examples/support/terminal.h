@@ -38,7 +38,8 @@ inline std::string Paint(const std::string& style, const std::string& text) {
     return HasColours() && !text.empty() ? "\x1b[" + style + "m" + text + "\x1b[0m" : text;
 }
 
-// The columns of the terminal, 72 if it is narrower; 100 for a file or a pipe, so that their content is always the same.
+// The columns of the terminal, 72 if it is narrower; 100 for a file or a pipe, so that their
+// content is always the same.
 inline std::size_t Columns() {
     winsize size{};
     if (isatty(STDOUT_FILENO) == 1 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 &&

@@ -1,7 +1,11 @@
-// Conveniences for whole documents: ownership in the type, loading with named options, std::string.
-//
-// Role: see convenience.h. What is not said here is as in manager.h and document.h, the failures too.
-// Threads: as for the operations underneath; nothing here keeps anything between two calls.
+/// @file
+/// Conveniences for whole documents: ownership in the type, loading with named options,
+/// std::string.
+///
+/// **Role:** see convenience.h. What is not said here is as in manager.h and document.h, the
+/// failures too.
+///
+/// **Threads:** as for the operations underneath; nothing here keeps anything between two calls.
 #ifndef NORVASK_CONVENIENCE_DOCUMENT_H
 #define NORVASK_CONVENIENCE_DOCUMENT_H
 
@@ -21,42 +25,45 @@
 
 namespace norvask {
 
-// Ends a document with its own Delete, which is the only way.
+/// Ends a document with its own Delete, which is the only way.
 struct SXMLDelete {
+    /// Calls CXMLDocument::Delete.
     void operator()(CXMLDocument* document) const { document->Delete(); }
 };
 
-// A document that ends with its variable. Its nodes end with it, so keep it in a variable as long as
-// you use them: in `for (... : XMLChildren(XMLLoadFile("a.xml")->GetRoot()))` it is gone before the
-// loop begins.
+/// A document that ends with its variable. Its nodes end with it, so keep it in a variable as long
+/// as you use them: in `for (... : XMLChildren(XMLLoadFile("a.xml")->GetRoot()))` it is gone before
+/// the loop begins.
 using CXMLDocumentPtr = std::unique_ptr<CXMLDocument, SXMLDelete>;
 
-// How to load: the parameters of CXMLManager::LoadDocument by name, see there. Set the fields, or
-// chain the operations, each of which answers changed options:
-//
-//     XMLLoadFile("a.xml", SXMLLoadOptions().KeepPrefixes().ValidateBySchema("a.xsd"))
+/// How to load: the parameters of CXMLManager::LoadDocument by name, see there. Set the fields, or
+/// chain the operations, each of which answers changed options:
+///
+///     XMLLoadFile("a.xml", SXMLLoadOptions().KeepPrefixes().ValidateBySchema("a.xsd"))
 struct SXMLLoadOptions {
+    /// As the parameter of CXMLManager::LoadDocument.
     bool validate = false;
     bool doSchema = false;
-    std::string schemaLocation = {};  // empty: none
+    std::string schemaLocation = {};  ///< Empty: none.
     bool schemaHasNamespace = false;
     bool keepPrefixes = false;
 
+    /// Names with their prefix, and namespace declarations as attributes.
     [[nodiscard]] SXMLLoadOptions KeepPrefixes() const {
         SXMLLoadOptions changed(*this);
         changed.keepPrefixes = true;
         return changed;
     }
 
-    // By the DTD that the document names.
+    /// By the DTD that the document names.
     [[nodiscard]] SXMLLoadOptions Validate() const {
         SXMLLoadOptions changed(*this);
         changed.validate = true;
         return changed;
     }
 
-    // By XML Schema: by those that the document names, or by this one as well. For elements in a
-    // namespace `hasNamespace` is true and `location` a list of pairs, "urn:books books.xsd".
+    /// By XML Schema: by those that the document names, or by this one as well. For elements in a
+    /// namespace `hasNamespace` is true and `location` a list of pairs, "urn:books books.xsd".
     [[nodiscard]] SXMLLoadOptions ValidateBySchema(const std::string& location = std::string(),
                                                    bool hasNamespace = false) const {
         SXMLLoadOptions changed(*this);
@@ -66,7 +73,7 @@ struct SXMLLoadOptions {
         changed.schemaHasNamespace = hasNamespace;
         return changed;
     }
-    // NULL is none.
+    /// NULL is none.
     [[nodiscard]] SXMLLoadOptions ValidateBySchema(const char* location,
                                                    bool hasNamespace = false) const {
         return ValidateBySchema(std::string(location == nullptr ? "" : location), hasNamespace);
@@ -125,11 +132,14 @@ private:
 
 }  // namespace convenience_inside
 
-// --- Documents that belong to the caller. The answer is never NULL (but see convenience.h for programs
-// without exceptions): without memory std::bad_alloc is thrown.
+/// @name Documents that belong to the caller
+/// The answer is never NULL (but see convenience.h for programs
+/// without exceptions): without memory std::bad_alloc is thrown.
+/// @{
 
-// An empty document; one with a root; one with a root and a DTD reference (CXMLDocument::SetDTDRef). A
-// NULL or invalid name throws CXMLException (3, "Invalid XML name: '%s'.").
+/// An empty document; one with a root; one with a root and a DTD reference
+/// (CXMLDocument::SetDTDRef). A NULL or invalid name throws CXMLException (3, "Invalid XML name:
+/// '%s'.").
 inline CXMLDocumentPtr XMLNewDocument() {
     return convenience_inside::Own(CXMLManager::GetInstance().CreateDocument(nullptr, nullptr));
 }
@@ -141,12 +151,12 @@ inline CXMLDocumentPtr XMLNewDocument(const char* rootName, const char* dtdName 
     return document;
 }
 
-// CXMLDocument::Clone.
+/// CXMLDocument::Clone.
 inline CXMLDocumentPtr XMLClone(CXMLDocument& document) {
     return convenience_inside::Own(document.Clone());
 }
 
-// Loads a file, or what the parser's URLs name.
+/// Loads a file, or what the parser's URLs name.
 inline CXMLDocumentPtr XMLLoadFile(const char* fileName,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
     return convenience_inside::Own(CXMLManager::GetInstance().LoadDocument(
@@ -158,9 +168,9 @@ inline CXMLDocumentPtr XMLLoadFile(const std::string& fileName,
     return XMLLoadFile(fileName.c_str(), options);
 }
 
-// Loads the document that `text` holds, in the encoding that its declaration names, else UTF-8. The
-// text is not copied and only read. An empty one, and one of 4 GiB or more, throws CXMLException (1,
-// "invalid parameter"): such a document can be loaded from a file only.
+/// Loads the document that `text` holds, in the encoding that its declaration names, else UTF-8.
+/// The text is not copied and only read. An empty one, and one of 4 GiB or more, throws
+/// CXMLException (1, "invalid parameter"): such a document can be loaded from a file only.
 inline CXMLDocumentPtr XMLLoadText(std::string_view text,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
     const convenience_inside::SBytes bytes(text);
@@ -169,14 +179,18 @@ inline CXMLDocumentPtr XMLLoadText(std::string_view text,
         convenience_inside::SchemaLocation(options), options.schemaHasNamespace,
         options.keepPrefixes));
 }
-// The same for a terminated string; NULL is an empty one.
+/// The same for a terminated string; NULL is an empty one.
 inline CXMLDocumentPtr XMLLoadText(const char* text,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
     return XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), options);
 }
+/// @}
 
-// --- Documents as callbacks to `handler`. keepPrefixes has no effect.
+/// @name Documents as callbacks to `handler`
+/// keepPrefixes has no effect.
+/// @{
 
+/// Loads a file as callbacks to `handler`.
 inline void XMLLoadFile(const char* fileName, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
     CXMLManager::GetInstance().LoadDocument(fileName, &handler, options.validate, options.doSchema,
@@ -188,7 +202,7 @@ inline void XMLLoadFile(const std::string& fileName, CXMLSaxHandler& handler,
     XMLLoadFile(fileName.c_str(), handler, options);
 }
 
-// The text must stay as it is until the load has ended.
+/// The text must stay as it is until the load has ended.
 inline void XMLLoadText(std::string_view text, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
     const convenience_inside::SBytes bytes(text);
@@ -201,12 +215,14 @@ inline void XMLLoadText(const char* text, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
     XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), handler, options);
 }
+/// @}
 
-// --- A document as text
+/// @name A document as text
+/// @{
 
-// What CXMLDocument::Save writes to a stream, with its failures. Deliberate: not through a
-// std::ostringstream, which answers a part of the document when memory runs out; here that throws
-// std::bad_alloc.
+/// What CXMLDocument::Save writes to a stream, with its failures. Deliberate: not through a
+/// std::ostringstream, which answers a part of the document when memory runs out; here that throws
+/// std::bad_alloc.
 inline std::string XMLToString(CXMLDocument& document, bool format = false) {
     std::string text;
     convenience_inside::CStringBuffer buffer(text);
@@ -215,6 +231,7 @@ inline std::string XMLToString(CXMLDocument& document, bool format = false) {
     document.Save(out, format);
     return text;
 }
+/// @}
 
 }  // namespace norvask
 

@@ -18,8 +18,8 @@
 namespace norvask {
 namespace convenience_inside {
 
-// Writes to a file handle, which it does not own. After the first failure it takes nothing any more,
-// whatever becomes of the state of the stream.
+// Writes to a file handle, which it does not own. After the first failure it takes nothing any
+// more, whatever becomes of the state of the stream.
 class CHandleBuffer : public std::streambuf {
 public:
     CHandleBuffer() : m_Block(std::size_t{64} * 1024) {
@@ -123,8 +123,8 @@ private:
         return false;
     }
 
-    // The links of /proc are open files of a process, /dev/stdout among them: the name that such a link shows may
-    // be another file's by now, and the process would go on in the old one.
+    // The links of /proc are open files of a process, /dev/stdout among them: the name that such a
+    // link shows may be another file's by now, and the process would go on in the old one.
     static bool IsOfProcesses(const std::string& link) {
         struct stat processes = {};
         struct stat here = {};
@@ -135,8 +135,8 @@ private:
     // Of the target, with the "/" at its end; empty for the working directory.
     std::string Folder() const { return m_Target.substr(0, m_Target.rfind('/') + 1); }
 
-    // A name that nobody else uses: the system makes the file only if there is none. Short, since the
-    // target's own name may have the greatest length already.
+    // A name that nobody else uses: the system makes the file only if there is none. Short, since
+    // the target's own name may have the greatest length already.
     bool MakeNew(mode_t permissions) {
         static std::atomic<unsigned> count{0};
         const std::string folder = Folder();

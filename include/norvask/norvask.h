@@ -1,8 +1,9 @@
-// Norvask: load XML into a tree, edit and query it, save it; read and write documents of any size without
-// a tree; values typed throughout.
-//
-// This header includes the whole public interface. Start with manager.h: the manager creates and
-// loads the documents from which everything else is reached.
+/// @file
+/// Norvask: load XML into a tree, edit and query it, save it; read and write documents of any size
+/// without a tree; values typed throughout.
+///
+/// This header includes the whole public interface. Start with manager.h: the manager creates and
+/// loads the documents from which everything else is reached.
 #ifndef NORVASK_NORVASK_H
 #define NORVASK_NORVASK_H
 

@@ -1,9 +1,13 @@
-// CXMLSaxAttribut: one attribute of an element that is reported to a client (sax_handler.h).
-//
-// Role: CXMLSaxHandler::StartElement receives an array of these.
-// Owner: the library makes and ends them. An attribute and its strings last until the callback that
-// received it returns: copy what you keep.
-// Threads: an attribute belongs to the thread of its load.
+/// @file
+/// @class norvask::CXMLSaxAttribut
+/// One attribute of an element that is reported to a client (sax_handler.h).
+///
+/// **Role:** CXMLSaxHandler::StartElement receives an array of these.
+///
+/// **Owner:** the library makes and ends them. An attribute and its strings last until the callback
+/// that received it returns: copy what you keep.
+///
+/// **Threads:** an attribute belongs to the thread of its load.
 #ifndef NORVASK_SAX_ATTRIBUT_H
 #define NORVASK_SAX_ATTRIBUT_H
 
@@ -13,23 +17,25 @@ namespace norvask {
 
 class NORVASK_API CXMLSaxAttribut {
 public:
-    // Copies have strings of their own, so they outlive their source; an attribute may be assigned to
-    // itself. Only a derived class can make one, since the destructor is protected: what a client keeps
-    // of an attribute is mostly its strings. Throw std::bad_alloc; an assignment that throws has changed nothing.
+    /// Copies have strings of their own, so they outlive their source; an attribute may be assigned
+    /// to itself. Only a derived class can make one, since the destructor is protected: what a
+    /// client keeps of an attribute is mostly its strings. Throw std::bad_alloc; an assignment that
+    /// throws has changed nothing.
     CXMLSaxAttribut(const CXMLSaxAttribut& other);
     CXMLSaxAttribut& operator=(const CXMLSaxAttribut& other);
 
 protected:
-    // Copies the strings; NULL gives an empty one. Throws std::bad_alloc. Protected, as is the
-    // destructor: a class that wants attributes of its own derives from this one.
+    /// Copies the strings; NULL gives an empty one. Throws std::bad_alloc. Protected, as is the
+    /// destructor: a class that wants attributes of its own derives from this one.
     CXMLSaxAttribut(const char* uri, const char* localName, const char* qName, const char* value);
+    /// Destroys the object.
     virtual ~CXMLSaxAttribut();
 
 public:
-    // The strings; never NULL. Valid until the attribute ends or is assigned to.
-    virtual const char* GetUri();        // the namespace; empty when the attribute is in none
-    virtual const char* GetLocalName();  // the name without its prefix
-    virtual const char* GetQName();      // the name as it is written
+    /// The strings; never NULL. Valid until the attribute ends or is assigned to.
+    virtual const char* GetUri();        ///< The namespace; empty when the attribute is in none.
+    virtual const char* GetLocalName();  ///< The name without its prefix.
+    virtual const char* GetQName();      ///< The name as it is written.
     virtual const char* GetValue();
 
 private:

@@ -59,9 +59,11 @@ void Trees(CXMLDocument* document, CXMLDocument* nothing, CXMLNode* null) {
     CXMLNode* derived = &price;
     CXMLAttribut* attribute = book->GetAttributes()[1];
     CXMLAttribut own("own", "value");
+    CXMLAttribut blank("", nullptr);
     Stop();
     std::printf("%d\n", root && title && text && binary && derived && attribute &&
-                            null == nullptr && nothing && &reference == book && own.GetName());
+                            null == nullptr && nothing && &reference == book && own.GetName() &&
+                            blank.GetName());
 }
 
 void Others() {

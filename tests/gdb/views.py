@@ -33,6 +33,7 @@ print children[5]
 print derived
 print attribute
 print &own
+print &blank
 print/r &own
 set charset ASCII
 print text
