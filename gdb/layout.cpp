@@ -6,13 +6,13 @@
 #include <cstddef>
 
 #include "norvask/norvask.h"
-#include "tree/attribute_access.h"
+#include "tree/attribute_strings.h"
 #include "tree/document_body.h"
+#include "tree/memory/tree.h"
+#include "tree/memory/tree_string.h"
 #include "tree/node_access.h"
 #include "tree/node_body.h"
-#include "tree/tree_memory.h"
-#include "tree/tree_string.h"
-#include "write/string_stack.h"
+#include "write/writer_body.h"
 
 namespace norvask {
 
@@ -31,51 +31,51 @@ void WriteLayout() {
     VALUE("target.big_endian", __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__);
 
     FIELD("object.body", CXMLNode, m_nBody);
-    VALUE("object.bits", CNodeAccess::OBJECT_BITS);
+    VALUE("object.bits", CNodeAccess::ALL_BITS);
 
-    FIELD("node.kind", SNodeBody, m_nKind);
-    FIELD("node.flags", SNodeBody, m_nFlags);
-    FIELD("node.owners", SNodeBody, m_nOwners);
-    FIELD("node.distance", SNodeBody, m_nDistance);
+    FIELD("node.kind", SNodeBody, kind);
+    FIELD("node.flags", SNodeBody, flags);
+    FIELD("node.owners", SNodeBody, owners);
+    FIELD("node.distance", SNodeBody, distance);
     VALUE("node.element", CXMLNode::NODE_ELEMENT);
     VALUE("node.text", CXMLNode::NODE_TEXT);
     VALUE("node.binary", CXMLNode::NODE_BINARY);
 
-    FIELD("element.name", SElementBody, m_pName);
-    FIELD("element.one_child", SElementBody, m_Children.m_Inline);
-    FIELD("element.children", SElementBody, m_Children.m_Heap.m_pSlots);
-    FIELD("element.children_used", SElementBody, m_Children.m_Heap.m_nUsed);
-    VALUE("element.has_array", BODY_HEAP_CHILDREN);
-    FIELD("element.attributes", SElementBody, m_pAttributes);
-    FIELD("attributes.used", SAttributeArray, m_nUsed);
+    FIELD("element.name", SElementBody, name);
+    FIELD("element.one_child", SElementBody, children.few);
+    FIELD("element.children", SElementBody, children.many.slots);
+    FIELD("element.children_used", SElementBody, children.many.used);
+    VALUE("element.has_array", BODY_OUTGROWN);
+    FIELD("element.attributes", SElementBody, attributes);
+    FIELD("attributes.used", SAttributeArray, used);
     VALUE("attributes.slots", sizeof(SAttributeArray));
 
-    FIELD("text.text", STextBody, m_pText);
-    FIELD("binary.data", SBinaryBody, m_pData);
-    FIELD("binary.length", SBinaryBody, m_nLength);
+    FIELD("text.text", STextBody, text);
+    FIELD("binary.data", SBinaryBody, data);
+    FIELD("binary.length", SBinaryBody, length);
 
     FIELD("attribute.name", CXMLAttribut, m_nName);
     FIELD("attribute.value", CXMLAttribut, m_nValue);
     VALUE("attribute.bits", CAttributeAccess::BITS);
 
     VALUE("tag.bytes", sizeof(SStringTag));
-    FIELD("tag.distance", SStringTag, m_nDistance);
-    FIELD("tag.flags", SStringTag, m_nFlags);
+    FIELD("tag.distance", SStringTag, distance);
+    FIELD("tag.flags", SStringTag, flags);
     VALUE("tag.constant", STRING_STATIC);
 
     VALUE("page.unit", TAG_UNIT);
     VALUE("page.header", sizeof(SPage));
-    FIELD("page.bytes", SPage, m_nBytes);
-    FIELD("page.holders", SPage, m_nHolders);
-    FIELD("page.tree", SPage, m_pTree);
-    FIELD("tree.owners", CTreeMemory, m_nOwners);
-    FIELD("tree.first_page", CTreeMemory, m_pFirst);
+    FIELD("page.bytes", SPage, bytes);
+    FIELD("page.retained", SPage, retained);
+    FIELD("page.tree", SPage, tree);
+    FIELD("tree.owners", CTree, m_nOwners);
+    FIELD("tree.first_page", CTree, m_Arena.m_pFirst);
 
     FIELD("document.body", CXMLDocument, m_pBody);
-    FIELD("document.owners", SDocumentBody, m_nOwners);
-    FIELD("document.root", SDocumentBody, m_pRoot);
-    FIELD("document.dtd_name", SDocumentBody, m_pDTDName);
-    FIELD("document.dtd_path", SDocumentBody, m_pDTDPath);
+    FIELD("document.owners", SDocumentBody, owners);
+    FIELD("document.root", SDocumentBody, root);
+    FIELD("document.dtd_name", SDocumentBody, dtdName);
+    FIELD("document.dtd_path", SDocumentBody, dtdPath);
 
     FIELD("exception.id", CXMLException, m_nID);
     FIELD("exception.message", CXMLException, m_pMessage);
@@ -84,12 +84,14 @@ void WriteLayout() {
     FIELD("event.name", CXMLSaxAttribut, m_pQName);
     FIELD("event.value", CXMLSaxAttribut, m_pValue);
 
-    FIELD("writer.stream", CXMLSaxWriter, m_pStream);
-    FIELD("writer.file_name", CXMLSaxWriter, m_pFileName);
-    FIELD("writer.open_elements", CXMLSaxWriter, m_pElementStack);
+    FIELD("writer.body", CXMLSaxWriter, m_pBody);
+    FIELD("writer.stream", SWriterBody, stream.m_pStream);
+    FIELD("writer.file_name", SWriterBody, file.m_pName);
+    FIELD("writer.open_elements", SWriterBody, names);
     FIELD("stack.block", CStringStack, m_pBlock);
     FIELD("stack.used", CStringStack, m_nUsed);
     VALUE("stack.length", sizeof(std::size_t));
+    VALUE("stack.overhead", CStringStack::OVERHEAD);
 }
 
 }  // namespace norvask

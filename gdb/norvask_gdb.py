@@ -145,7 +145,7 @@ def tree_string(address):
         distance = field(tag, "tag.distance") * value("page.unit")
         page = tag - distance
         reach = field(page, "page.bytes") + value("page.header")
-        if not 0 < distance <= reach or field(page, "page.holders") == 0:
+        if not 0 < distance <= reach or field(page, "page.retained") == 0:
             raise NoObject("no string here, or no longer")
     return text_at(address)
 
@@ -301,23 +301,27 @@ class SaxAttribute(View):
 
 
 class SaxWriter(View):
+    def __init__(self, address):
+        super().__init__(address)
+        class_of(address)
+        self.body = field(address, "writer.body")
+
     def line(self):
-        class_of(self.address)
-        if field(self.address, "writer.stream") == 0:
+        if field(self.body, "writer.stream") == 0:
             return "writer without a document"
         names = [printable(name) for name in itertools.islice(self.names(), SHOWN_OPEN_ELEMENTS)]
         path = "/".join(reversed(names))
         more = ".../" if len(names) == SHOWN_OPEN_ELEMENTS else ""
-        file_name = field(self.address, "writer.file_name")
+        file_name = field(self.body, "writer.file_name")
         target = "a stream" if file_name == 0 else quoted(text_at(file_name))
         return "writer to %s, %s" % (target, "in " + more + path if names else "no open element")
 
     def names(self):
         """The open elements, innermost first: in one block, each with its length behind it."""
-        stack, size = field(self.address, "writer.open_elements"), value("stack.length")
+        stack, size = self.body + value("writer.open_elements"), value("stack.length")
         block, end = field(stack, "stack.block"), field(stack, "stack.used")
         while end > 0:
-            end -= number(block + end - size, size) + 1 + size
+            end -= number(block + end - size, size) + value("stack.overhead")
             if end < 0:
                 raise NoObject("no writer here, or no longer")
             yield text_at(block + end)
