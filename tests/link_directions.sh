@@ -30,7 +30,7 @@ read -r -d '' RULES <<'END' || true
         return ""
     }
     BEGIN {
-        split("foundation tree write load", order, " ")
+        split("foundation tree write load gdb", order, " ")  # gdb/layout.cpp reads all of them
         for (i in order) rank[order[i]] = i
     }
     {

@@ -40,7 +40,7 @@ unsigned int KnownOf(const char* text, std::size_t length) noexcept {
     if (IsAscii(text, length)) {
         return KNOWN_UTF8 | KNOWN_ASCII;
     }
-    return IsUtf8(text) ? unsigned(KNOWN_UTF8) : 0U;
+    return IsUtf8(text) ? KNOWN_UTF8 : 0U;
 }
 
 }  // namespace
@@ -65,9 +65,7 @@ SKnownText JudgeName(const char* text) {
     const std::size_t length = static_cast<std::size_t>(p - start);
     if (*p == '\0') {
         return {text, length,
-                length == 0
-                    ? 0U
-                    : KNOWN_PLAIN_NAME | (LocalEncodingIsUtf8() ? unsigned(KNOWN_UTF8) : 0U)};
+                length == 0 ? 0U : KNOWN_PLAIN_NAME | (LocalEncodingIsUtf8() ? KNOWN_UTF8 : 0U)};
     }
     SKnownText judged = Unjudged(text);
     if (*p >= 0x80) {

@@ -11,9 +11,9 @@
 
 namespace norvask {
 
-// What can be known of a text.
-const unsigned int KNOWN_UTF8 =
-    1;  // well-formed UTF-8, as narrow strings are: can be written as it stands
+// What can be known of a text. Well-formed UTF-8, where narrow strings are UTF-8, can be written as
+// it stands.
+const unsigned int KNOWN_UTF8 = 1;
 const unsigned int KNOWN_ASCII = 2;                              // ASCII characters only
 const unsigned int KNOWN_NAME = 4;                               // an XML 1.0 name
 const unsigned int KNOWN_PLAIN_NAME = KNOWN_NAME | KNOWN_ASCII;  // needs no escaping either

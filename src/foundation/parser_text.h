@@ -6,7 +6,6 @@
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XercesDefs.hpp>
 
-
 namespace norvask {
 
 // The public headers show the parser's strings as char16_t so that clients need no parser header.

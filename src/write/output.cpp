@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "foundation/markup.h"
 #include "foundation/base64.h"
+#include "foundation/markup.h"
 #include "foundation/parser_state.h"
 #include "foundation/string_converter.h"
 #include "foundation/utf8.h"

@@ -27,8 +27,8 @@ std::string EscapedFast(const std::string& text, std::size_t before = 0) {
     char buffer[COutput::SMALL];
     COutput output(out, buffer, sizeof(buffer));
     const std::string filler(before, 'x');
-    output.EscapedUtf8(filler.c_str(), filler.size());
-    output.Escaped(text.c_str());
+    output.Text(JudgeText(filler.c_str()));
+    output.Text(text.c_str());
     output.Flush();
     return out.str().substr(before);
 }

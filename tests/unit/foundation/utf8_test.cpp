@@ -8,6 +8,7 @@
 #include <string>
 #include <xercesc/util/XMLString.hpp>
 
+#include "foundation/parser_state.h"
 #include "foundation/parser_text.h"
 #include "support/random_text.h"
 

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "tree/name_table.h"
+#include "tree/memory/name_table.h"
 
 namespace norvask {
 namespace {
