@@ -64,7 +64,7 @@ void WriteLayout() {
     VALUE("page.unit", TAG_UNIT);
     VALUE("page.header", sizeof(SPage));
     FIELD("page.bytes", SPage, bytes);
-    FIELD("page.holders", SPage, retained);
+    FIELD("page.retained", SPage, retained);
     FIELD("page.tree", SPage, tree);
     FIELD("tree.owners", CTree, m_nOwners);
     FIELD("tree.first_page", CTree, m_Arena.m_pFirst);

@@ -145,7 +145,7 @@ def tree_string(address):
         distance = field(tag, "tag.distance") * value("page.unit")
         page = tag - distance
         reach = field(page, "page.bytes") + value("page.header")
-        if not 0 < distance <= reach or field(page, "page.holders") == 0:
+        if not 0 < distance <= reach or field(page, "page.retained") == 0:
             raise NoObject("no string here, or no longer")
     return text_at(address)
 

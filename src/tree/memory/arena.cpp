@@ -64,6 +64,8 @@ void CArena::RemovePage(SPage* page) noexcept {
 void CArena::MoveCursor(SPage* page, char* from, std::size_t bytes) noexcept {
     if (m_pFree != nullptr && CursorRoom() >= SMALLEST_BLOCK) {
         m_pFree->tagged.Put(m_pCursor, CursorRoom(), m_pCurrent);
+    } else if (CursorRoom() != 0) {
+        m_pCurrent->unused = static_cast<std::uint16_t>(m_pCurrent->unused + CursorRoom());
     }
     m_pCurrent = page;
     m_pCursor = from;
@@ -205,13 +207,27 @@ bool CArena::IsMergeDue() const noexcept {
            m_pFree->bytesSince >= std::max(MERGE_FROM, m_nShared / MERGE_SHARE);
 }
 
+// Free blocks of a page, in the order of their addresses, become free again as what is between blocks in use.
+void CArena::PutMerged(FreeBlocks::const_iterator first, FreeBlocks::const_iterator last,
+                       const SPage* page) noexcept {
+    while (first != last) {
+        char* const from = reinterpret_cast<char*>(*first);
+        char* to = from;
+        while (first != last && reinterpret_cast<char*>(*first) == to) {
+            to += COpenBlock(*first)->bytes;
+            ++first;
+        }
+        m_pFree->tagged.Put(from, static_cast<std::size_t>(to - from), page);
+    }
+}
+
 // Brings free blocks and pages into the order of their addresses and goes through both together: neighbours become
 // one block, and the page of every block is known afterwards. Without memory for that, everything stays as it was.
 void CArena::MergeFree() noexcept {
     m_pFree->bytesSince = 0;
     MoveCursor(m_pCurrent, m_pEnd, 0);
     std::vector<SPage*> pages;
-    std::vector<SFreeBlock*> blocks;
+    FreeBlocks blocks;
     try {
         std::size_t count = 0;
         for (SPage* page = m_pFirst; page != nullptr; page = page->next) {
@@ -230,30 +246,23 @@ void CArena::MergeFree() noexcept {
     std::sort(blocks.begin(), blocks.end(), std::less<>());
     std::sort(pages.begin(), pages.end(), std::less<>());
 
-    auto page = pages.begin();
-    const auto end = [](SPage* of) { return ContentOf(of) + of->bytes; };
-    for (auto block = blocks.begin(); block != blocks.end();) {
-        char* const from = reinterpret_cast<char*>(*block);
-        while (end(*page) <= from) {
-            ++page;
+    // Only free blocks of the same page are merged, so a page is gone through as a whole.
+    auto block = blocks.begin();
+    for (SPage* page : pages) {
+        char* const end = ContentOf(page) + page->bytes;
+        const auto first = block;
+        std::size_t bytes = 0;
+        for (; block != blocks.end() && reinterpret_cast<char*>(*block) < end; ++block) {
+            bytes += COpenBlock(*block)->bytes;
         }
-        char* to = from;
-        while (block != blocks.end() && reinterpret_cast<char*>(*block) == to && to < end(*page)) {
-            to += COpenBlock(*block)->bytes;
-            ++block;
-        }
-        const std::size_t bytes = static_cast<std::size_t>(to - from);
-        // What was too small for a block may lie between the last one and the end of the page.
-        const bool isAll = from == ContentOf(*page) && bytes + SMALLEST_BLOCK > (*page)->bytes;
-        if (isAll && IsRetainedOnce(*page)) {
-            m_nShared -= (*page)->bytes;
-            if (*page == m_pCurrent) {
+        if (bytes + page->unused == page->bytes && IsRetainedOnce(page)) {
+            m_nShared -= page->bytes;
+            if (page == m_pCurrent) {
                 m_pCursor = m_pEnd = nullptr;
             }
-            RemovePage(*page);
-            ++page;
+            RemovePage(page);
         } else {
-            m_pFree->tagged.Put(from, bytes, *page);
+            PutMerged(first, block, page);
         }
     }
 }

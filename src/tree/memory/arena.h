@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 #include "tree/memory/free_blocks.h"
 #include "tree/memory/page.h"
@@ -100,6 +101,9 @@ private:
     bool KeepsFree() noexcept;
     bool IsMergeDue() const noexcept;
     void MergeFree() noexcept;
+    using FreeBlocks = std::vector<SFreeBlock*>;
+    void PutMerged(FreeBlocks::const_iterator first, FreeBlocks::const_iterator last,
+                   const SPage* page) noexcept;
 
     CTree* const m_pTree;
     SPage* m_pFirst;  // of the pages, in the order in which they came

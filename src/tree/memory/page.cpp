@@ -20,7 +20,7 @@ void UnpoisonMemory(void* memory, std::size_t bytes) noexcept {
 
 SPage* NewPage(std::size_t bytes) {
     SPage* page = static_cast<SPage*>(::operator new(sizeof(SPage) + bytes));
-    return new (page) SPage{nullptr, nullptr, nullptr, bytes, false, {1}};
+    return new (page) SPage{nullptr, nullptr, nullptr, bytes, false, 0, {1}};
 }
 
 void RetainPage(SPage* page) noexcept { page->retained.fetch_add(1, std::memory_order_relaxed); }

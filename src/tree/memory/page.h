@@ -24,8 +24,9 @@ struct SPage {
     CTree* tree;  // NULL for a page outside of any tree
     SPage* previous;
     SPage* next;
-    std::size_t bytes;  // behind the header
-    bool isSingle;      // the page of one block
+    std::size_t bytes;     // behind the header
+    bool isSingle;         // the page of one block
+    std::uint16_t unused;  // bytes at the end that no block was given
     std::atomic<std::uint32_t> retained;
 };
 static_assert(sizeof(SPage) % 8 == 0, "blocks are aligned to eight bytes");

@@ -37,7 +37,8 @@ CTreeString NewOuterString(const SKnownText& text) {
 CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text) {
     if (!old.Is(STRING_STATIC) && !text.IsEmpty()) {
         SPage* const page = old.Page();
-        if (page->tree == nullptr && StringBytes(text.length) <= page->bytes && IsRetainedOnce(page)) {
+        if (page->tree == nullptr && StringBytes(text.length) <= page->bytes &&
+            IsRetainedOnce(page)) {
             return WriteString(page + 1, page, text, 0);
         }
     }

@@ -46,13 +46,13 @@ TEST(Arrays, AttributesDoubleFromOne) {
     EXPECT_EQ(AttributeCount(body), 0U);
     for (std::uint32_t count = 1; count <= 70; ++count) {
         document->GetRoot()->SetAttribute(("a" + std::to_string(count)).c_str(), "v");
-        EXPECT_EQ(body->m_pAttributes->m_nCapacity, PowerOfTwoAbove(count, 1)) << count;
-        EXPECT_EQ(body->m_pAttributes->m_nUsed, count + 1);
+        EXPECT_EQ(body->attributes->capacity, PowerOfTwoAbove(count, 1)) << count;
+        EXPECT_EQ(body->attributes->used, count + 1);
     }
     for (std::uint32_t count = 70; count > 0; --count) {
         document->GetRoot()->SetAttribute(("a" + std::to_string(count)).c_str(), nullptr);
     }
-    EXPECT_EQ(body->m_pAttributes->m_nCapacity, 128U);
+    EXPECT_EQ(body->attributes->capacity, 128U);
     EXPECT_EQ(AttributeCount(body), 0U);
 }
 
@@ -63,12 +63,12 @@ TEST(Arrays, QueryResultsDoubleFromTwoAndKeepTheirRoom) {
     for (std::uint32_t count = 1; count <= 40; ++count) {
         root->CreateChild("c", nullptr);
         root->GetNodes("c");
-        EXPECT_EQ(ExtrasOf(body).m_nResultCapacity, PowerOfTwoAbove(count, 2)) << count;
-        EXPECT_EQ(ExtrasOf(body).m_nResultUsed, count + 1);
+        EXPECT_EQ(MadeExtras(body).result.capacity, PowerOfTwoAbove(count, 2)) << count;
+        EXPECT_EQ(MadeExtras(body).result.used, count + 1);
     }
     CXMLNode** const array = root->GetNodes("nothing");
     EXPECT_EQ(array[0], nullptr);
-    EXPECT_EQ(ExtrasOf(body).m_nResultCapacity, 64U);
+    EXPECT_EQ(MadeExtras(body).result.capacity, 64U);
     EXPECT_EQ(root->GetNodes("c"), array);
 }
 
@@ -81,7 +81,33 @@ TEST(Arrays, ACopyHasTheCapacitiesOfItsSource) {
     const Document clone(document->Clone());
     SElementBody* body = CNodeAccess::ElementOf(clone->GetRoot());
     EXPECT_EQ(ChildCapacity(body), 8U);
-    EXPECT_EQ(body->m_pAttributes->m_nCapacity, 8U);
+    EXPECT_EQ(body->attributes->capacity, 8U);
+}
+
+// Long arrays keep room in front, which counts as capacity.
+TEST(Arrays, ChildrenThatComeInFrontDoubleFromTwoToo) {
+    const Document document = NewDocumentWithRoot("r");
+    CXMLNode* const root = document->GetRoot();
+    SElementBody* const body = CNodeAccess::ElementOf(root);
+    for (std::uint32_t count = 1; count <= 3000; ++count) {
+        root->CreateChild("c", root->GetFirstChild());
+        ASSERT_LE(ChildCapacity(body), 2 * PowerOfTwoAbove(count, 2)) << count;
+        ASSERT_GE(ChildCapacity(body), PowerOfTwoAbove(count, 2)) << count;
+    }
+}
+
+// A pointer to a short array shows the children that are left when one is removed.
+TEST(Arrays, AShortArrayStaysInItsPlaceWhenAChildIsRemoved) {
+    const Document document = NewDocumentWithRoot("r");
+    CXMLNode* const root = document->GetRoot();
+    for (int i = 0; i < 60; ++i) {
+        root->CreateChild("c", nullptr);
+    }
+    CXMLNode** const children = root->GetChildren();
+    while (children[0] != nullptr) {
+        root->DeleteChild(children[0]);
+        ASSERT_EQ(root->GetChildren(), children);
+    }
 }
 
 TEST(Arrays, AllNodesHaveTheSizeThatTheirBlocksAssume) {
