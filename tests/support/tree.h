@@ -75,14 +75,18 @@ inline std::string AllByteValues(std::size_t length = 256) {
 
 inline const std::string kDeclaration = "<?xml version=\"1.0\"?>";
 
-// What saving without formatting writes behind the declaration.
-inline std::string SavedBody(norvask::CXMLDocument& document) {
-    std::ostringstream out;
-    document.Save(out, false);
-    const std::string bytes = out.str();
+// What stands behind the declaration.
+inline std::string Body(const std::string& bytes) {
     return bytes.compare(0, kDeclaration.size(), kDeclaration) == 0
                ? bytes.substr(kDeclaration.size())
                : "no declaration: " + bytes;
+}
+
+// What saving without formatting writes there.
+inline std::string SavedBody(norvask::CXMLDocument& document) {
+    std::ostringstream out;
+    document.Save(out, false);
+    return Body(out.str());
 }
 
 }  // namespace norvask_test

@@ -9,6 +9,7 @@
 
 #include "support/tree.h"
 #include "support/vocabulary.h"
+#include "support/writing.h"
 
 namespace norvask_test {
 
@@ -24,17 +25,9 @@ protected:
         m_Writer.EndDocument();
     }
     // What stands behind the declaration.
-    std::string Body() const {
-        const std::string bytes = m_Out.str();
-        const std::string declaration = kDeclaration;
-        return bytes.compare(0, declaration.size(), declaration) == 0
-                   ? bytes.substr(declaration.size())
-                   : "no declaration: " + bytes;
-    }
+    std::string Body() const { return norvask_test::Body(m_Out.str()); }
     void Element(const char* name, const char* text = nullptr) {
-        m_Writer.StartElement(name, nullptr);
-        if (text) m_Writer.Characters(text);
-        m_Writer.EndElement();
+        WriteElement(m_Writer, name, text);
     }
 
     std::ostringstream m_Out;

@@ -1,4 +1,4 @@
-// What the tests of the streaming writer share: arrays of attributes, Base64, the refusals.
+// What the tests of the streaming writer share: documents in one call, arrays of attributes, Base64.
 #ifndef NORVASK_TESTS_SUPPORT_WRITING_H
 #define NORVASK_TESTS_SUPPORT_WRITING_H
 
@@ -6,11 +6,14 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <initializer_list>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "support/tree.h"
 #include "support/vocabulary.h"
 
 namespace norvask_test {
@@ -82,9 +85,35 @@ inline std::string Base64(const std::string& bytes) {
     return text;
 }
 
+// One call of a writer, and what the calls write behind the declaration of a document of their own.
+using Step = std::function<void(norvask::CXMLSaxWriter&)>;
+
+template <typename Work>
+std::string Written(const Work& work, bool format = false) {
+    std::ostringstream out;
+    norvask::CXMLSaxWriter writer;
+    writer.StartDocument(&out, format, false);
+    work(writer);
+    writer.EndDocument();
+    return Body(out.str());
+}
+
+inline void WriteElement(norvask::CXMLSaxWriter& writer, const char* name,
+                         const char* text = nullptr) {
+    writer.StartElement(name, nullptr);
+    if (text) writer.Characters(text);
+    writer.EndElement();
+}
+
 inline void WriteData(norvask::CXMLSaxWriter& writer, const std::string& bytes, bool cdata) {
     writer.Data(reinterpret_cast<const unsigned char*>(bytes.data()),
                 static_cast<long>(bytes.size()), cdata);
+}
+
+// A file that cannot be opened, and then no document.
+inline void ExpectFileRefused(norvask::CXMLSaxWriter& writer, const std::string& name) {
+    EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name);
+    EXPECT_NOT_OPEN(writer.EndDocument());
 }
 
 }  // namespace norvask_test

@@ -12,8 +12,6 @@ using namespace norvask_test;
 
 namespace {
 
-using Step = std::function<void(CXMLSaxWriter&)>;
-
 const std::string kLongName(3000, 'n');
 const std::string kLongText(2000, '&');
 

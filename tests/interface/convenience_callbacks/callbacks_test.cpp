@@ -6,6 +6,7 @@
 
 #include "support/recording_handler.h"
 #include "support/testing.h"
+#include "support/writing.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -39,17 +40,6 @@ CXMLLambdaHandler HandingOnTo(CXMLSaxHandler& to) {
     };
     handler.onEndNamespace = [&to](const char* prefix) { to.EndNamespace(prefix); };
     return handler;
-}
-
-// What `write` writes into an element "e", behind the declaration.
-template <typename Work>
-std::string Written(Work write) {
-    std::ostringstream out;
-    CXMLSaxWriter writer;
-    writer.StartDocument(&out, false, false);
-    write(writer);
-    writer.EndDocument();
-    return out.str().substr(kDeclaration.size());
 }
 
 template <typename T>

@@ -1,6 +1,5 @@
 // Random trees: what is saved and loaded is the same tree, and saves to the same bytes again.
-#include <random>
-
+#include "support/random_tree.h"
 #include "support/testing.h"
 
 using namespace norvask;
@@ -8,79 +7,12 @@ using namespace norvask_test;
 
 namespace {
 
-enum class Content {
-    Elements,  // nothing but elements and attributes
-    Faithful,  // everything that a document can carry unchanged
-    Anything   // also what is merged, dropped or normalised on the way
-};
-
-class CRandomTree {
-public:
-    CRandomTree(unsigned seed, Content content) : m_Random(seed), m_Content(content) {}
-
-    Document Make() {
-        Document document = NewDocument();
-        CXMLNode* root = document->CreateRoot(Name());
-        Fill(root, 0);
-        return document;
-    }
-
-private:
-    int Below(int limit) { return static_cast<int>(m_Random() % static_cast<unsigned>(limit)); }
-
-    const char* Name() {
-        static const char* const names[] = {
-            "a", "b", "item", "\xC3\xA9l\xC3\xA9ment", "_1", "x.y-z", "\xE6\x97\xA5\xE6\x9C\xAC"};
-        return names[Below(7)];
-    }
-
-    // Never empty. What is faithful has neither line ends and TABs, nor only blanks.
-    std::string Characters(bool faithful) {
-        static const char* const pieces[] = {
-            "word", " ", "<", "&", "'", "\"", "]]>", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xC2\xA0"};
-        static const char* const others[] = {"\r", "\n", "\t", " ", "\x01", "\xFF", "\xE2\x82"};
-        std::string text = faithful ? "." : "";
-        for (int count = 1 + Below(6); count > 0; --count)
-            text += faithful || Below(3) ? pieces[Below(10)] : others[Below(7)];
-        if (Below(40) == 0) text += std::string(static_cast<std::size_t>(Below(5000)), 'l');
-        return text;
-    }
-
-    void Fill(CXMLNode* node, int depth) {
-        const bool faithful = m_Content != Content::Anything;
-        for (int count = Below(4); count > 0; --count)
-            node->SetAttribute(Name(), Characters(faithful).c_str());
-        if (depth > 12) return;
-        bool afterText = false;
-        for (int count = Below(7); count > 0 && m_nNodes > 0; --count, --m_nNodes) {
-            const int kind = m_Content == Content::Elements ? 0 : Below(4);
-            if (kind == 2 && !(faithful && afterText)) {
-                node->CreateTextChild(Characters(faithful).c_str());
-                afterText = true;
-            } else if (kind == 3) {
-                std::vector<unsigned char> bytes(static_cast<std::size_t>(Below(200) + faithful));
-                for (unsigned char& byte : bytes)
-                    byte = static_cast<unsigned char>(Below(256));
-                node->CreateBinChild()->SetData(bytes.data(), bytes.size());
-                afterText = false;
-            } else {
-                Fill(node->CreateChild(Name(), nullptr), depth + 1);
-                afterText = false;
-            }
-        }
-    }
-
-    std::mt19937 m_Random;
-    Content m_Content;
-    int m_nNodes = 150;  // that may still be made
-};
-
 constexpr unsigned kTrees = 150;
 
 }  // namespace
 
 TEST(RoundTrip, GivesTheSameTreeAndTheSameBytes) {
-    for (const Content content : {Content::Elements, Content::Faithful}) {
+    for (const Content content : {Content::ELEMENTS, Content::FAITHFUL}) {
         for (unsigned seed = 0; seed < kTrees; ++seed) {
             Document document = CRandomTree(seed, content).Make();
             const std::string tree = TreeText(document);
@@ -97,7 +29,7 @@ TEST(RoundTrip, GivesTheSameTreeAndTheSameBytes) {
 TEST(RoundTrip, ReachesTheSameBytesAfterTheFirstRoundWhateverTheTreeHolds) {
     unsigned changed = 0;
     for (unsigned seed = 0; seed < kTrees; ++seed) {
-        Document document = CRandomTree(seed, Content::Anything).Make();
+        Document document = CRandomTree(seed, Content::ANYTHING).Make();
         Document first = LoadMemory(Saved(document, seed % 2 == 0));
         const std::string bytes = Saved(first);
         Document second = LoadMemory(bytes);
@@ -110,7 +42,7 @@ TEST(RoundTrip, ReachesTheSameBytesAfterTheFirstRoundWhateverTheTreeHolds) {
 
 TEST(RoundTrip, LoadsBothFormatsToTheSameTree) {
     for (unsigned seed = 0; seed < kTrees; ++seed) {
-        for (const Content content : {Content::Elements, Content::Faithful, Content::Anything}) {
+        for (const Content content : {Content::ELEMENTS, Content::FAITHFUL, Content::ANYTHING}) {
             Document document = CRandomTree(seed, content).Make();
             EXPECT_TRUE(TreeText(LoadMemory(Saved(document, true))) ==
                         TreeText(LoadMemory(Saved(document, false))))
@@ -121,7 +53,7 @@ TEST(RoundTrip, LoadsBothFormatsToTheSameTree) {
 
 TEST(RoundTrip, SavesAClonePlacedAnywhereLikeItsSource) {
     for (unsigned seed = 0; seed < kTrees; ++seed) {
-        Document document = CRandomTree(seed, Content::Anything).Make();
+        Document document = CRandomTree(seed, Content::ANYTHING).Make();
         document->SetDTDRef("r", "r.dtd");
         Document clone(document->Clone());
         EXPECT_TRUE(TreeText(clone) == TreeText(document)) << "seed " << seed;
@@ -140,7 +72,7 @@ TEST(RoundTrip, SavesAClonePlacedAnywhereLikeItsSource) {
 
 TEST(RoundTrip, LoadsAFileLikeMemory) {
     for (unsigned seed = 0; seed < 100; ++seed) {
-        Document document = CRandomTree(seed, Content::Anything).Make();
+        Document document = CRandomTree(seed, Content::ANYTHING).Make();
         TemporaryFile file;
         document->Save(file.Name(), seed % 2 == 0);
         const std::string bytes = Saved(document, seed % 2 == 0);

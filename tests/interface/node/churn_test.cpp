@@ -1,11 +1,10 @@
 // A tree that is edited for hours does not grow: whatever an operation replaces or ends is used
 // again. Each row does one thing many times; the heap must not be larger after the last thousands
 // than after the first.
-#include <malloc.h>
-
 #include <functional>
 
 #include "support/derived.h"
+#include "support/heap.h"
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
@@ -16,12 +15,6 @@ namespace {
 
 constexpr int kWarmUp = 2000;
 constexpr int kRounds = 20000;
-constexpr std::size_t kSlack = 64 * 1024;  // less than four bytes a round
-
-std::size_t HeapInUse() {
-    const struct mallinfo2 info = mallinfo2();
-    return info.uordblks + info.hblkhd;
-}
 
 // Lengths that differ from round to round, from a few bytes to more than any small block.
 std::string Letters(int round) {
@@ -40,8 +33,7 @@ protected:
         const std::size_t before = HeapInUse();
         for (int round = 0; round < kRounds; ++round)
             work(kWarmUp + round);
-        const std::size_t after = HeapInUse();
-        EXPECT_LE(after, before + kSlack);
+        ExpectHeapAsBefore(before);  // that is, less than four bytes a round
     }
 
     Document m_Document = NewDocumentWithRoot("r");

@@ -3,8 +3,7 @@
 #include <map>
 
 #include "support/converters.h"
-#include "support/names.h"
-#include "support/random_text.h"
+#include "support/random_document.h"
 #include "support/recording_handler.h"
 #include "support/sanitizers.h"
 #include "support/testing.h"
@@ -70,89 +69,6 @@ private:
 // Instrumented, allocations are slow; what the counts below must exceed is exceeded all the same.
 int Times(int plain, int sanitized) { return kIsSanitized ? sanitized : plain; }
 
-// A generated document: well-formed, with everything that a load distinguishes.
-class CGenerator {
-public:
-    explicit CGenerator(unsigned seed) : m_Random(seed) {
-        for (const std::string& name : ValidNames()) {
-            // Those that are names in UTF-8 too, without a prefix.
-            if (name.find(':') == std::string::npos && name.find('\xFF') == std::string::npos &&
-                name.substr(0, 3) != "xml" && name != "a\xC3" && name != "a\xED\xA0\x80")
-                m_Names.push_back(name);
-        }
-    }
-
-    std::string Xml() {
-        m_Xml = One({"", "<?xml version='1.0'?>\n", "\n", "<!-- c --> "});
-        m_Xml += One({"", "<!DOCTYPE r>", "<!DOCTYPE r [ ]>\n"});
-        m_Xml += "<r xmlns:p='urn:p' xmlns:q='urn:q'>";
-        Content(0);
-        m_Xml += "</r>";
-        m_Xml += One({"", "\n", " <?p i?>\n"});
-        return m_Xml;
-    }
-
-private:
-    std::string One(const std::vector<std::string>& choices) {
-        return choices[m_Random.Number(choices.size())];
-    }
-    std::string Name() { return m_Names[m_Random.Number(m_Names.size())]; }
-
-    std::string Text() {
-        std::string text;
-        for (std::size_t n = m_Random.Number(6); n > 0; --n)
-            text += One({"text", " ", "\n", "\t", "\r\n", "&amp;", "&lt;", "&#10;", "&#32;",
-                         "\xC3\xA9", "&#x20AC;", "\xF0\x9F\x98\x80", "]] ", ">", "<!-- c -->",
-                         "<?p i?>", "\xC2\xA0", std::string(m_Random.Number(700), 'x')});
-        return text;
-    }
-    std::string Value() {
-        std::string value;
-        for (std::size_t n = m_Random.Number(4); n > 0; --n)
-            value += One({"v", " ", "\n", "&amp;", "&#9;", "\xC3\xA9", "\"", "&apos;",
-                          "\xF0\x9F\x98\x80", std::string(m_Random.Number(300), 'y')});
-        return value;
-    }
-    std::string Section() {
-        return "<![CDATA[" +
-               One({"", " ", "\n", "QQ==", "AAECAw==", "\nQUJD\n", "text", "a<b&amp;", "]] ",
-                    "\xC3\xA9", "QQ=", "AAAA \xE2\x82\xAC",
-                    std::string(4 * m_Random.Number(200), 'B')}) +
-               "]]>";
-    }
-
-    void Element(int depth) {
-        const std::string name = One({"", "", "p:", "q:"}) + Name();
-        m_Xml += "<" + name;
-        m_Xml += One({"", "", "", " xmlns='urn:d'", " xmlns=''", " xmlns:p='urn:other'",
-                      " xmlns:s='1' xmlns:t='2'"});
-        std::map<std::string, bool> used;
-        for (std::size_t n = m_Random.Number(4); n > 0; --n) {
-            const std::string attribute = Name();
-            if (used.emplace(attribute, true).second)
-                m_Xml += " " + One({"", "p:", "q:"}) + attribute + "='" + Value() + "'";
-        }
-        if (m_Random.Number(4) == 0) {
-            m_Xml += "/>";
-            return;
-        }
-        m_Xml += ">";
-        Content(depth);
-        m_Xml += "</" + name + ">";
-    }
-    void Content(int depth) {
-        for (std::size_t n = m_Random.Number(depth < 2 ? 12 : 6); n > 0; --n) {
-            m_Xml += Text();
-            if (m_Random.Number(5) == 0) m_Xml += Section();
-            if (depth < 6 && m_Random.Number(2) == 0) Element(depth + 1);
-        }
-    }
-
-    RandomText m_Random;
-    std::vector<std::string> m_Names;
-    std::string m_Xml;
-};
-
 // Says everything about one document in every way.
 void ExpectTheSame(const std::string& xml) {
     TemporaryFile file(".xml", xml);
@@ -163,8 +79,7 @@ void ExpectTheSame(const std::string& xml) {
         EXPECT_TRUE(EventsOfMemory(xml) == events) << "installed converter";
     }
     for (const bool keepPrefixes : {false, true}) {
-        SLoad how;
-        how.keepPrefixes = keepPrefixes;
+        const SLoad how = keepPrefixes ? KeepPrefixes() : SLoad();
         EXPECT_TRUE(EventsOfMemory(xml, how) == events) << "keepPrefixes";
         CTreeHandler handler(keepPrefixes);
         LoadMemory(xml, handler, how);
@@ -183,7 +98,7 @@ TEST(CallbackEquivalence, HoldsForGeneratedDocuments) {
     std::size_t bytes = 0;
     const int documents = Times(400, 30);
     for (int seed = 1; seed <= documents; ++seed) {
-        const std::string xml = CGenerator(static_cast<unsigned>(seed)).Xml();
+        const std::string xml = CRandomDocument(static_cast<unsigned>(seed)).Xml();
         bytes += xml.size();
         SCOPED_TRACE("seed " + std::to_string(seed));
         ExpectTheSame(xml);

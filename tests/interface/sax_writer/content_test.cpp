@@ -1,6 +1,5 @@
 // What a streaming writer puts between tags: text, Base64 and typed values.
 #include <climits>
-#include <functional>
 #include <limits>
 
 #include "support/testing.h"
@@ -12,25 +11,21 @@ using namespace norvask_test;
 
 namespace {
 
-using Work = std::function<void(CXMLSaxWriter&)>;
-
 // What the work writes between the tags of an element.
-std::string Content(const Work& work) {
-    std::ostringstream out;
-    CXMLSaxWriter writer;
-    writer.StartDocument(&out, true, false);
-    writer.StartElement("r", nullptr);
-    work(writer);
-    writer.EndElement();
-    writer.EndDocument();
-    const std::string bytes = out.str();
-    const std::string begin = kDeclaration + "\r\n<r>";
+std::string Content(const Step& work) {
+    const auto inElement = [&](CXMLSaxWriter& writer) {
+        writer.StartElement("r", nullptr);
+        work(writer);
+        writer.EndElement();
+    };
+    const std::string body = Written(inElement, true);
+    const std::string begin = "\r\n<r>";
     const std::string end = "</r>";
-    if (bytes.size() < begin.size() + end.size() || bytes.compare(0, begin.size(), begin) != 0 ||
-        bytes.compare(bytes.size() - end.size(), end.size(), end) != 0) {
-        return "not between tags: " + bytes;
+    if (body.size() < begin.size() + end.size() || body.compare(0, begin.size(), begin) != 0 ||
+        body.compare(body.size() - end.size(), end.size(), end) != 0) {
+        return "not between tags: " + body;
     }
-    return bytes.substr(begin.size(), bytes.size() - begin.size() - end.size());
+    return body.substr(begin.size(), body.size() - begin.size() - end.size());
 }
 
 std::string TextContent(const std::string& text) {
@@ -39,7 +34,7 @@ std::string TextContent(const std::string& text) {
 
 struct SValue {
     const char* text;
-    Work write;
+    Step write;
 };
 
 std::vector<SValue> Values() {
@@ -76,34 +71,24 @@ std::vector<SValue> Values() {
     };
 }
 
-std::vector<Work> ValuesOutOfRange() {
-    return {
-        [](CXMLSaxWriter& w) { w.Date(10000, 1, 1); },
-        [](CXMLSaxWriter& w) { w.Date(2024, 0, 1); },
-        [](CXMLSaxWriter& w) { w.Date(2024, 13, 1); },
-        [](CXMLSaxWriter& w) { w.Date(2024, 1, 0); },
-        [](CXMLSaxWriter& w) { w.Date(2024, 1, 32); },
-        [](CXMLSaxWriter& w) { w.Date(2024, -1, 7); },
-        [](CXMLSaxWriter& w) { w.Date(-1, -1, -1); },
-        [](CXMLSaxWriter& w) { w.Date(2024, -2, 1); },
-        [](CXMLSaxWriter& w) { w.DateTime(10000, 1, 1, 0, 0, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 0, 1, 0, 0, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 13, 1, 0, 0, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, -1, 0, 0, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, 32, 0, 0, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, 1, 24, 0, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, 1, -1, 0, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, 1, 0, 60, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, 1, 0, -1, 0); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, 1, 0, 0, 60); },
-        [](CXMLSaxWriter& w) { w.DateTime(2024, 1, 1, 0, 0, -1); },
-        [](CXMLSaxWriter& w) { w.Time(24, 0, 0); },
-        [](CXMLSaxWriter& w) { w.Time(-1, 0, 0); },
-        [](CXMLSaxWriter& w) { w.Time(0, 60, 0); },
-        [](CXMLSaxWriter& w) { w.Time(0, -1, 0); },
-        [](CXMLSaxWriter& w) { w.Time(0, 0, 60); },
-        [](CXMLSaxWriter& w) { w.Time(0, 0, -1); },
-    };
+std::vector<Step> ValuesOutOfRange() {
+    static const int dates[][3] = {{10000, 1, 1}, {2024, 0, 1},  {2024, 13, 1}, {2024, 1, 0},
+                                   {2024, 1, 32}, {2024, -1, 7}, {-1, -1, -1},  {2024, -2, 1}};
+    static const int dateTimes[][6] = {
+        {10000, 1, 1, 0, 0, 0}, {2024, 0, 1, 0, 0, 0},  {2024, 13, 1, 0, 0, 0},
+        {2024, 1, -1, 0, 0, 0}, {2024, 1, 32, 0, 0, 0}, {2024, 1, 1, 24, 0, 0},
+        {2024, 1, 1, -1, 0, 0}, {2024, 1, 1, 0, 60, 0}, {2024, 1, 1, 0, -1, 0},
+        {2024, 1, 1, 0, 0, 60}, {2024, 1, 1, 0, 0, -1}};
+    static const int times[][3] = {{24, 0, 0}, {-1, 0, 0}, {0, 60, 0},
+                                   {0, -1, 0}, {0, 0, 60}, {0, 0, -1}};
+    std::vector<Step> steps;
+    for (const auto& d : dates)
+        steps.push_back([&d](CXMLSaxWriter& w) { w.Date(d[0], d[1], d[2]); });
+    for (const auto& d : dateTimes)
+        steps.push_back([&d](CXMLSaxWriter& w) { w.DateTime(d[0], d[1], d[2], d[3], d[4], d[5]); });
+    for (const auto& t : times)
+        steps.push_back([&t](CXMLSaxWriter& w) { w.Time(t[0], t[1], t[2]); });
+    return steps;
 }
 
 // Shows what reaches its Characters, in brackets.
@@ -206,14 +191,8 @@ TEST(WriterContent, MayBeMixedWithoutLineEnds) {
 
 TEST(WriterContent, WritesBytesThatATreeReadsBack) {
     const std::string bytes = AllByteValues();
-    std::ostringstream out;
-    CXMLSaxWriter writer;
-    writer.StartDocument(&out, true, false);
-    writer.StartElement("r", nullptr);
-    WriteData(writer, bytes, true);
-    writer.EndElement();
-    writer.EndDocument();
-    EXPECT_EQ(Listed(Load(out.str())->GetRoot()->GetChildren()), "[" + bytes + "]");
+    const std::string content = Content([&](CXMLSaxWriter& w) { WriteData(w, bytes, true); });
+    EXPECT_EQ(Children(*Load("<r>" + content + "</r>")->GetRoot()), "[" + bytes + "]");
 }
 
 TEST(WriterContent, WritesTypedValues) {
@@ -231,14 +210,8 @@ TEST(WriterContent, WritesTypedValues) {
 }
 
 TEST(WriterContent, WritesTypedValuesOutsideTheRoot) {
-    for (const SValue& value : Values()) {
-        std::ostringstream out;
-        CXMLSaxWriter writer;
-        writer.StartDocument(&out, true, false);
-        value.write(writer);
-        writer.EndDocument();
-        EXPECT_EQ(out.str(), kDeclaration + value.text);
-    }
+    for (const SValue& value : Values())
+        EXPECT_EQ(Written(value.write, true), value.text);
 }
 
 TEST(WriterContent, PassesTypedValuesThroughAnOverrideOfCharacters) {
@@ -273,7 +246,7 @@ TEST(WriterContent, DoesNotPassBytesThroughAnOverrideOfCharacters) {
 }
 
 TEST(WriterContent, RefusesValuesOutOfRangeBeforeAnythingElse) {
-    for (const Work& write : ValuesOutOfRange()) {
+    for (const Step& write : ValuesOutOfRange()) {
         CXMLSaxWriter closed;
         EXPECT_NO_CONVERSION(write(closed));
 

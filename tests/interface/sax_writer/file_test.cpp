@@ -15,11 +15,6 @@ namespace {
 
 const std::string kDocument = kDeclaration + "\r\n<a/>";
 
-void ExpectRefused(CXMLSaxWriter& writer, const std::string& name) {
-    EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name);
-    EXPECT_NOT_OPEN(writer.EndDocument());
-}
-
 }  // namespace
 
 TEST(WriterFile, HoldsTheDocumentByteForByte) {
@@ -28,9 +23,7 @@ TEST(WriterFile, HoldsTheDocumentByteForByte) {
     for (const bool format : {true, false}) {
         writer.StartDocument(file.Name(), format);
         writer.StartElement("r", CAttributes{{"k", "\xC3\xA9\r\n"}}.Get());
-        writer.StartElement("a", nullptr);
-        writer.Characters("1\n2");
-        writer.EndElement();
+        WriteElement(writer, "a", "1\n2");
         WriteData(writer, "ABC", true);
         writer.EndElement();
         writer.EndDocument();
@@ -47,8 +40,7 @@ TEST(WriterFile, IsEmptiedAtTheStartAndKeptByEndDocument) {
         CXMLSaxWriter writer;
         writer.StartDocument(file.Name(), true);
         EXPECT_LT(file.Content().size(), 100u);
-        writer.StartElement("a", nullptr);
-        writer.EndElement();
+        WriteElement(writer, "a");
         writer.EndDocument();
         EXPECT_EQ(file.Content(), kDocument);
     }
@@ -82,14 +74,14 @@ TEST(WriterFile, IsRefusedWithItsNameWhenItCannotBeOpened) {
     CXMLSaxWriter writer;
     EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true), "");
     EXPECT_NOT_OPEN(writer.EndDocument());
-    ExpectRefused(writer, "");
-    ExpectRefused(writer, directory.Name());
-    ExpectRefused(writer, directory.Inside("missing/r.xml"));
-    ExpectRefused(writer, directory.Inside("\xC3\xA9/%s%n"));
+    ExpectFileRefused(writer, "");
+    ExpectFileRefused(writer, directory.Name());
+    ExpectFileRefused(writer, directory.Inside("missing/r.xml"));
+    ExpectFileRefused(writer, directory.Inside("\xC3\xA9/%s%n"));
     {
         std::ofstream(directory.Inside("first")) << "kept";
         const CUnopenable unopenable(directory.Inside("first"));
-        ExpectRefused(writer, directory.Inside("first"));
+        ExpectFileRefused(writer, directory.Inside("first"));
     }
     EXPECT_EQ(ReadFile(directory.Inside("first")), "kept");
     // The message shows 255 bytes of an argument.
@@ -97,8 +89,7 @@ TEST(WriterFile, IsRefusedWithItsNameWhenItCannotBeOpened) {
     EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name.substr(0, 255));
     TemporaryFile file;
     writer.StartDocument(file.Name(), true);
-    writer.StartElement("a", nullptr);
-    writer.EndElement();
+    WriteElement(writer, "a");
     writer.EndDocument();
     EXPECT_EQ(file.Content(), kDocument);
     EXPECT_TRUE(IsKind(directory.Name(), S_IFDIR));
@@ -118,8 +109,7 @@ TEST(WriterFile, IsNotTouchedWhileADocumentIsOpen) {
         out.setstate(std::ios::badbit);
         EXPECT_NOT_CLOSED(writer.StartDocument(second.Name(), false));
         out.clear();
-        writer.StartElement("b", nullptr);
-        writer.EndElement();
+        WriteElement(writer, "b");
         writer.EndElement();
         EXPECT_EQ(out.str(), kDeclaration + "\r\n<a>\r\n\t<b/>\r\n</a>");
         writer.EndDocument();
@@ -135,14 +125,14 @@ TEST(WriterFile, IsNotTouchedWhileADocumentIsOpen) {
 
 TEST(WriterFile, NameOfAFailedStartIsShownByTheNextFailure) {
     CXMLSaxWriter writer;
-    ExpectRefused(writer, "/nonexistent/r.xml");
+    ExpectFileRefused(writer, "/nonexistent/r.xml");
     EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, false), "/nonexistent/r.xml");
     // EndDocument drops it.
     std::ostringstream out;
     writer.StartDocument(&out, true, false);
     writer.EndDocument();
     EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, false), "");
-    ExpectRefused(writer, "/nonexistent/r.xml");
+    ExpectFileRefused(writer, "/nonexistent/r.xml");
     EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true), "");
     EXPECT_SAVING_ERROR(writer.StartDocument(nullptr, true, true), "");
 }

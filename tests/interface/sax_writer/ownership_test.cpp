@@ -15,8 +15,7 @@ namespace {
 const std::string kDocument = kDeclaration + "<a/>";
 
 void WriteDocument(CXMLSaxWriter& writer) {
-    writer.StartElement("a", nullptr);
-    writer.EndElement();
+    WriteElement(writer, "a");
     writer.EndDocument();
 }
 

@@ -1,6 +1,5 @@
 // A width that is pending on a stream pads the next markup token, as it pads any string, and
 // nothing else; flags, precision, locale, ties and unit buffering change no byte.
-#include <functional>
 #include <iomanip>
 #include <ios>
 #include <locale>
@@ -12,8 +11,6 @@ using namespace norvask;
 using namespace norvask_test;
 
 namespace {
-
-using Step = std::function<void(CXMLSaxWriter&)>;
 
 // The writer stands where `before` left it; then `step` runs with a width of 12 and a fill of '*'.
 struct SRow {
@@ -32,6 +29,13 @@ const Step kStartWithAttributes = [](CXMLSaxWriter& w) {
 };
 const Step kEnd = [](CXMLSaxWriter& w) { w.EndElement(); };
 const Step kText = [](CXMLSaxWriter& w) { w.Characters("x<"); };
+const Step kNoText = [](CXMLSaxWriter& w) { w.Characters(nullptr); };
+const Step kLong = [](CXMLSaxWriter& w) { w.Long(42); };
+const Step kDouble = [](CXMLSaxWriter& w) { w.Double(1e20); };
+const Step kSection = [](CXMLSaxWriter& w) { WriteData(w, "ABC", true); };
+const Step kNoSection = [](CXMLSaxWriter& w) { w.Data(nullptr, 0, true); };
+const Step kBase64 = [](CXMLSaxWriter& w) { WriteData(w, "ABC", false); };
+const Step kEndDocument = [](CXMLSaxWriter& w) { w.EndDocument(); };
 
 std::vector<SRow> Rows() {
     return {
@@ -52,59 +56,28 @@ std::vector<SRow> Rows() {
         {"an end tag behind a line end", true, {kStart, kStart, kEnd}, kEnd, "\r\n", "</", "r>"},
         {"the end of a start tag before text", false, {kStart}, kText, "", ">", "x&#x3c;"},
         {"text alone", false, {kStart, kText}, kText, "x&#x3c;", "", ""},
-        {"no text",
-         false,
-         {kStart, kText},
-         [](CXMLSaxWriter& w) { w.Characters(nullptr); },
-         "",
-         "",
-         ""},
-        {"a number", false, {kStart, kText}, [](CXMLSaxWriter& w) { w.Long(42); }, "42", "", ""},
-        {"a double",
-         false,
-         {kStart, kText},
-         [](CXMLSaxWriter& w) { w.Double(1e20); },
-         "1e+20",
-         "",
-         ""},
+        {"no text", false, {kStart, kText}, kNoText, "", "", ""},
+        {"a number", false, {kStart, kText}, kLong, "42", "", ""},
+        {"a double", false, {kStart, kText}, kDouble, "1e+20", "", ""},
         {"the start of a CDATA section",
          false,
          {kStart, kText},
-         [](CXMLSaxWriter& w) { WriteData(w, "ABC", true); },
+         kSection,
          "",
          "<![CDATA[",
          "QUJD\n]]>"},
         {"the end of a start tag before one",
          false,
          {kStart},
-         [](CXMLSaxWriter& w) { WriteData(w, "ABC", true); },
+         kSection,
          "",
          ">",
          "<![CDATA[QUJD\n]]>"},
-        {"an empty CDATA section",
-         false,
-         {kStart, kText},
-         [](CXMLSaxWriter& w) { w.Data(nullptr, 0, true); },
-         "",
-         "<![CDATA[",
-         "]]>"},
-        {"Base64 alone",
-         false,
-         {kStart, kText},
-         [](CXMLSaxWriter& w) { WriteData(w, "ABC", false); },
-         "QUJD\n",
-         "",
-         ""},
-        {"the end of a document",
-         false,
-         {kStart, kEnd},
-         [](CXMLSaxWriter& w) { w.EndDocument(); },
-         "",
-         "",
-         ""},
+        {"an empty CDATA section", false, {kStart, kText}, kNoSection, "", "<![CDATA[", "]]>"},
+        {"Base64 alone", false, {kStart, kText}, kBase64, "QUJD\n", "", ""},
+        {"the end of a document", false, {kStart, kEnd}, kEndDocument, "", "", ""},
     };
 }
-
 }  // namespace
 
 TEST(WriterPadding, PadsTheNextMarkupTokenAndNothingElse) {

@@ -97,27 +97,29 @@ TEST_F(Writer, LeavesOutExactlyOneLineEndBehindContent) {
 }
 
 TEST_F(Writer, TakesAnEmptyContentForContent) {
-    const unsigned char byte = 1;
-    for (int kind = 0; kind < 5; ++kind) {
+    static const unsigned char byte = 1;
+    const Step steps[] = {
+        [](CXMLSaxWriter& w) { w.Characters(""); },
+        [](CXMLSaxWriter& w) { w.Characters(nullptr); },
+        [](CXMLSaxWriter& w) { w.Characters("\x01\x0c"); },
+        [](CXMLSaxWriter& w) { w.Data(&byte, 0, false); },
+        [](CXMLSaxWriter& w) { w.Data(&byte, -1, false); },
+        [](CXMLSaxWriter& w) { w.Data(nullptr, 5, false); },
+        [](CXMLSaxWriter& w) { w.Data(nullptr, 0, false); },
+    };
+    for (const Step& step : steps) {
+        SCOPED_TRACE(&step - steps);
         Start(true);
         m_Writer.StartElement("a", nullptr);
-        if (kind == 0) m_Writer.Characters("");
-        if (kind == 1) m_Writer.Characters(nullptr);
-        if (kind == 2) m_Writer.Characters("\x01\x0c");
-        if (kind == 3) m_Writer.Data(&byte, 0, false);
-        if (kind == 4) m_Writer.Data(nullptr, 5, false);
+        step(m_Writer);
         m_Writer.StartElement("b", nullptr);
         End(2);
-        EXPECT_EQ(Body(), "\r\n<a><b/>\r\n</a>") << kind;
+        EXPECT_EQ(Body(), "\r\n<a><b/>\r\n</a>");
         Start(true);
         m_Writer.StartElement("a", nullptr);
-        if (kind == 0) m_Writer.Characters("");
-        if (kind == 1) m_Writer.Characters(nullptr);
-        if (kind == 2) m_Writer.Characters("\x01\x0c");
-        if (kind == 3) m_Writer.Data(&byte, -1, false);
-        if (kind == 4) m_Writer.Data(nullptr, 0, false);
+        step(m_Writer);
         End(1);
-        EXPECT_EQ(Body(), "\r\n<a></a>") << kind;
+        EXPECT_EQ(Body(), "\r\n<a></a>");
     }
 }
 
@@ -244,8 +246,7 @@ TEST_F(Writer, GoesOnWithAnotherStreamInTheMiddleOfADocument) {
     std::ostringstream second;
     m_Writer.StartDocument(&second, true, false);
     // The tag is still open, and so are both elements; the depth begins at none.
-    m_Writer.StartElement("b", nullptr);
-    m_Writer.EndElement();
+    Element("b");
     EXPECT_EQ(second.str(), kDeclaration + ">\r\n<b/>");
     m_Writer.Characters("text");
     std::ostringstream third;

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <functional>
 #include <ios>
 #include <ostream>
 #include <stdexcept>
@@ -15,8 +14,6 @@ using namespace norvask;
 using namespace norvask_test;
 
 namespace {
-
-using Step = std::function<void(CXMLSaxWriter&)>;
 
 // Calls that write every kind of token.
 const std::vector<Step>& Steps() {
@@ -39,15 +36,12 @@ const std::vector<Step>& Steps() {
     return steps;
 }
 
-std::string Whole(bool format) {
-    std::ostringstream out;
-    CXMLSaxWriter writer;
-    writer.StartDocument(&out, format, false);
+void WriteSteps(CXMLSaxWriter& writer) {
     for (const Step& step : Steps())
         step(writer);
-    writer.EndDocument();
-    return out.str();
 }
+
+std::string Whole(bool format) { return kDeclaration + Written(WriteSteps, format); }
 
 // Throws what no stream knows.
 class CNumberThrower : public std::streambuf {
@@ -165,8 +159,7 @@ TEST(WriterStream, LetsAnythingThroughThatItsBufferThrows) {
             int caught = 0;
             try {
                 writer.StartDocument(out, true, true);
-                for (const Step& step : Steps())
-                    step(writer);
+                WriteSteps(writer);
             } catch (int number) {
                 caught = number;
             }
@@ -181,8 +174,7 @@ TEST(WriterStream, ThrowsNothingWhileItIsGoodWhateverItsExceptions) {
     out.exceptions(std::ios::badbit | std::ios::failbit | std::ios::eofbit);
     CXMLSaxWriter writer;
     writer.StartDocument(&out, true, false);
-    for (const Step& step : Steps())
-        step(writer);
+    WriteSteps(writer);
     EXPECT_WRONG_FORMAT(writer.EndElement(), 1);
     EXPECT_INVALID_NAME(writer.StartElement("1", nullptr), "1");
     writer.EndDocument();
@@ -193,8 +185,7 @@ TEST(WriterStream, SpoiltBehindTheLastByteIsFoundByEndDocument) {
     std::ostringstream out;
     CXMLSaxWriter writer;
     writer.StartDocument(&out, true, false);
-    for (const Step& step : Steps())
-        step(writer);
+    WriteSteps(writer);
     out.setstate(std::ios::eofbit);
     EXPECT_NOT_OPEN(writer.EndDocument());
     out.clear();
@@ -221,8 +212,7 @@ TEST(WriterStream, FullDeviceShowsWhenTheBufferIsWritten) {
     ASSERT_TRUE(out.good());
     CXMLSaxWriter writer;
     writer.StartDocument(&out, true, false);
-    writer.StartElement("a", nullptr);
-    writer.EndElement();
+    WriteElement(writer, "a");
     EXPECT_TRUE(out.good());
     // Nothing is told here; the owner of the stream sees it.
     writer.EndDocument();

@@ -17,11 +17,6 @@ using namespace norvask_test;
 
 namespace {
 
-void ExpectRefused(CXMLSaxWriter& writer, const std::string& name) {
-    EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name);
-    EXPECT_NOT_OPEN(writer.EndDocument());
-}
-
 // A document in the file that is not ended; then the writer ends.
 void WriteUnfinished(const std::string& name) {
     CXMLSaxWriter writer;
@@ -209,7 +204,7 @@ TEST(WriterUnfinished, OfAFailedStartIsRemovedWithTheNextDocumentThatIsNotEnded)
     std::ostringstream out;
     const auto fail = [&](CXMLSaxWriter& writer) {
         const CUnopenable unopenable(file.Name());
-        ExpectRefused(writer, file.Name());
+        ExpectFileRefused(writer, file.Name());
     };
     {
         // Without a document there is nothing unfinished.
@@ -234,7 +229,7 @@ TEST(WriterUnfinished, OfAFailedStartIsRemovedWithTheNextDocumentThatIsNotEnded)
     const std::string directory = ::testing::TempDir();
     {
         CXMLSaxWriter writer;
-        ExpectRefused(writer, directory);
+        ExpectFileRefused(writer, directory);
         writer.StartDocument(&out, true, false);
     }
     EXPECT_TRUE(IsKind(directory + ".", S_IFDIR));
