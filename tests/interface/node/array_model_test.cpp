@@ -158,7 +158,10 @@ void CChildren::Check() {
 class CAttributes {
 public:
     CAttributes(unsigned int seed, std::size_t names)
-        : m_Random(seed), m_nNames(names), m_pRoot(m_Document->GetRoot()) {}
+        : m_Random(seed), m_nNames(names), m_pRoot(m_Document->GetRoot()) {
+        for (int i = 0; i < OTHERS; ++i)
+            m_Other->GetRoot()->SetAttribute(("o" + std::to_string(i)).c_str(), "other");
+    }
 
     void Run(std::size_t steps);
 
@@ -176,11 +179,13 @@ private:
     std::string Name() { return "n" + std::to_string(m_Random.Number(m_nNames)); }
     std::string Value() { return "v" + std::to_string(m_Random.Number(1000)); }
 
+    static constexpr int OTHERS = 60;
+
     RandomText m_Random;
     const std::size_t m_nNames;
     const Document m_Document = NewDocumentWithRoot("r");
     CXMLNode* const m_pRoot;
-    const Document m_Other = Load("<r n1='a' n2='b'/>");
+    const Document m_Other = NewDocumentWithRoot("r");
     std::vector<Pair> m_Pairs;
 };
 
@@ -238,7 +243,9 @@ void CAttributes::Step() {
             break;
         }
         case 14: {
-            CXMLAttribut& other = *m_Other->GetRoot()->GetAttributes()[m_Random.Number(2)];
+            // Renames in another document, where attributes have been looked up.
+            CXMLAttribut& other = *m_Other->GetRoot()->GetAttributes()[m_Random.Number(OTHERS)];
+            m_Other->GetRoot()->GetAttributeValue("o0");
             other.SetName(Name().c_str());
             if (m_Random.Number(4) == 0) {
                 m_Pairs[i] = Pair(other.GetName(), other.GetValue());
