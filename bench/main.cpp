@@ -19,6 +19,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "callbacks.h"
+#include "edits.h"
 #include "norvask/exception.h"
 #include "peers.h"
 #include "results.h"
@@ -169,6 +170,27 @@ void RegisterWriters(CResults& results, const std::vector<SRecord>& records) {
     }
 }
 
+void RegisterChurns(CResults& results) {
+    for (const SChurn& churn : Churns()) {
+        Register(results, CHURN, churn.name, kNorvask,
+                 [&](benchmark::State& state) { churn.run(state); });
+    }
+}
+
+void MeasureGrowths(CResults& results) {
+    for (const SGrowth& growth : Growths()) {
+        const std::string name = results.Announce(growth.what, growth.name, kNorvask);
+        if (IsSelected(name)) results.Add(name, MeasureGrowth(growth), 0);
+    }
+}
+
+void MeasureChurns(CResults& results) {
+    for (const SChurn& churn : Churns()) {
+        const std::string name = results.Announce(CHURN_KEPT, churn.name, kNorvask);
+        if (IsSelected(name)) results.Add(name, churn.kept(), 0);
+    }
+}
+
 // Half as much as well: the same figure twice shows that the heap does not grow with the document.
 void MeasureCallbackHeaps(CResults& results) {
     struct SSize {
@@ -222,13 +244,16 @@ bool Run() {
     RegisterTimes(results, documents, queries);
     RegisterCallbacks(results, documents);
     RegisterWriters(results, records);
+    RegisterChurns(results);
     CCollector collector(results);
-    std::cerr << "Measuring; by default this takes about four minutes\n";
+    std::cerr << "Measuring; by default this takes about five minutes\n";
     const std::size_t chosen = benchmark::RunSpecifiedBenchmarks(&collector);
     if (collector.Failed()) return false;
     const bool listed = chosen > 0 && !collector.Started();
     if (!listed) {
+        MeasureGrowths(results);
         MeasureHeaps(results, documents);
+        MeasureChurns(results);
         MeasureCallbackHeaps(results);
     }
 

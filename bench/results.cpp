@@ -6,6 +6,7 @@
 #include <iterator>
 #include <ostream>
 
+#include "edits.h"
 #include "peers.h"
 
 namespace norvask_bench {
@@ -36,6 +37,8 @@ constexpr SAim kAims[] = {
     {kWriter, nullptr, 45},
     {kHeap, kPugixml, 1.0},
     {kCallbackHeap, nullptr, 8},
+    {GROWTH, nullptr, 2},
+    {CHURN_KEPT, nullptr, 2},
 };
 
 // What is not told as a time that fits the value.
@@ -46,9 +49,9 @@ struct SUnit {
 };
 
 constexpr SUnit kUnits[] = {
-    {kWriter, "ns", 1e-9},
-    {kHeap, "B/B", 1},
-    {kCallbackHeap, "MiB", 1024 * 1024},
+    {kWriter, "ns", 1e-9}, {kHeap, "B/B", 1},       {kCallbackHeap, "MiB", 1024 * 1024},
+    {GROWTH, "x", 1},      {GROWTH_INSIDE, "x", 1}, {CHURN, "ns", 1e-9},
+    {CHURN_KEPT, "x", 1},
 };
 
 const SUnit* UnitOf(const std::string& what) {
@@ -166,7 +169,8 @@ void CResults::PrintRows(std::ostream& out, PrintCells printCells) const {
 void CResults::PrintFigures(std::ostream& out) const {
     out << "\nFigures: CPU time, the best repetition, and MB/s (of what is read or written);"
            "\nwriter: time of one element; heap: bytes of heap per byte of input; heap, callbacks:"
-           "\nheap above the start\n\n"
+           "\nheap above the start; growth: time of 8 n in times of n, divided by 8; churn: time of"
+           "\none change; churn, kept: the most kept in the most live\n\n"
         << Heading();
     for (const char* peer : kColumns) {
         out << Padded(peer, kFigureWidth, true);
