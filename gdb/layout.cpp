@@ -6,10 +6,8 @@
 #include <cstddef>
 
 #include "norvask/norvask.h"
-#include "tree/attribute_strings.h"
+#include "tree/attribute_access.h"
 #include "tree/document_body.h"
-#include "tree/memory/tree.h"
-#include "tree/memory/tree_string.h"
 #include "tree/node_access.h"
 #include "tree/node_body.h"
 #include "write/writer_body.h"
@@ -66,7 +64,7 @@ void WriteLayout() {
     VALUE("page.unit", TAG_UNIT);
     VALUE("page.header", sizeof(SPage));
     FIELD("page.bytes", SPage, bytes);
-    FIELD("page.retained", SPage, retained);
+    FIELD("page.holders", SPage, retained);
     FIELD("page.tree", SPage, tree);
     FIELD("tree.owners", CTree, m_nOwners);
     FIELD("tree.first_page", CTree, m_Arena.m_pFirst);
@@ -87,11 +85,9 @@ void WriteLayout() {
     FIELD("writer.body", CXMLSaxWriter, m_pBody);
     FIELD("writer.stream", SWriterBody, stream.m_pStream);
     FIELD("writer.file_name", SWriterBody, file.m_pName);
-    FIELD("writer.open_elements", SWriterBody, names);
-    FIELD("stack.block", CStringStack, m_pBlock);
-    FIELD("stack.used", CStringStack, m_nUsed);
+    FIELD("stack.block", SWriterBody, names.m_pBlock);
+    FIELD("stack.used", SWriterBody, names.m_nUsed);
     VALUE("stack.length", sizeof(std::size_t));
-    VALUE("stack.overhead", CStringStack::OVERHEAD);
 }
 
 }  // namespace norvask

@@ -145,7 +145,7 @@ def tree_string(address):
         distance = field(tag, "tag.distance") * value("page.unit")
         page = tag - distance
         reach = field(page, "page.bytes") + value("page.header")
-        if not 0 < distance <= reach or field(page, "page.retained") == 0:
+        if not 0 < distance <= reach or field(page, "page.holders") == 0:
             raise NoObject("no string here, or no longer")
     return text_at(address)
 
@@ -301,27 +301,24 @@ class SaxAttribute(View):
 
 
 class SaxWriter(View):
-    def __init__(self, address):
-        super().__init__(address)
-        class_of(address)
-        self.body = field(address, "writer.body")
-
     def line(self):
-        if field(self.body, "writer.stream") == 0:
+        class_of(self.address)
+        body = field(self.address, "writer.body")
+        if field(body, "writer.stream") == 0:
             return "writer without a document"
-        names = [printable(name) for name in itertools.islice(self.names(), SHOWN_OPEN_ELEMENTS)]
+        names = [printable(name) for name in itertools.islice(self.names(body), SHOWN_OPEN_ELEMENTS)]
         path = "/".join(reversed(names))
         more = ".../" if len(names) == SHOWN_OPEN_ELEMENTS else ""
-        file_name = field(self.body, "writer.file_name")
+        file_name = field(body, "writer.file_name")
         target = "a stream" if file_name == 0 else quoted(text_at(file_name))
         return "writer to %s, %s" % (target, "in " + more + path if names else "no open element")
 
-    def names(self):
+    def names(self, body):
         """The open elements, innermost first: in one block, each with its length behind it."""
-        stack, size = self.body + value("writer.open_elements"), value("stack.length")
-        block, end = field(stack, "stack.block"), field(stack, "stack.used")
+        size = value("stack.length")
+        block, end = field(body, "stack.block"), field(body, "stack.used")
         while end > 0:
-            end -= number(block + end - size, size) + value("stack.overhead")
+            end -= number(block + end - size, size) + 1 + size
             if end < 0:
                 raise NoObject("no writer here, or no longer")
             yield text_at(block + end)
@@ -367,24 +364,17 @@ def target_of(shown):
     return type_, None if shown.address is None else int(shown.address)
 
 
-class PointerPrinter:
-    """A pointer, shown as GDB shows a pointer to characters: the address and what is there."""
+class Printer:
+    """An object or a reference to one; or a pointer, shown as GDB shows one to characters."""
 
-    def __init__(self, view, address):
+    def __init__(self, view, address, is_pointer):
         self.view = view
         self.address = address
+        self.to_string = lambda: (pointer_line if is_pointer else line_of)(view, address)
+        if not is_pointer:
+            self.children = self.all_children
 
-    def to_string(self):
-        return pointer_line(self.view, self.address)
-
-
-class ObjectPrinter(PointerPrinter):
-    """An object or a reference to one."""
-
-    def to_string(self):
-        return line_of(self.view, self.address)
-
-    def children(self):
+    def all_children(self):
         try:
             yield from self.view(self.address).children()
         except UNREADABLE:
@@ -400,8 +390,7 @@ class Printers(gdb.printing.PrettyPrinter):
         view = view_of(type_)
         if view is None or address is None:
             return None
-        is_pointer = shown.type.strip_typedefs().code == gdb.TYPE_CODE_PTR
-        return (PointerPrinter if is_pointer else ObjectPrinter)(view, address)
+        return Printer(view, address, shown.type.strip_typedefs().code == gdb.TYPE_CODE_PTR)
 
 
 def object_in(shown):

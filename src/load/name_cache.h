@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "tree/memory/tree.h"
+#include "tree/memory/name_use.h"
 
 namespace norvask {
 

@@ -9,11 +9,8 @@
 namespace norvask {
 namespace {
 
-std::uintptr_t Number(CTreeString string) noexcept {
-    return reinterpret_cast<std::uintptr_t>(string.Text());
-}
-
-// What can be known of any text that becomes a name without asking the parser, since it need not be one.
+// What can be known of any text that becomes a name without asking the parser, since it need not be
+// one.
 SKnownText JudgeAnyName(const char* name) {
     const SKnownText judged = JudgeText(name);
     return judged.Is(KNOWN_ASCII) ? JudgeName(judged.text) : judged;
@@ -24,12 +21,12 @@ SKnownText JudgeAnyName(const char* name) {
 CXMLAttribut::CXMLAttribut(const char* name, const char* value) : m_nName(0), m_nValue(0) {
     const CTreeString outer = NewOuterString(JudgeAnyName(name));
     try {
-        m_nValue = Number(NewOuterString(JudgeText(value)));
+        CAttributeAccess::SetValue(this, NewOuterString(JudgeText(value)));
     } catch (...) {
         ReleaseString(outer);
         throw;
     }
-    m_nName = Number(outer) | CAttributeAccess::HOLDS;
+    CAttributeAccess::SetName(this, outer, true);
 }
 
 CXMLAttribut::CXMLAttribut(SOwned, const char* name, const char* value) noexcept
@@ -37,8 +34,8 @@ CXMLAttribut::CXMLAttribut(SOwned, const char* name, const char* value) noexcept
       m_nValue(reinterpret_cast<std::uintptr_t>(value)) {}
 
 CXMLAttribut::CXMLAttribut(const CXMLAttribut& other) noexcept
-    : m_nName(Number(CAttributeAccess::Name(&other)) | CAttributeAccess::HOLDS),
-      m_nValue(other.m_nValue) {
+    : m_nName(0), m_nValue(other.m_nValue) {
+    CAttributeAccess::SetName(this, CAttributeAccess::Name(&other), true);
     RetainString(CAttributeAccess::Name(this));
     RetainString(CAttributeAccess::Value(this));
 }
@@ -48,12 +45,12 @@ CXMLAttribut& CXMLAttribut::operator=(const CXMLAttribut& other) noexcept {
     const CTreeString value = CAttributeAccess::Value(&other);
     RetainString(name);
     RetainString(value);
-    CAttributeAccess::ReplaceValue(this, value, CAttributeAccess::Holds(this));
-    CAttributeAccess::ReplaceName(this, name, true);
+    ReplaceValue(this, value, CAttributeAccess::Holds(this));
+    ReplaceName(this, name, true);
     return *this;
 }
 
-CXMLAttribut::~CXMLAttribut() { CAttributeAccess::ReleaseHeld(this); }
+CXMLAttribut::~CXMLAttribut() { ReleaseHeld(this); }
 
 const char* CXMLAttribut::GetName() { return CAttributeAccess::Name(this).Text(); }
 
@@ -62,16 +59,14 @@ const char* CXMLAttribut::GetValue() { return CAttributeAccess::Value(this).Text
 void CXMLAttribut::SetName(const char* name) {
     const SKnownText judged = JudgeAnyName(name);
     if (CAttributeAccess::Holds(this)) {
-        CAttributeAccess::ReplaceName(this, NewOuterString(judged), true);
+        ReplaceName(this, NewOuterString(judged), true);
     } else {
-        CNameTable& names = CAttributeAccess::Name(this).Tree().Names();
-        CAttributeAccess::ReplaceName(this, names.Use(judged).Keep(), false);
+        CTree& tree = CAttributeAccess::Name(this).Tree();
+        ReplaceName(this, CNameUse(tree, judged).Keep(), false);
     }
 }
 
-void CXMLAttribut::SetValue(const char* value) {
-    CAttributeAccess::SetValue(this, JudgeText(value));
-}
+void CXMLAttribut::SetValue(const char* value) { SetAttributeValue(this, JudgeText(value)); }
 
 bool CXMLAttribut::GetDateValue(int& year, int& month, int& day) {
     return ReadDate(GetValue(), year, month, day);

@@ -41,7 +41,7 @@ bool IsIndexed(const SElementBody* body) noexcept {
 }
 
 void LeaveIndex(SElementBody* body) noexcept {
-    CAttributeIndex& index = *TreeOf(body).Index();
+    CAttributeIndex& index = *CAttributeIndex::Of(TreeOf(body));
     for (CXMLAttribut** slots = AttributeSlots(body); *slots != nullptr; ++slots) {
         if (CAttributeAccess::IsIndexed(*slots)) {
             index.Remove(*slots);
@@ -54,7 +54,7 @@ void LeaveIndex(SElementBody* body) noexcept {
 bool EnterIndex(SElementBody* body, std::uint32_t first) noexcept {
     try {
         std::uint64_t& order = MadeExtras(body).indexed;
-        CAttributeIndex& index = TreeOf(body).MadeIndex();
+        CAttributeIndex& index = CAttributeIndex::MadeFor(TreeOf(body));
         for (std::uint32_t i = first; i < body->attributes->Count(); ++i) {
             index.Add(body, ++order, body->attributes->Slots()[i]);
         }
@@ -74,11 +74,11 @@ SNameLookUp LookedUp(CTreeString name) noexcept {
 void RemoveAttribute(SElementBody* body, CXMLAttribut* attribute) noexcept {
     SAttributeArray& attributes = *body->attributes;
     if (CAttributeAccess::IsIndexed(attribute)) {
-        TreeOf(body).Index()->Remove(attribute);
+        CAttributeIndex::Of(TreeOf(body))->Remove(attribute);
     }
     RemoveSlot(attributes.Slots(), attributes.used,
                FindSlot(attributes.Slots(), attributes.used, attribute));
-    CAttributeAccess::Destroy(TreeOf(body), attribute);
+    DestroyAttribute(TreeOf(body), attribute);
 }
 
 }  // namespace
@@ -88,7 +88,7 @@ CXMLAttribut** NoAttributes() noexcept { return const_cast<CXMLAttribut**>(NO_AT
 CXMLAttribut* FindAttribute(SElementBody* body, const SNameLookUp& name) noexcept {
     const std::uint32_t count = AttributeCount(body);
     if (count >= INDEX_FROM && (IsIndexed(body) || EnterIndex(body, 0))) {
-        return TreeOf(body).Index()->Find(body, name);
+        return CAttributeIndex::Of(TreeOf(body))->Find(body, name);
     }
     CXMLAttribut** const slots = AttributeSlots(body);
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -117,7 +117,7 @@ void AppendAttribute(SElementBody* body, CNameUse name, const SKnownText& value)
     CTree& tree = TreeOf(body);
     const std::uint32_t count = AttributeCount(body);
     ReserveAttributes(body, static_cast<std::size_t>(count) + 1);
-    const CTreeString copy = NewTreeString(tree, value);
+    const CTreeString copy = tree.Strings().New(value);
     CXMLAttribut* attribute = nullptr;
     try {
         attribute = CAttributeAccess::New(tree, name, copy);
@@ -135,9 +135,9 @@ void SetAttribute(SElementBody* body, const SNameLookUp& name, unsigned int know
                   const SKnownText& value) {
     CXMLAttribut* const attribute = FindAttribute(body, name);
     if (attribute == nullptr && !value.IsEmpty()) {
-        AppendAttribute(body, TreeOf(body).Names().Use(name, known), value);
+        AppendAttribute(body, CNameUse(TreeOf(body), name, known), value);
     } else if (attribute != nullptr && !value.IsEmpty()) {
-        CAttributeAccess::SetValue(attribute, value);
+        SetAttributeValue(attribute, value);
     } else if (attribute != nullptr) {
         RemoveAttribute(body, attribute);
     }
@@ -154,7 +154,7 @@ void SetAttribute(SElementBody* body, CNameUse name, const SKnownText& value) {
     if (attribute == nullptr && !value.IsEmpty()) {
         AppendAttribute(body, std::move(name), value);
     } else if (attribute != nullptr && !value.IsEmpty()) {
-        CAttributeAccess::SetValue(attribute, value);
+        SetAttributeValue(attribute, value);
     } else if (attribute != nullptr) {
         RemoveAttribute(body, attribute);
     }
@@ -181,7 +181,7 @@ void FreeAttributes(SElementBody* body) noexcept {
         LeaveIndex(body);
     }
     for (std::uint32_t i = 0; i < attributes->Count(); ++i) {
-        CAttributeAccess::Destroy(tree, attributes->Slots()[i]);
+        DestroyAttribute(tree, attributes->Slots()[i]);
     }
     if (attributes->extras != nullptr) {
         FreeResult(tree.Arena(), attributes->extras->result);

@@ -2,6 +2,7 @@
 #ifndef NORVASK_TREE_ATTRIBUTE_ARRAY_H
 #define NORVASK_TREE_ATTRIBUTE_ARRAY_H
 
+#include "tree/memory/name_use.h"
 #include "tree/node_body.h"
 
 namespace norvask {

@@ -7,7 +7,7 @@
 #include <new>
 #include <tuple>
 
-#include "tree/attribute_strings.h"
+#include "tree/attribute_access.h"
 
 namespace norvask {
 namespace {
@@ -21,6 +21,17 @@ std::uint32_t HashOfName(const CXMLAttribut* attribute) noexcept {
 }
 
 }  // namespace
+
+CAttributeIndex* CAttributeIndex::Of(CTree& tree) noexcept {
+    return static_cast<CAttributeIndex*>(tree.Attachment());
+}
+
+CAttributeIndex& CAttributeIndex::MadeFor(CTree& tree) {
+    if (tree.Attachment() == nullptr) {
+        tree.Attach(std::make_unique<CAttributeIndex>());
+    }
+    return *Of(tree);
+}
 
 bool CAttributeIndex::SKey::operator<(const SKey& other) const noexcept {
     return std::tie(element, hash, order) < std::tie(other.element, other.hash, other.order);

@@ -17,16 +17,20 @@
 #include <unordered_set>
 
 #include "norvask/attribut.h"
+#include "tree/memory/tree.h"
 
 namespace norvask {
 
 struct SElementBody;
-struct SNameLookUp;
 
 const std::uint32_t INDEX_FROM = 32;
 
-class CAttributeIndex {
+class CAttributeIndex : public CTreeAttachment {
 public:
+    // The index of a tree; NULL until there is one. MadeFor throws std::bad_alloc.
+    static CAttributeIndex* Of(CTree& tree) noexcept;
+    static CAttributeIndex& MadeFor(CTree& tree);
+
     // The first attribute of the element with this name; NULL when there is none.
     CXMLAttribut* Find(const SElementBody* element, const SNameLookUp& name) noexcept;
 

@@ -1,4 +1,4 @@
-// Replacing and freeing the strings of an attribute.
+// Every change of a string of an attribute ends here, so that its tree learns of new names.
 #include "tree/attribute_strings.h"
 
 #include "tree/attribute_index.h"
@@ -6,13 +6,7 @@
 namespace norvask {
 namespace {
 
-std::uintptr_t Number(CTreeString string) noexcept {
-    return reinterpret_cast<std::uintptr_t>(string.Text());
-}
-
-}  // namespace
-
-void CAttributeAccess::FreeName(CTreeString name, bool held) noexcept {
+void FreeName(CTreeString name, bool held) noexcept {
     if (held) {
         ReleaseString(name);
     } else {
@@ -20,7 +14,7 @@ void CAttributeAccess::FreeName(CTreeString name, bool held) noexcept {
     }
 }
 
-void CAttributeAccess::FreeValue(CTreeString value, bool held) noexcept {
+void FreeValue(CTreeString value, bool held) noexcept {
     if (held) {
         ReleaseString(value);
     } else {
@@ -28,19 +22,13 @@ void CAttributeAccess::FreeValue(CTreeString value, bool held) noexcept {
     }
 }
 
-void CAttributeAccess::Destroy(CTree& tree, CXMLAttribut* attribute) noexcept {
-    const bool held = Holds(attribute);
-    FreeName(Name(attribute), held);
-    FreeValue(Value(attribute), held);
-    tree.Arena().FreePlain(attribute, sizeof(CXMLAttribut));
-}
+}  // namespace
 
-// The attribute keeps the use of the new name, or with `holds` has retained it.
-void CAttributeAccess::ReplaceName(CXMLAttribut* attribute, CTreeString name, bool holds) noexcept {
-    const CTreeString old = Name(attribute);
-    const bool held = Holds(attribute);
-    const bool indexed = IsIndexed(attribute);
-    attribute->m_nName = Number(name) | (holds ? HOLDS : 0) | (indexed ? INDEXED : 0);
+void ReplaceName(CXMLAttribut* attribute, CTreeString name, bool holds) noexcept {
+    const CTreeString old = CAttributeAccess::Name(attribute);
+    const bool held = CAttributeAccess::Holds(attribute);
+    const bool indexed = CAttributeAccess::IsIndexed(attribute);
+    CAttributeAccess::SetName(attribute, name, holds);
     if (!held) {
         CTree& tree = old.Tree();
         tree.Note(CTree::ATTRIBUTE_RENAMED);
@@ -48,7 +36,7 @@ void CAttributeAccess::ReplaceName(CXMLAttribut* attribute, CTreeString name, bo
             tree.Note(CTree::HOLDS_OTHERS);
         }
         if (indexed) {
-            tree.Index()->Renamed(attribute);
+            CAttributeIndex::Of(tree)->Renamed(attribute);
         }
     } else if (indexed) {
         CAttributeIndex::NoteRenamedElsewhere();
@@ -56,19 +44,34 @@ void CAttributeAccess::ReplaceName(CXMLAttribut* attribute, CTreeString name, bo
     FreeName(old, held);
 }
 
-void CAttributeAccess::ReplaceValue(CXMLAttribut* attribute, CTreeString value,
-                                    bool held) noexcept {
-    const CTreeString old = Value(attribute);
-    attribute->m_nValue = Number(value);
-    FreeValue(old, held);
+void ReplaceValue(CXMLAttribut* attribute, CTreeString value, bool heldBefore) noexcept {
+    const CTreeString old = CAttributeAccess::Value(attribute);
+    CAttributeAccess::SetValue(attribute, value);
+    FreeValue(old, heldBefore);
 }
 
-void CAttributeAccess::SetValue(CXMLAttribut* attribute, const SKnownText& value) {
-    if (Holds(attribute)) {
-        attribute->m_nValue = Number(ReplaceOuterString(Value(attribute), value));
+void SetAttributeValue(CXMLAttribut* attribute, const SKnownText& value) {
+    if (CAttributeAccess::Holds(attribute)) {
+        CAttributeAccess::SetValue(
+            attribute, ReplaceOuterString(CAttributeAccess::Value(attribute), value));
     } else {
-        ReplaceValue(attribute, NewTreeString(Name(attribute).Tree(), value), false);
+        CTree& tree = CAttributeAccess::Name(attribute).Tree();
+        ReplaceValue(attribute, tree.Strings().New(value), false);
     }
+}
+
+void ReleaseHeld(const CXMLAttribut* attribute) noexcept {
+    if (CAttributeAccess::Holds(attribute)) {
+        ReleaseString(CAttributeAccess::Name(attribute));
+        ReleaseString(CAttributeAccess::Value(attribute));
+    }
+}
+
+void DestroyAttribute(CTree& tree, CXMLAttribut* attribute) noexcept {
+    const bool held = CAttributeAccess::Holds(attribute);
+    FreeName(CAttributeAccess::Name(attribute), held);
+    FreeValue(CAttributeAccess::Value(attribute), held);
+    tree.Arena().FreePlain(attribute, sizeof(CXMLAttribut));
 }
 
 }  // namespace norvask

@@ -30,7 +30,7 @@ CXMLNode* CNodeAccess::NewElement(CTree& tree, CNameUse name, CXMLNode* parent) 
 }
 
 CXMLTextNode* CNodeAccess::NewText(CTree& tree, const SKnownText& text, CXMLNode* parent) {
-    const CTreeString copy = NewTreeString(tree, text);
+    const CTreeString copy = tree.Strings().New(text);
     try {
         CXMLTextNode* const node = NewBlock<CXMLTextNode, STextBody>(tree, EObject::TEXT, parent);
         TextOf(node)->text = copy;
@@ -59,7 +59,7 @@ SNodeBody* CNodeAccess::NewDerivedBody(CTree& tree, CXMLNode::NodeType kind, CXM
 SNodeBody* CNodeAccess::NewDerivedElement(const char* name, CXMLNode* parent) {
     CTree* const tree = CTree::Create();
     try {
-        CNameUse use = tree->Names().Use(JudgeText(name));
+        CNameUse use(*tree, JudgeText(name));
         SNodeBody* const body = NewDerivedBody<SElementBody>(*tree, CXMLNode::NODE_ELEMENT, parent);
         static_cast<SElementBody*>(body)->name = use.Keep();
         return body;

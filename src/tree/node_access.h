@@ -9,6 +9,7 @@
 
 #include "norvask/bin_node.h"
 #include "norvask/text_node.h"
+#include "tree/memory/name_use.h"
 #include "tree/node_body.h"
 
 namespace norvask {

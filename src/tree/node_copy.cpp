@@ -59,7 +59,7 @@ public:
         if (entry.source == name) {
             return CNameUse::Another(entry.copy);
         }
-        CNameUse use = name.Is(KNOWN_NAME) ? m_pTree->Names().Use(name.Known())
+        CNameUse use = name.Is(KNOWN_NAME) ? CNameUse(*m_pTree, name.Known())
                                            : UseValidName(*m_pTree, name.Text());
         entry = {name, use.Name()};
         return use;

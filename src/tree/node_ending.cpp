@@ -24,6 +24,7 @@
 #include "tree/attribute_array.h"
 #include "tree/attribute_strings.h"
 #include "tree/child_array.h"
+#include "tree/node_result.h"
 
 namespace norvask {
 namespace {
@@ -107,7 +108,7 @@ void DestroyContent(SNodeBody* body, const CTree* dying) noexcept {
                 CNameUse::Adopt(element->name);
             } else if (tree.Happened(CTree::HOLDS_OTHERS)) {
                 for (CXMLAttribut** slots = AttributeSlots(element); *slots != nullptr; ++slots) {
-                    CAttributeAccess::ReleaseHeld(*slots);
+                    ReleaseHeld(*slots);
                 }
             }
             break;

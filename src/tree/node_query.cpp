@@ -10,8 +10,7 @@
 #include <vector>
 
 #include "norvask/node.h"
-#include "tree/node_access.h"
-#include "tree/query_result.h"
+#include "tree/node_result.h"
 #include "tree/walk.h"
 
 namespace norvask {

@@ -10,8 +10,6 @@
 
 namespace norvask {
 
-struct SNodeBody;
-
 struct SQueryResult {
     CXMLNode** slots;  // NULL before the first query
     std::uint32_t capacity;
@@ -25,16 +23,6 @@ void StartResult(CArena& arena, SQueryResult& result);
 void GrowResult(CArena& arena, SQueryResult& result);
 
 void FreeResult(CArena& arena, SQueryResult& result) noexcept;
-
-// Where a leaf of a derived class has its result.
-SQueryResult& ResultOfDerivedLeaf(SNodeBody* body) noexcept;
-
-// The result of a node; NULL for one that has none yet, and for leaves in blocks, which never have one.
-SQueryResult* ResultOrNull(const CXMLNode* node) noexcept;
-
-// The result of a node, made when there is none. Throws std::bad_alloc, and CXMLException (not supported) for an object
-// that shows the body of a leaf in a block.
-SQueryResult& MadeResult(CXMLNode* node);
 
 }  // namespace norvask
 

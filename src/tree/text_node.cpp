@@ -46,7 +46,7 @@ void CXMLTextNode::SetText(const char* text) {
     // Whatever becomes of it, the old text goes last: the new one may be a part of it.
     const CTreeString old = body->text;
     try {
-        body->text = NewTreeString(TreeOf(body), RequireWritable(text));
+        body->text = TreeOf(body).Strings().New(RequireWritable(text));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (...) {  // a text that the parser cannot carry to UTF-8 is not kept

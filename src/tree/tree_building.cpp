@@ -15,10 +15,9 @@ CNameUse UseValidName(CTree& tree, const char* name) {
     if (name == nullptr) {
         ThrowInvalidName(nullptr);
     }
-    CNameTable& names = tree.Names();
-    const SNameLookUp lookUp = names.LookUp(name, std::strlen(name));
+    const SNameLookUp lookUp = tree.Names().LookUp(name, std::strlen(name));
     return lookUp.IsName() ? CNameUse::Another(lookUp.name)
-                           : names.Use(lookUp, RequireName(name).known);
+                           : CNameUse(tree, lookUp, RequireName(name).known);
 }
 
 CXMLNode* AddElement(CXMLNode* parent, CNameUse name, const CXMLNode* before) {

@@ -6,8 +6,6 @@
 #include <new>
 #include <random>
 
-#include "tree/memory/tree.h"
-
 namespace norvask {
 namespace {
 
@@ -88,12 +86,13 @@ SNameLookUp CNameTable::LookUp(const char* text, std::size_t length) const noexc
     return {text, length, hash, name != nullptr, name == nullptr ? CTreeString() : name->String()};
 }
 
-CNameUse CNameTable::Use(const SNameLookUp& lookUp, unsigned int known) {
+CTreeString CNameTable::Acquire(const SNameLookUp& lookUp, unsigned int known) {
     if (!lookUp.isFound) {
-        return CNameUse(Add(lookUp, known)->String());
+        return Add(lookUp, known)->String();
     }
     lookUp.name.Add(known);
-    return CNameUse::Another(lookUp.name);
+    AddUse(lookUp.name);
+    return lookUp.name;
 }
 
 // A new name, with one use.
@@ -105,7 +104,7 @@ CNameTable::SName* CNameTable::Add(const SNameLookUp& lookUp, unsigned int known
         Grow();
     }
     SPage* page = nullptr;
-    void* const block = m_Tree.Arena().AllocateTagged(sizeof(SName) + lookUp.length + 1, page);
+    void* const block = m_Strings.Arena().AllocateTagged(sizeof(SName) + lookUp.length + 1, page);
     SName*& bucket = m_ppBuckets[lookUp.hash & (m_nBuckets - 1)];
     SName* const name =
         new (block) SName{bucket, lookUp.hash, 1, static_cast<std::uint32_t>(lookUp.length), 0};
@@ -117,7 +116,7 @@ CNameTable::SName* CNameTable::Add(const SNameLookUp& lookUp, unsigned int known
 
 void CNameTable::Grow() {
     const std::uint32_t buckets = m_nBuckets == 0 ? FIRST_BUCKETS : 2 * m_nBuckets;
-    CArena& arena = m_Tree.Arena();
+    CArena& arena = m_Strings.Arena();
     SName** const grown = static_cast<SName**>(arena.AllocatePlain(buckets * sizeof(SName*)));
     std::memset(grown, 0, buckets * sizeof(SName*));
     for (std::uint32_t i = 0; i < m_nBuckets; ++i) {
@@ -143,14 +142,7 @@ void CNameTable::Remove(SName* name) noexcept {
     }
     *link = name->next;
     --m_nNames;
-    m_Tree.FreeString(name->String(), name, name->Bytes());
-}
-
-void CNameUse::Release() noexcept {
-    CNameTable::SName* const name = CNameTable::NameAt(m_Name);
-    if (--name->uses == 0) {
-        m_Name.Tree().Names().Remove(name);
-    }
+    m_Strings.FreeBlock(name->String(), name, name->Bytes());
 }
 
 }  // namespace norvask

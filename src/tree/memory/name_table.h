@@ -2,55 +2,18 @@
 //
 //   name := next hash uses length string
 //
-// Names of nodes and attributes of one tree are equal exactly when they are the same string, save for attributes
-// whose names lie outside of the tree (attribute_strings.h). A name is freed with its last use.
-//
-// CNameUse is one use of a name: move-only, it releases itself unless it is kept by a node or an attribute, which then
-// release it through Adopt.
+// Names of nodes and attributes of one tree are equal exactly when they are the same string, save for
+// attributes whose names lie outside of the tree (attribute_access.h). A name is freed with its last
+// use. Uses are counted through CNameUse (name_use.h) only.
 #ifndef NORVASK_TREE_MEMORY_NAME_TABLE_H
 #define NORVASK_TREE_MEMORY_NAME_TABLE_H
 
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 
-#include "tree/memory/tree_string.h"
+#include "tree/memory/tree_strings.h"
 
 namespace norvask {
-
-class CNameTable;
-
-class CNameUse {
-public:
-    CNameUse() noexcept = default;
-    CNameUse(CNameUse&& other) noexcept : m_Name(std::exchange(other.m_Name, CTreeString())) {}
-    CNameUse& operator=(CNameUse&& other) noexcept {
-        std::swap(m_Name, other.m_Name);
-        return *this;
-    }
-    ~CNameUse() {
-        if (!m_Name.Is(STRING_STATIC)) {
-            Release();
-        }
-    }
-
-    // One more use of a name that is in use, and the use that somebody kept.
-    static CNameUse Another(CTreeString name) noexcept;
-    static CNameUse Adopt(CTreeString name) noexcept { return CNameUse(name); }
-
-    // The name, as long as this is here or it is kept.
-    CTreeString Name() const noexcept { return m_Name; }
-
-    // The name, of which the caller keeps the use.
-    CTreeString Keep() noexcept { return std::exchange(m_Name, CTreeString()); }
-
-private:
-    friend class CNameTable;
-    explicit CNameUse(CTreeString name) noexcept : m_Name(name) {}
-    void Release() noexcept;
-
-    CTreeString m_Name;
-};
 
 // What was found out by looking for a name. Good until the next change of the table.
 struct SNameLookUp {
@@ -66,8 +29,8 @@ struct SNameLookUp {
 
 class CNameTable {
 public:
-    explicit CNameTable(CTree& tree) noexcept
-        : m_Tree(tree), m_ppBuckets(nullptr), m_nBuckets(0), m_nNames(0) {}
+    explicit CNameTable(CTreeStrings& strings) noexcept
+        : m_Strings(strings), m_ppBuckets(nullptr), m_nBuckets(0), m_nNames(0) {}
     CNameTable(const CNameTable&) = delete;
     CNameTable& operator=(const CNameTable&) = delete;
 
@@ -77,13 +40,20 @@ public:
     // No use is counted.
     SNameLookUp LookUp(const char* text, std::size_t length) const noexcept;
 
-    // One use of the name with these characters, which is added when it is new. What is known of it is remembered.
-    // Throw std::bad_alloc.
-    CNameUse Use(const SNameLookUp& lookUp, unsigned int known);
-    CNameUse Use(const SKnownText& name) { return Use(LookUp(name.text, name.length), name.known); }
-
 private:
     friend class CNameUse;
+
+    // One use of the name that was looked up, which is added when it is new; `known` is remembered.
+    // Throws std::bad_alloc.
+    CTreeString Acquire(const SNameLookUp& lookUp, unsigned int known);
+    static void AddUse(CTreeString name) noexcept { ++NameAt(name)->uses; }
+    void Release(CTreeString name) noexcept {
+        SName* const used = NameAt(name);
+        if (--used->uses == 0) {
+            Remove(used);
+        }
+    }
+
     struct SName {
         SName* next;
         std::uint32_t hash;
@@ -104,18 +74,13 @@ private:
     void Remove(SName* name) noexcept;
     void Grow();
 
-    CTree& m_Tree;
+    CTreeStrings& m_Strings;
     SName** m_ppBuckets;
     std::uint32_t m_nBuckets;
     std::uint32_t m_nNames;
 };
 
 inline std::uint32_t CNameTable::HashOf(CTreeString name) noexcept { return NameAt(name)->hash; }
-
-inline CNameUse CNameUse::Another(CTreeString name) noexcept {
-    ++CNameTable::NameAt(name)->uses;
-    return CNameUse(name);
-}
 
 }  // namespace norvask
 

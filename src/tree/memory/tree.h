@@ -7,14 +7,21 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
+#include <utility>
 
 #include "tree/memory/arena.h"
 #include "tree/memory/name_table.h"
 
 namespace norvask {
 
-class CAttributeIndex;
+// What others keep for a whole tree, destroyed with it.
+class CTreeAttachment {
+public:
+    CTreeAttachment() = default;
+    CTreeAttachment(const CTreeAttachment&) = delete;
+    CTreeAttachment& operator=(const CTreeAttachment&) = delete;
+    virtual ~CTreeAttachment() = default;
+};
 
 class CTree {
 public:
@@ -30,17 +37,8 @@ public:
     bool HasOneOwner() const noexcept { return m_nOwners == 1; }
 
     CArena& Arena() noexcept { return m_Arena; }
+    CTreeStrings& Strings() noexcept { return m_Strings; }
     CNameTable& Names() noexcept { return m_Names; }
-
-    // Frees the block of a string of this tree, from `block` on. One that is retained from outside is still read
-    // there, and lies idle until it is not.
-    void FreeString(CTreeString string, void* block, std::size_t bytes) noexcept {
-        if (string.Is(STRING_SHOWN) && MustLieIdle(string.Page())) {
-            LetLieIdle(block, bytes, string.Page());
-        } else {
-            m_Arena.FreeTagged(block, bytes, string.Page());
-        }
-    }
 
     // What may have happened to the tree that whoever frees or copies it has to look after.
     enum EEvent : unsigned int {
@@ -54,49 +52,30 @@ public:
     void Note(EEvent event) noexcept { m_nEvents |= event; }
     bool Happened(unsigned int events) const noexcept { return (m_nEvents & events) != 0; }
 
-    // The index of the elements with very many attributes; NULL until there was one. Making it throws
-    // std::bad_alloc.
-    CAttributeIndex* Index() const noexcept {
-        return m_pRare == nullptr ? nullptr : m_pRare->index.get();
+    // There is one kind of attachment (attribute_index.h); NULL for a tree without it.
+    CTreeAttachment* Attachment() const noexcept { return m_pAttachment.get(); }
+    void Attach(std::unique_ptr<CTreeAttachment> attachment) noexcept {
+        m_pAttachment = std::move(attachment);
     }
-    CAttributeIndex& MadeIndex();
 
 private:
-    struct SIdle {
-        void* block;
-        std::size_t bytes;
-        SPage* page;
-    };
-    // What few trees ever need.
-    struct SRare {
-        SRare() noexcept;
-        SRare(const SRare&) = delete;
-        SRare& operator=(const SRare&) = delete;
-        ~SRare();
-
-        std::vector<SIdle> idle;
-        std::size_t idleBytes = 0;
-        std::size_t idleLimit;
-        std::unique_ptr<CAttributeIndex> index;
-    };
-
     explicit CTree(SPage* first) noexcept;
     ~CTree() = default;
-
-    // A page of one block goes with its block, whoever retains it.
-    static bool MustLieIdle(const SPage* page) noexcept {
-        return !page->isSingle && !IsRetainedOnce(page);
-    }
-    void LetLieIdle(void* block, std::size_t bytes, SPage* page) noexcept;
-    void FreeIdle() noexcept;
-    SRare& Rare();
 
     std::uint32_t m_nOwners;
     std::uint32_t m_nEvents;
     CArena m_Arena;
+    CTreeStrings m_Strings;
     CNameTable m_Names;
-    std::unique_ptr<SRare> m_pRare;
+    std::unique_ptr<CTreeAttachment> m_pAttachment;
 };
+
+// Frees a string of a tree, or the constant "", which is of none.
+inline void FreeTreeString(CTreeString string) noexcept {
+    if (!string.Is(STRING_STATIC)) {
+        string.Tree().Strings().Free(string);
+    }
+}
 
 }  // namespace norvask
 

@@ -1,16 +1,12 @@
-// Making and freeing strings, in trees and outside of them. A string outside is a page of its own.
+// Strings outside of any tree: each is a page of its own.
 #include "tree/memory/tree_string.h"
 
 #include <new>
-
-#include "tree/memory/tree.h"
 
 namespace norvask {
 namespace {
 
 const std::size_t SHORTEST_OUTER = 32;
-
-std::size_t BytesOf(std::size_t length) noexcept { return sizeof(SStringTag) + length + 1; }
 
 }  // namespace
 
@@ -28,26 +24,11 @@ CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
     return CTreeString::At(characters);
 }
 
-CTreeString NewTreeString(CTree& tree, const SKnownText& text) {
-    if (text.IsEmpty()) {
-        return CTreeString();
-    }
-    SPage* page = nullptr;
-    void* const block = tree.Arena().AllocateTagged(BytesOf(text.length), page);
-    return WriteString(block, page, text, 0);
-}
-
-void FreeTreeString(CTreeString string) noexcept {
-    if (!string.Is(STRING_STATIC)) {
-        string.Tree().FreeString(string, &string.Tag(), BytesOf(string.Length()));
-    }
-}
-
 CTreeString NewOuterString(const SKnownText& text) {
     if (text.IsEmpty()) {
         return CTreeString();
     }
-    const std::size_t bytes = BytesOf(text.length);
+    const std::size_t bytes = StringBytes(text.length);
     // Room for another short string, which may come in its place.
     SPage* const page = NewPage(bytes < SHORTEST_OUTER ? SHORTEST_OUTER : bytes);
     return WriteString(page + 1, page, text, 0);
@@ -56,7 +37,7 @@ CTreeString NewOuterString(const SKnownText& text) {
 CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text) {
     if (!old.Is(STRING_STATIC) && !text.IsEmpty()) {
         SPage* const page = old.Page();
-        if (page->tree == nullptr && BytesOf(text.length) <= page->bytes && IsRetainedOnce(page)) {
+        if (page->tree == nullptr && StringBytes(text.length) <= page->bytes && IsRetainedOnce(page)) {
             return WriteString(page + 1, page, text, 0);
         }
     }

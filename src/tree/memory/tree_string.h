@@ -108,11 +108,6 @@ private:
     const char* m_pText;
 };
 
-// A copy in the tree's memory. Throws std::bad_alloc.
-CTreeString NewTreeString(CTree& tree, const SKnownText& text);
-// Frees a string that NewTreeString or EmptyString made. While it is retained outside, its block lies idle.
-void FreeTreeString(CTreeString string) noexcept;
-
 // A copy outside of any tree; the caller has retained it. Throws std::bad_alloc.
 CTreeString NewOuterString(const SKnownText& text);
 
@@ -125,7 +120,11 @@ CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text);
 void RetainString(CTreeString string) noexcept;
 void ReleaseString(CTreeString string) noexcept;
 
-// Writes tag and characters to a block, with room for both and the terminator.
+// The bytes of a string of this length, with tag and terminator, and writing it to a block of that
+// size.
+inline std::size_t StringBytes(std::size_t length) noexcept {
+    return sizeof(SStringTag) + length + 1;
+}
 CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
                         unsigned int flags) noexcept;
 
