@@ -17,10 +17,8 @@ void ProbeLocalEncoding();
 
 // What the probe found; false before. When it is false the fast paths for UTF-8 are not taken and
 // all text goes through the parser's transcoders.
-inline bool LocalEncodingIsUtf8() noexcept {
-    extern bool g_bLocalEncodingIsUtf8;
-    return g_bLocalEncodingIsUtf8;
-}
+extern bool g_bLocalEncodingIsUtf8;
+inline bool LocalEncodingIsUtf8() noexcept { return g_bLocalEncodingIsUtf8; }
 
 }  // namespace norvask
 

@@ -11,8 +11,8 @@ namespace {
 // The way to the part of a file's buffer that is not written yet.
 class CFileBuffer : public std::filebuf {
 public:
-    static void Empty(std::filebuf& buffer) noexcept {
-        (buffer.*&CFileBuffer::setp)(nullptr, nullptr);
+    static void Empty(std::filebuf* buffer) noexcept {
+        (buffer->*&CFileBuffer::setp)(nullptr, nullptr);
     }
 };
 
@@ -52,7 +52,7 @@ void CWriterStream::Abandon() noexcept {
         }
     } else if (std::ofstream* const file = dynamic_cast<std::ofstream*>(m_pStream)) {
         if (m_bOwned) {
-            CFileBuffer::Empty(*file->rdbuf());
+            CFileBuffer::Empty(file->rdbuf());
         }
     }
     Drop();

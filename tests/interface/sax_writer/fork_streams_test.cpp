@@ -95,18 +95,18 @@ TEST(WriterForkStreams, AChildMayGoOnWithTheDocument) {
 
 TEST(WriterForkStreams, AChildsOwnDocumentIsItsOwn) {
     TemporaryFile parents;
-    TemporaryFile childs(".xml", "old");
+    TemporaryFile ofChild(".xml", "old");
     const std::unique_ptr<CXMLSaxWriter> writer = Begin(parents.Name());
-    InChild([&] { Begin(childs.Name()); });
-    EXPECT_FALSE(Exists(childs.Name()));
+    InChild([&] { Begin(ofChild.Name()); });
+    EXPECT_FALSE(Exists(ofChild.Name()));
     InChild([&] {
         // The parent's writer, with a document that the child begins.
         End(*writer);
-        writer->StartDocument(childs.Name(), true);
+        writer->StartDocument(ofChild.Name(), true);
         writer->StartElement("a", nullptr);
         delete writer.get();
     });
-    EXPECT_FALSE(Exists(childs.Name()));
+    EXPECT_FALSE(Exists(ofChild.Name()));
 }
 
 TEST(WriterForkStreams, ANameThatAFailedStartLeftIsTheParentsToo) {

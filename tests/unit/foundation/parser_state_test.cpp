@@ -18,11 +18,14 @@ TEST(ParserState, TheManagerOfTheProcessTellsThatTheParserIsThere) {
 }
 
 TEST(ParserState, NoOtherManagerDoes) {
+    CXMLDocument* const document = CXMLManager::GetInstance().CreateDocument(nullptr, nullptr);
     SetParserInitialised(false);
     EXPECT_TRUE(CDerivedManager().IsInitialized());
     EXPECT_XML_ERROR(RequireParserInitialised(), 4,
                      "Error during initialisation of the XML parser");
+    EXPECT_XML_ERROR(document->Clone(), 4, "Error during initialisation of the XML parser");
     SetParserInitialised(true);
+    document->Delete();
     EXPECT_NO_THROW(RequireParserInitialised());
 }
 
