@@ -34,8 +34,7 @@ public:
 
     // What an attribute keeps. Nothing is retained or freed.
     static void SetName(CXMLAttribut* attribute, CTreeString name, bool holds) noexcept {
-        attribute->m_nName =
-            Number(name) | (holds ? HOLDS : 0) | (attribute->m_nName & INDEXED);
+        attribute->m_nName = Number(name) | (holds ? HOLDS : 0) | (attribute->m_nName & INDEXED);
     }
     static void SetValue(CXMLAttribut* attribute, CTreeString value) noexcept {
         attribute->m_nValue = Number(value);

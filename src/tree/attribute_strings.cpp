@@ -52,8 +52,8 @@ void ReplaceValue(CXMLAttribut* attribute, CTreeString value, bool heldBefore) n
 
 void SetAttributeValue(CXMLAttribut* attribute, const SKnownText& value) {
     if (CAttributeAccess::Holds(attribute)) {
-        CAttributeAccess::SetValue(
-            attribute, ReplaceOuterString(CAttributeAccess::Value(attribute), value));
+        CAttributeAccess::SetValue(attribute,
+                                   ReplaceOuterString(CAttributeAccess::Value(attribute), value));
     } else {
         CTree& tree = CAttributeAccess::Name(attribute).Tree();
         ReplaceValue(attribute, tree.Strings().New(value), false);

@@ -9,7 +9,9 @@ namespace norvask {
 CXMLBinNode::CXMLBinNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
 
 CXMLBinNode::CXMLBinNode(CXMLNode* parent)
-    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedBinary(parent))) {}
+    : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedBinary(parent))) {
+    CNodeAccess::SetParent(parent);
+}
 
 CXMLBinNode::CXMLBinNode(const CXMLBinNode& other) noexcept
     : CXMLNode(CNodeAccess::Number(CNodeAccess::ShareBody(&other))) {}

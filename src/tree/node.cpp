@@ -20,7 +20,9 @@ CXMLNode* const NO_CHILDREN[] = {nullptr};
 CXMLNode::CXMLNode(std::uintptr_t body) noexcept : m_nBody(body) {}
 
 CXMLNode::CXMLNode(const char* name, CXMLNode* parent)
-    : m_nBody(CNodeAccess::Number(CNodeAccess::NewDerivedElement(name, parent))) {}
+    : m_nBody(CNodeAccess::Number(CNodeAccess::NewDerivedElement(name, parent))) {
+    CNodeAccess::SetParent(parent);
+}
 
 // A copy is an object outside of any block, whatever its source is.
 CXMLNode::CXMLNode(const CXMLNode& other)

@@ -34,7 +34,11 @@ public:
     static bool IsParent(const CXMLNode* node) noexcept {
         return (node->m_nBody & PARENT_BIT) != 0;
     }
-    static void SetParent(CXMLNode* node) noexcept { node->m_nBody |= PARENT_BIT; }
+    static void SetParent(CXMLNode* node) noexcept {
+        if (node != nullptr) {
+            node->m_nBody |= PARENT_BIT;
+        }
+    }
 
     // The body that was made behind an object in a block, whichever body it shows now.
     static SNodeBody* OwnBodyOf(CXMLNode* node) noexcept {

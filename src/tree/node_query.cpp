@@ -96,7 +96,8 @@ private:
 
     void Ask(CXMLNode* node);
     void Look(CXMLNode* child);
-    void HandUp();
+    void HandUp(CXMLNode* const* found);
+    void Leave();
     CStep& Step() noexcept { return m_Steps[m_Walk.Depth() - 1]; }
 
     CWalk<SNothing> m_Walk;
@@ -120,7 +121,7 @@ void CQuery::Run() {
     while (!m_Walk.IsDone()) {
         CXMLNode* const child = m_Walk.Next();
         if (child == nullptr) {
-            HandUp();
+            Leave();
         } else if (Step().Names(child)) {
             Look(child);
         }
@@ -139,20 +140,29 @@ void CQuery::Look(CXMLNode* child) {
         }
         Ask(child);
     } else {
-        for (CXMLNode** found = child->GetNodes(rest); *found != nullptr; ++found) {
-            AddFound(asked, *found);
-        }
+        HandUp(child->GetNodes(rest));
     }
 }
 
-// The element has been asked to the end; the one above it takes over what was found.
-void CQuery::HandUp() {
+// The innermost element takes over what was found below. In a ring of nodes that show one content the two have one
+// array, which has it already.
+void CQuery::HandUp(CXMLNode* const* found) {
+    CXMLNode* const asked = m_Walk.Innermost().node;
+    const SQueryResult* const own = ResultOrNull(asked);
+    if (own != nullptr && own->slots == found) {
+        return;
+    }
+    for (; *found != nullptr; ++found) {
+        AddFound(asked, *found);
+    }
+}
+
+// The element has been asked to the end.
+void CQuery::Leave() {
     const SQueryResult* const result = ResultOrNull(m_Walk.Innermost().node);
     m_Walk.Leave();
     if (!m_Walk.IsDone() && result != nullptr) {
-        for (CXMLNode** found = result->slots; *found != nullptr; ++found) {
-            AddFound(m_Walk.Innermost().node, *found);
-        }
+        HandUp(result->slots);
     }
 }
 

@@ -24,6 +24,7 @@ CXMLTextNode::CXMLTextNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
 CXMLTextNode::CXMLTextNode(const char* text, CXMLNode* parent)
     : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedText(parent))) {
     CXMLTextNode::SetText(text);
+    CNodeAccess::SetParent(parent);
 }
 
 CXMLTextNode::CXMLTextNode(const CXMLTextNode& other) noexcept

@@ -73,8 +73,12 @@ TEST(TypedGetters, AreNotLedByWhatAnOverrideReturns) {
     text.m_Mask = "01:02:03";
     EXPECT_FALSE(text.GetTimeText(hour, minute, second));
     text.m_Mask = "1";
-    EXPECT_FALSE(text.GetDoubleText(number));
-    EXPECT_FALSE(text.GetLongText(whole));
+    number = 5;
+    whole = 5;
+    EXPECT_TRUE(text.GetDoubleText(number));  // any text is one, and what is no number is 0
+    EXPECT_TRUE(text.GetLongText(whole));
+    EXPECT_EQ(number, 0);
+    EXPECT_EQ(whole, 0);
     EXPECT_FALSE(text.GetBoolText(truth));
     text.SetText("?");
     text.m_Mask = "QUJD";
