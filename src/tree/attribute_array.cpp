@@ -113,7 +113,7 @@ void ReserveAttributes(SElementBody* body, std::size_t count) {
     }
 }
 
-void AppendAttribute(SElementBody* body, CNameUse name, const SKnownText& value) {
+void AppendAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value) {
     CTree& tree = TreeOf(body);
     const std::uint32_t count = AttributeCount(body);
     ReserveAttributes(body, static_cast<std::size_t>(count) + 1);
@@ -143,7 +143,7 @@ void SetAttribute(SElementBody* body, const SNameLookUp& name, unsigned int know
     }
 }
 
-void SetAttribute(SElementBody* body, CNameUse name, const SKnownText& value) {
+void SetAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value) {
     if (AttributeCount(body) == 0) {
         if (!value.IsEmpty()) {
             AppendAttribute(body, std::move(name), value);

@@ -29,13 +29,13 @@ inline CXMLAttribut* FindAttribute(SElementBody* body, const char* name) noexcep
 void ReserveAttributes(SElementBody* body, std::size_t count);
 
 // Appends an attribute that the element does not have. Throws std::bad_alloc.
-void AppendAttribute(SElementBody* body, CNameUse name, const SKnownText& value);
+void AppendAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value);
 
 // Sets, adds or removes, as CXMLNode::SetAttribute does, by a name that was looked up, of which `known` is known, and by
 // one of which the caller has a use. Throw std::bad_alloc.
 void SetAttribute(SElementBody* body, const SNameLookUp& name, unsigned int known,
                   const SKnownText& value);
-void SetAttribute(SElementBody* body, CNameUse name, const SKnownText& value);
+void SetAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value);
 
 // NULL when there are none; made when there are none, which throws std::bad_alloc.
 inline SElementExtras* ExtrasOrNull(const SElementBody* body) noexcept {

@@ -52,11 +52,10 @@ CXMLNode& CXMLNode::operator=(const CXMLNode& other) noexcept {
     if (&TreeOf(shown) != home) {
         TreeOf(shown).Retain();
     }
-    const bool wasParent = CNodeAccess::IsParent(this);
     CNodeAccess::SetBody(this, shown);
 
     CTree& left = TreeOf(old);
-    LeaveBody(old, this, wasParent, nullptr);
+    LeaveBody(old, this, nullptr);
     if (&left != home) {
         left.Release();
     }

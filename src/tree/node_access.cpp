@@ -23,7 +23,7 @@ Node* CNodeAccess::NewBlock(CTree& tree, EObject object, CXMLNode* parent) {
     return new (block) Node(Number(body) | static_cast<std::uintptr_t>(object));
 }
 
-CXMLNode* CNodeAccess::NewElement(CTree& tree, CNameUse name, CXMLNode* parent) {
+CXMLNode* CNodeAccess::NewElement(CTree& tree, CNameUse&& name, CXMLNode* parent) {
     CXMLNode* const node = NewBlock<CXMLNode, SElementBody>(tree, EObject::ELEMENT, parent);
     ElementOf(node)->name = name.Keep();
     return node;

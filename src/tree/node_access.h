@@ -1,7 +1,7 @@
 // Internal. The way from a node to its body and to its protected operations, and how nodes are made.
 //
-// The low bits of a node's body pointer tell what kind of object it is (EObject), and whether children were made
-// through it: those have it as their parent.
+// The low bits of a node's body pointer tell what kind of object it is (EObject), and whether it is the
+// parent of any.
 #ifndef NORVASK_TREE_NODE_ACCESS_H
 #define NORVASK_TREE_NODE_ACCESS_H
 
@@ -26,11 +26,13 @@ public:
     static SNodeBody* BodyOf(const CXMLNode* node) noexcept {
         return reinterpret_cast<SNodeBody*>(node->m_nBody & ~ALL_BITS);
     }
-    // Shows another body; the object stays what it is, and has no children there yet.
+    // Shows another body; the object stays what it is.
     static void SetBody(CXMLNode* node, SNodeBody* body) noexcept {
-        node->m_nBody = Number(body) | (node->m_nBody & OBJECT_BITS);
+        node->m_nBody = Number(body) | (node->m_nBody & ALL_BITS);
     }
 
+    // Whether any body ever named the object as its parent. By assignment that may be one in whatever array, so this
+    // never becomes untrue.
     static bool IsParent(const CXMLNode* node) noexcept {
         return (node->m_nBody & PARENT_BIT) != 0;
     }
@@ -66,7 +68,7 @@ public:
     }
 
     // New nodes in a block of the tree; they are in no child array yet. Throw std::bad_alloc.
-    static CXMLNode* NewElement(CTree& tree, CNameUse name, CXMLNode* parent);
+    static CXMLNode* NewElement(CTree& tree, CNameUse&& name, CXMLNode* parent);
     static CXMLTextNode* NewText(CTree& tree, const SKnownText& text, CXMLNode* parent);
     static CXMLBinNode* NewBinary(CTree& tree, CXMLNode* parent);
 

@@ -89,7 +89,7 @@ bool DestroyAtOnce(CXMLNode* node, const CTree* dying) noexcept {
     SNodeBody* const own = CNodeAccess::OwnBodyOf(node);
     CTree& tree = TreeOf(shown);
     shown->parent = nullptr;  // the parent may be going too, and the copies go on
-    LeaveBody(shown, node, CNodeAccess::IsParent(node), dying);
+    LeaveBody(shown, node, dying);
     LeaveTree(tree, own);
     LeaveOwnBlock(node, own, dying);
     return true;
@@ -175,11 +175,10 @@ void Destroy(CXMLNode* top, const CTree* dying) noexcept {
 
 }  // namespace
 
-void LeaveBody(SNodeBody* body, const CXMLNode* object, bool wasParent,
-               const CTree* dying) noexcept {
+void LeaveBody(SNodeBody* body, const CXMLNode* object, const CTree* dying) noexcept {
     if (body->owners != 1) {
         --body->owners;
-        if (wasParent) {
+        if (CNodeAccess::IsParent(object)) {
             Orphan(body, object);
         }
         return;
@@ -209,7 +208,7 @@ CXMLNode::~CXMLNode() {
     CTree& tree = TreeOf(body);
     const bool isLast = tree.HasOneOwner();
     if (!isLast || body->owners != 1 || tree.Happened(NEEDS_WALK)) {
-        LeaveBody(body, this, CNodeAccess::IsParent(this), isLast ? &tree : nullptr);
+        LeaveBody(body, this, isLast ? &tree : nullptr);
     }
     tree.Release();
 }

@@ -20,7 +20,7 @@ CNameUse UseValidName(CTree& tree, const char* name) {
                            : CNameUse(tree, lookUp, RequireName(name).known);
 }
 
-CXMLNode* AddElement(CXMLNode* parent, CNameUse name, const CXMLNode* before) {
+CXMLNode* AddElement(CXMLNode* parent, CNameUse&& name, const CXMLNode* before) {
     SElementBody* const body = CNodeAccess::ElementOf(parent);
     CTree& tree = TreeOf(body);
     CXMLNode* child = nullptr;

@@ -11,9 +11,10 @@ namespace norvask {
 // no XML name, and std::bad_alloc.
 CNameUse UseValidName(CTree& tree, const char* name);
 
-// Add a child to an element, and throw std::bad_alloc with the element unchanged. `before` is as for
+// Add a child to an element, and throw std::bad_alloc with the element unchanged; a name is moved from when
+// it is the child's. `before` is as for
 // CXMLNode::CreateChild.
-CXMLNode* AddElement(CXMLNode* parent, CNameUse name, const CXMLNode* before);
+CXMLNode* AddElement(CXMLNode* parent, CNameUse&& name, const CXMLNode* before);
 CXMLTextNode* AddText(CXMLNode* parent, const SKnownText& text);
 CXMLBinNode* AddBinary(CXMLNode* parent);
 

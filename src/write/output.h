@@ -66,7 +66,7 @@ public:
     // is not escaped.
     template <std::size_t N>
     void Name(const char (&token)[N], const SKnownText& name) {
-        const bool isPlain = name.Is(KNOWN_NAME | KNOWN_UTF8) || name.Is(KNOWN_PLAIN_NAME);
+        const bool isPlain = name.Is(KNOWN_NAME) && (name.known & (KNOWN_UTF8 | KNOWN_ASCII)) != 0;
         if (!isPlain || m_bPads || Room() < N - 1 + name.length) {
             NameSlowly(token, name, isPlain);
             return;

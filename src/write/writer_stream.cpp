@@ -35,8 +35,6 @@ void CWriterStream::Drop() noexcept {
     m_bOwned = false;
 }
 
-bool CWriterStream::IsGood() const noexcept { return m_pStream != nullptr && m_pStream->good(); }
-
 void CWriterStream::Close() {
     std::ofstream* const file = dynamic_cast<std::ofstream*>(m_pStream);
     if (file != nullptr && file->good()) {

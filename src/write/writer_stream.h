@@ -4,7 +4,7 @@
 
 #include <sys/types.h>
 
-#include <iosfwd>
+#include <ostream>
 
 namespace norvask {
 
@@ -24,7 +24,7 @@ public:
 
     // Whether there is one, and whether there is one that can be written to.
     bool IsThere() const noexcept { return m_pStream != nullptr; }
-    bool IsGood() const noexcept;
+    bool IsGood() const noexcept { return m_pStream != nullptr && m_pStream->good(); }
     // Not to be asked when there is none.
     std::ostream& Get() const noexcept { return *m_pStream; }
 

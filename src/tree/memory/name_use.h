@@ -28,7 +28,7 @@ public:
         return *this;
     }
     ~CNameUse() {
-        if (!m_Name.Is(STRING_STATIC)) {
+        if (m_Name != CTreeString()) {
             m_Name.Tree().Names().Release(m_Name);
         }
     }

@@ -14,16 +14,6 @@ const std::size_t SHORTEST_OUTER = 32;
 alignas(CTreeString::ALIGNMENT) CTreeString::SEmpty CTreeString::s_Empty = {
     {0, {STRING_STATIC | KNOWN_UTF8 | KNOWN_ASCII}}, ""};
 
-CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
-                        unsigned int flags) noexcept {
-    SStringTag* const tag = new (block)
-        SStringTag{DistanceTo(page, block), {SStringTag::With(flags | text.known, text.length)}};
-    char* const characters = reinterpret_cast<char*>(tag + 1);
-    std::memmove(characters, text.text, text.length);  // a part of the string that it replaces
-    characters[text.length] = '\0';
-    return CTreeString::At(characters);
-}
-
 CTreeString NewOuterString(const SKnownText& text) {
     if (text.IsEmpty()) {
         return CTreeString();

@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 #include "foundation/known_text.h"
 #include "tree/memory/page.h"
@@ -125,8 +126,15 @@ void ReleaseString(CTreeString string) noexcept;
 inline std::size_t StringBytes(std::size_t length) noexcept {
     return sizeof(SStringTag) + length + 1;
 }
-CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
-                        unsigned int flags) noexcept;
+inline CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
+                               unsigned int flags) noexcept {
+    SStringTag* const tag = new (block)
+        SStringTag{DistanceTo(page, block), {SStringTag::With(flags | text.known, text.length)}};
+    char* const characters = reinterpret_cast<char*>(tag + 1);
+    std::memmove(characters, text.text, text.length);  // a part of the string that it replaces
+    characters[text.length] = '\0';
+    return CTreeString::At(characters);
+}
 
 }  // namespace norvask
 
