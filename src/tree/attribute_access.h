@@ -4,8 +4,8 @@
 //   ... that was assigned to     two strings wherever they lie, retained ("holds")
 //   attribute of an application  the same
 //
-// Both strings are retained or neither is. The low bits of the name tell, and whether the attribute is
-// in the index of its tree (attribute_index.h).
+// Both strings are retained or neither is. The low bits of the name tell, and whether the attribute
+// is in the index of its tree (attribute_index.h).
 #ifndef NORVASK_TREE_ATTRIBUTE_ACCESS_H
 #define NORVASK_TREE_ATTRIBUTE_ACCESS_H
 

@@ -1,4 +1,5 @@
-// Internal. The attributes of an element body (slots.h); their first capacity is one. Rare things share their block.
+// Internal. The attributes of an element body (slots.h); their first capacity is one. Rare things
+// share their block.
 #ifndef NORVASK_TREE_ATTRIBUTE_ARRAY_H
 #define NORVASK_TREE_ATTRIBUTE_ARRAY_H
 
@@ -17,7 +18,8 @@ inline std::uint32_t AttributeCount(const SElementBody* body) noexcept {
     return body->attributes == nullptr ? 0 : body->attributes->Count();
 }
 
-// The first attribute with this name, NULL when there is none. `name` was looked up in the element's tree.
+// The first attribute with this name, NULL when there is none. `name` was looked up in the
+// element's tree.
 CXMLAttribut* FindAttribute(SElementBody* body, const SNameLookUp& name) noexcept;
 inline CXMLAttribut* FindAttribute(SElementBody* body, const char* name) noexcept {
     return body->attributes == nullptr
@@ -31,8 +33,8 @@ void ReserveAttributes(SElementBody* body, std::size_t count);
 // Appends an attribute that the element does not have. Throws std::bad_alloc.
 void AppendAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value);
 
-// Sets, adds or removes, as CXMLNode::SetAttribute does, by a name that was looked up, of which `known` is known, and by
-// one of which the caller has a use. Throw std::bad_alloc.
+// Sets, adds or removes, as CXMLNode::SetAttribute does, by a name that was looked up, of which
+// `known` is known, and by one of which the caller has a use. Throw std::bad_alloc.
 void SetAttribute(SElementBody* body, const SNameLookUp& name, unsigned int known,
                   const SKnownText& value);
 void SetAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value);

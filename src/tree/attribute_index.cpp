@@ -1,5 +1,5 @@
-// The index of attributes, an ordered map of the standard library: nothing here takes longer than the logarithm of
-// the number of attributes, in whatever order they are renamed and removed.
+// The index of attributes, an ordered map of the standard library: nothing here takes longer than
+// the logarithm of the number of attributes, in whatever order they are renamed and removed.
 #include "tree/attribute_index.h"
 
 #include <atomic>

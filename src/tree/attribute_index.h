@@ -1,12 +1,14 @@
-// Internal. CAttributeIndex: finds the attributes of elements with very many of them, for all such elements of a tree.
+// Internal. CAttributeIndex: finds the attributes of elements with very many of them, for all such
+// elements of a tree.
 //
 //   entry := element hash order -> attribute
 //
-// An element is in the index from the first search on that finds INDEX_FROM attributes in it. Its attributes get
-// ascending orders as they come, so that of equal names the first is found, whatever was renamed into what and
-// removed in between. Clients rename attributes behind the element's back (CXMLAttribut::SetName, assignment): the
-// attribute knows that it is indexed, and its tree by its name. One that was assigned to shows strings of others and
-// no longer leads to its tree; it is looked at again when any such attribute of the process was renamed.
+// An element is in the index from the first search on that finds INDEX_FROM attributes in it. Its
+// attributes get ascending orders as they come, so that of equal names the first is found, whatever
+// was renamed into what and removed in between. Clients rename attributes behind the element's back
+// (CXMLAttribut::SetName, assignment): the attribute knows that it is indexed, and its tree by its
+// name. One that was assigned to shows strings of others and no longer leads to its tree; it is
+// looked at again when any such attribute of the process was renamed.
 #ifndef NORVASK_TREE_ATTRIBUTE_INDEX_H
 #define NORVASK_TREE_ATTRIBUTE_INDEX_H
 
@@ -34,7 +36,8 @@ public:
     // The first attribute of the element with this name; NULL when there is none.
     CXMLAttribut* Find(const SElementBody* element, const SNameLookUp& name) noexcept;
 
-    // `order` must be higher than those of the element so far. Throws std::bad_alloc, then nothing has changed.
+    // `order` must be higher than those of the element so far. Throws std::bad_alloc, then nothing
+    // has changed.
     void Add(const SElementBody* element, std::uint64_t order, CXMLAttribut* attribute);
     void Remove(CXMLAttribut* attribute) noexcept;
 

@@ -1,4 +1,4 @@
-// Every change of a string of an attribute ends here, so that its tree learns of new names.
+// Every change of a string of an attribute comes here, so that its tree learns of new names.
 #include "tree/attribute_strings.h"
 
 #include "tree/attribute_index.h"

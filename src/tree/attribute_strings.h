@@ -6,8 +6,8 @@
 
 namespace norvask {
 
-// Sets a name, which the attribute retains from now on or of which it keeps the use, or another value;
-// the old one is freed. `heldBefore` tells who had the old value.
+// Sets a name, which the attribute retains from now on or of which it keeps the use, or another
+// value; the old one is freed. `heldBefore` tells who had the old value.
 void ReplaceName(CXMLAttribut* attribute, CTreeString name, bool holds) noexcept;
 void ReplaceValue(CXMLAttribut* attribute, CTreeString value, bool heldBefore) noexcept;
 

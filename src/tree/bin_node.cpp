@@ -28,7 +28,8 @@ const char* CXMLBinNode::GetTextChildValue() { ThrowNotSupportedByLeaf(); }
 void CXMLBinNode::SetTextChildValue(const char*) { ThrowNotSupportedByLeaf(); }
 CXMLNode** CXMLBinNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullptr); }
 
-// The copy is made first, since the bytes may lie in the block that goes; whatever fails, the block goes.
+// The copy is made first, since the bytes may lie in the block that goes; whatever fails, the block
+// goes.
 void CXMLBinNode::SetData(const unsigned char* data, std::size_t length) {
     CTree& tree = TreeOf(CNodeAccess::BodyOf(this));
     const bool nothing = data == nullptr || length == 0;

@@ -7,12 +7,12 @@
 namespace norvask {
 namespace {
 
-// From this length on it matters which side is moved. A shorter array begins where its block does, so a pointer to it
-// that is held while a child is removed still shows the children that are left.
+// From this length on it matters which side is moved. A shorter array begins where its block does,
+// so a pointer to it that is held while a child is removed still shows the children that are left.
 const std::uint32_t LONG_FROM = 64;
 
-// How many of the slots may be left when room on one side is made by moving the children rather than by doubling the
-// capacity: with fewer, they would be moved too often.
+// How many of the slots may be left when room on one side is made by moving the children rather
+// than by doubling the capacity: with fewer, they would be moved too often.
 const std::uint32_t MOVE_SHARE = 4;
 
 void SetFront(SChildArray& array, std::uint32_t front) noexcept {

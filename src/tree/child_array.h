@@ -1,9 +1,10 @@
-// Internal. The children of an element body (slots.h); their first capacity is two, in the body itself.
+// Internal. The children of an element body (slots.h); their first capacity is two, in the body
+// itself.
 //
 //   array := unused* child* NULL unused*      once they have outgrown the body
 //
-// A long array may begin later in its block, so that children come and go at both of its sides without the others
-// being moved.
+// A long array may begin later in its block, so that children come and go at both of its sides
+// without the others being moved.
 #ifndef NORVASK_TREE_CHILD_ARRAY_H
 #define NORVASK_TREE_CHILD_ARRAY_H
 
@@ -39,11 +40,12 @@ inline std::uint32_t ChildCapacity(const SElementBody* body) noexcept {
     return HasFlag(body, BODY_OUTGROWN) ? ArrayCapacity(body->children.many) : FIRST_CHILD_CAPACITY;
 }
 
-// Makes room for `count` children in all, for an element that is given them one behind the other. Throws
-// std::bad_alloc.
+// Makes room for `count` children in all, for an element that is given them one behind the other.
+// Throws std::bad_alloc.
 void ReserveChildren(SElementBody* body, std::size_t count);
 
-// Makes room for one more child at this index, so that it can be put there without failing. Throws std::bad_alloc.
+// Makes room for one more child at this index, so that it can be put there without failing. Throws
+// std::bad_alloc.
 void ReserveChildSlowly(SElementBody* body, std::uint32_t index);
 inline void ReserveLastChild(SElementBody* body) {
     const bool hasRoom = HasFlag(body, BODY_OUTGROWN)

@@ -31,8 +31,8 @@ CXMLNode::CXMLNode(const CXMLNode& other)
               ? CNodeAccess::ShareBody(&other)
               : CNodeAccess::NewDerivedElement("", CNodeAccess::BodyOf(&other)->parent))) {}
 
-// Objects outside of blocks retain the tree of the body that they show, objects in blocks that of a body in another
-// tree.
+// Objects outside of blocks retain the tree of the body that they show, objects in blocks that of a
+// body in another tree.
 CXMLNode& CXMLNode::operator=(const CXMLNode& other) noexcept {
     SNodeBody* const old = CNodeAccess::BodyOf(this);
     SNodeBody* const shown = CNodeAccess::BodyOf(&other);

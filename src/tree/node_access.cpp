@@ -1,4 +1,5 @@
-// Making nodes: an object and its body in one block of the tree, or a body alone for an object of a derived class.
+// Making nodes: an object and its body in one block of the tree, or a body alone for an object of a
+// derived class.
 #include "tree/node_access.h"
 
 #include <cstring>

@@ -1,7 +1,8 @@
-// Internal. The way from a node to its body and to its protected operations, and how nodes are made.
+// Internal. The way from a node to its body and to its protected operations, and how nodes are
+// made.
 //
-// The low bits of a node's body pointer tell what kind of object it is (EObject), and whether it is the
-// parent of any.
+// The low bits of a node's body pointer tell what kind of object it is (EObject), and whether it is
+// the parent of any.
 #ifndef NORVASK_TREE_NODE_ACCESS_H
 #define NORVASK_TREE_NODE_ACCESS_H
 
@@ -14,8 +15,8 @@
 
 namespace norvask {
 
-// Whose object a node is. For all but DERIVED the virtual operations are known to be the library's own, so walks over
-// a tree step into such nodes without a call and leave the stack alone.
+// Whose object a node is. For all but DERIVED the virtual operations are known to be the library's
+// own, so walks over a tree step into such nodes without a call and leave the stack alone.
 enum class EObject : std::uintptr_t { DERIVED = 0, ELEMENT = 1, TEXT = 2, BINARY = 3 };
 
 class CNodeAccess {
@@ -31,8 +32,8 @@ public:
         node->m_nBody = Number(body) | (node->m_nBody & ALL_BITS);
     }
 
-    // Whether any body ever named the object as its parent. By assignment that may be one in whatever array, so this
-    // never becomes untrue.
+    // Whether any body ever named the object as its parent. By assignment that may be one in
+    // whatever array, so this never becomes untrue.
     static bool IsParent(const CXMLNode* node) noexcept {
         return (node->m_nBody & PARENT_BIT) != 0;
     }
@@ -72,8 +73,8 @@ public:
     static CXMLTextNode* NewText(CTree& tree, const SKnownText& text, CXMLNode* parent);
     static CXMLBinNode* NewBinary(CTree& tree, CXMLNode* parent);
 
-    // Bodies for objects outside of blocks, each in a tree of its own that the object owns. Throw std::bad_alloc. The
-    // name is not checked; NULL gives an empty one.
+    // Bodies for objects outside of blocks, each in a tree of its own that the object owns. Throw
+    // std::bad_alloc. The name is not checked; NULL gives an empty one.
     static SNodeBody* NewDerivedElement(const char* name, CXMLNode* parent);
     static SNodeBody* NewDerivedText(CXMLNode* parent);
     static SNodeBody* NewDerivedBinary(CXMLNode* parent);

@@ -2,10 +2,10 @@
 //
 //   object := virtual-table body-pointer         what clients see
 //   body   := header content                     here; shared by copies of the object
-//   block  := object body                        a node that the library makes: one block of its tree
+//   block  := object body                        a node that the library makes, in its tree
 //
-// Objects of derived classes lie wherever their makers put them, with a body in a tree of its own. The low bits of the
-// body pointer belong to the object (node_access.h). Bodies never move.
+// Objects of derived classes lie wherever their makers put them, with a body in a tree of its own.
+// The low bits of the body pointer belong to the object (node_access.h). Bodies never move.
 #ifndef NORVASK_TREE_NODE_BODY_H
 #define NORVASK_TREE_NODE_BODY_H
 
@@ -39,7 +39,8 @@ struct SElementExtras {
         indexed;  // how many attributes ever came into the tree's index; 0 when it is not used
 };
 
-// The attributes; the slots follow. There is none as long as an element has neither attributes nor extras.
+// The attributes; the slots follow. There is none as long as an element has neither attributes nor
+// extras.
 struct SAttributeArray {
     std::uint32_t capacity;
     std::uint32_t used;
@@ -49,8 +50,8 @@ struct SAttributeArray {
     std::uint32_t Count() const noexcept { return used - 1; }
 };
 
-// Two slots are the first capacity of a child array, and most elements have at most one child: those two lie in the
-// body.
+// Two slots are the first capacity of a child array, and most elements have at most one child:
+// those two lie in the body.
 struct SChildArray {
     CXMLNode** slots;     // the first entry; there may be unused slots in front (child_array.h)
     std::uint32_t used;   // with the NULL
@@ -76,8 +77,8 @@ struct SBinaryBody : SNodeBody {
     std::size_t length;
 };
 
-// The bodies of leaf objects of derived classes have room for a query result behind them, since such a class can call
-// AddToQueryResult. Bodies of leaves in blocks end before this.
+// The bodies of leaf objects of derived classes have room for a query result behind them, since
+// such a class can call AddToQueryResult. Bodies of leaves in blocks end before this.
 struct SDerivedTextBody : STextBody {
     SQueryResult result;
 };

@@ -1,7 +1,7 @@
 // CXMLNode: copying subtrees.
 //
-// Where both the source and the copy are objects of the library the copy is built directly; wherever one of them is of
-// a derived class, its virtual operations are called.
+// Where both the source and the copy are objects of the library the copy is built directly;
+// wherever one of them is of a derived class, its virtual operations are called.
 #include "tree/node_copy.h"
 
 #include <algorithm>
@@ -20,8 +20,8 @@ bool IsOwn(CXMLNode* node, EObject object) noexcept {
     return CNodeAccess::ObjectOf(node) == object;
 }
 
-// A copy below its own source would meet itself on the way. The copies that are being made on this thread
-// are remembered, innermost first, and left out: the source is copied as it stood.
+// A copy below its own source would meet itself on the way. The copies that are being made on this
+// thread are remembered, innermost first, and left out: the source is copied as it stood.
 struct SCopyUnderWay {
     explicit SCopyUnderWay(const CXMLNode* started) noexcept : copy(started), outer(s_pInnermost) {
         s_pInnermost = this;
@@ -44,13 +44,15 @@ struct SCopyUnderWay {
 };
 thread_local const SCopyUnderWay* SCopyUnderWay::s_pInnermost = nullptr;
 
-// Names of the source's tree and the same names of the copy's, so that a repeated name is looked up once. Has no use of
-// either, so it must forget them whenever somebody else's code may have released a name.
+// Names of the source's tree and the same names of the copy's, so that a repeated name is looked up
+// once. Has no use of either, so it must forget them whenever somebody else's code may have
+// released a name.
 class CNameMemo {
 public:
     explicit CNameMemo(CTree* tree) noexcept : m_pTree(tree) {}
 
-    // One use of the name in the copy's tree. `name` is one of the source's tree. Throws as UseValidName.
+    // One use of the name in the copy's tree. `name` is one of the source's tree. Throws as
+    // UseValidName.
     CNameUse Use(CTreeString name) {
         if (m_pEntries == nullptr) {
             m_pEntries.reset(new SEntry[ENTRIES]());
@@ -81,7 +83,8 @@ private:
     std::unique_ptr<SEntry[]> m_pEntries;  // not on the stack, where copies of derived objects nest
 };
 
-// Attributes that an element was given by SetAttribute: no two have one name, and all are names of the tree.
+// Attributes that an element was given by SetAttribute: no two have one name, and all are names of
+// the tree.
 void CopyPlainAttributes(SElementBody* copy, const SElementBody* source, CNameMemo& names) {
     const std::uint32_t count = AttributeCount(source);
     if (count == 0) {
@@ -203,8 +206,8 @@ CXMLNode* CXMLNode::CopyChild(CXMLNode* source, CXMLNode* before) {
     if (source == nullptr) {
         ThrowInvalidParameter();
     }
-    // The kind of a body is that of its object's class, and unlike its run-time type it is also there when the class
-    // was compiled without type information.
+    // The kind of a body is that of its object's class, and unlike its run-time type it is also
+    // there when the class was compiled without type information.
     switch (CNodeAccess::BodyOf(source)->kind) {
         case NODE_TEXT:
             return CreateTextChild(static_cast<CXMLTextNode*>(source)->GetText());

@@ -1,24 +1,22 @@
-// Destroying nodes. Objects share bodies by copy and assignment, so an object and the body that was made behind it in
-// one block may end at different times:
+// Destroying nodes. Objects share bodies by copy and assignment, so an object and the body that was
+// made behind it in one block may end at different times:
 //
-//   the object   shows                        it is destroyed                    and then
-//   derived      any body                     by its destructor, which           -
-//                                             leaves the body
-//   in a block   a body that others show too  by leaving the body                its own block goes, if nobody
-//                                                                                shows its own body any more
-//   in a block   its own body, alone          with the children, the content,    -
-//                                             and the block
-//   in a block   another body, alone          with the children, the content,    as above
-//                                             and that body's block, if the
-//                                             object of that block is gone
+//   object       shows            others too?   is destroyed
+//   derived      any body         -             by its destructor, which leaves the body
+//   in a block   any body         yes           by leaving the body
+//   in a block   its own body     no            with the children and the content
+//   in a block   another's body   no            with the children and the content of that body
 //
-// A body keeps its last owner until its children are destroyed: the objects that go on the way may include the one in
-// whose block the body lies (BODY_OBJECT_GONE), and then the block goes last. They may also be of derived classes and
-// share the body once more, and then it stays.
+// The block of an object goes with the object, or, if somebody shows the body in it, with that body.
 //
-// Children are destroyed in the order of the array, each with what is below it, before their parent. The walk goes
-// down and comes up again through the parent pointers, and takes each child out of the array before it touches it; so
-// it needs no memory, whatever the depth, and nobody meets a child that is being destroyed.
+// A body keeps its last owner until its children are destroyed: the objects that go on the way may
+// include the one in whose block the body lies (BODY_OBJECT_GONE), and then the block goes last.
+// They may also be of derived classes and share the body once more, and then it stays.
+//
+// Children are destroyed in the order of the array, each with what is below it, before their
+// parent. The walk goes down and comes up again through the parent pointers, and takes each child
+// out of the array before it touches it; so it needs no memory, whatever the depth, and nobody
+// meets a child that is being destroyed.
 #include "tree/node_ending.h"
 
 #include "tree/attribute_array.h"
@@ -50,7 +48,8 @@ void Orphan(SNodeBody* body, const CXMLNode* parent) noexcept {
     }
 }
 
-// The memory of a body that nobody shows any more; of one in a block only if its object is gone too.
+// The memory of a body that nobody shows any more; of one in a block only if its object is gone
+// too.
 void FreeBody(SNodeBody* body) noexcept {
     if (!HasFlag(body, BODY_IN_BLOCK)) {
         TreeOf(body).Arena().FreeTagged(body, CNodeAccess::DerivedBodySize(body->kind),
@@ -75,8 +74,8 @@ void LeaveTree(CTree& shown, const SNodeBody* own) noexcept {
     }
 }
 
-// Destroys a node that a walk cannot step into: an object of a derived class, or one whose body others show too.
-// Returns false for a node that it can.
+// Destroys a node that a walk cannot step into: an object of a derived class, or one whose body
+// others show too. Returns false for a node that it can.
 bool DestroyAtOnce(CXMLNode* node, const CTree* dying) noexcept {
     if (CNodeAccess::ObjectOf(node) == EObject::DERIVED) {
         CNodeAccess::Destroy(node);

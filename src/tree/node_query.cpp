@@ -2,9 +2,9 @@
 //
 //   path := step ("/" step)*      a trailing "/" adds nothing
 //
-// A query of an element asks each child that the first step names for the rest, and so on downwards; every element
-// that is asked leaves its part of the result in its own array. Objects of derived classes are asked through their
-// virtual operations.
+// A query of an element asks each child that the first step names for the rest, and so on
+// downwards; every element that is asked leaves its part of the result in its own array. Objects of
+// derived classes are asked through their virtual operations.
 #include <cstring>
 #include <string>
 #include <vector>
@@ -37,8 +37,8 @@ void AddFound(CXMLNode* node, CXMLNode* found) {
 
 // A step of the path: the name, and the rest, which is NULL behind the last step.
 //
-// A name of the tree in which the children lie is the same string as theirs, so it is looked up once and the names of
-// the children are not looked into.
+// A name of the tree in which the children lie is the same string as theirs, so it is looked up
+// once and the names of the children are not looked into.
 class CStep {
 public:
     explicit CStep(const char* path) noexcept
@@ -144,8 +144,8 @@ void CQuery::Look(CXMLNode* child) {
     }
 }
 
-// The innermost element takes over what was found below. In a ring of nodes that show one content the two have one
-// array, which has it already.
+// The innermost element takes over what was found below. In a ring of nodes that show one content
+// the two have one array, which has it already.
 void CQuery::HandUp(CXMLNode* const* found) {
     CXMLNode* const asked = m_Walk.Innermost().node;
     const SQueryResult* const own = ResultOrNull(asked);
@@ -170,7 +170,8 @@ CXMLNode* const NO_RESULT[] = {nullptr};
 
 }  // namespace
 
-// An object that shows the body of a leaf in a block has no array of its own, and cannot find anything.
+// An object that shows the body of a leaf in a block has no array of its own, and cannot find
+// anything.
 CXMLNode** CXMLNode::GetNodes(const char* path) {
     SNodeBody* const body = CNodeAccess::BodyOf(this);
     if (body->kind != NODE_ELEMENT && HasFlag(body, BODY_IN_BLOCK)) {

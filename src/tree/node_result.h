@@ -1,5 +1,5 @@
-// Internal. Where nodes keep the results of their queries: an element with its attributes, a leaf of a
-// derived class behind its body.
+// Internal. Where nodes keep the results of their queries: an element with its attributes, a leaf
+// of a derived class behind its body.
 #ifndef NORVASK_TREE_NODE_RESULT_H
 #define NORVASK_TREE_NODE_RESULT_H
 
@@ -10,11 +10,12 @@ namespace norvask {
 // Where a leaf of a derived class has its result.
 SQueryResult& ResultOfDerivedLeaf(SNodeBody* body) noexcept;
 
-// The result of a node; NULL for one that has none yet, and for leaves in blocks, which never have one.
+// The result of a node; NULL for one that has none yet, and for leaves in blocks, which never have
+// one.
 SQueryResult* ResultOrNull(const CXMLNode* node) noexcept;
 
-// The result of a node, made when there is none. Throws std::bad_alloc, and CXMLException (not supported) for an object
-// that shows the body of a leaf in a block.
+// The result of a node, made when there is none. Throws std::bad_alloc, and CXMLException (not
+// supported) for an object that shows the body of a leaf in a block.
 SQueryResult& MadeResult(CXMLNode* node);
 
 }  // namespace norvask

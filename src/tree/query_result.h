@@ -1,5 +1,5 @@
-// Internal. SQueryResult: the array in which a node keeps the result of its last query (slots.h); its first capacity
-// is two.
+// Internal. SQueryResult: the array in which a node keeps the result of its last query (slots.h);
+// its first capacity is two.
 #ifndef NORVASK_TREE_QUERY_RESULT_H
 #define NORVASK_TREE_QUERY_RESULT_H
 

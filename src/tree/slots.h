@@ -1,10 +1,12 @@
-// Internal. The arrays that nodes hand out: pointers, ended by a NULL entry.
+// Internal. The arrays that nodes return to clients: pointers, terminated by a NULL entry.
 //
 //   slots := entry* NULL unused*
 //   used:     the entries and the NULL
-//   capacity: all slots; doubled from a first capacity when a further entry would not fit, never less
+//   capacity: all slots; doubled from a first capacity when a further entry would not fit, never
+//   less
 //
-// Children, attributes and query results are such arrays. Who keeps them keeps `used` and the capacity too.
+// Children, attributes and query results are such arrays. Who keeps them keeps `used` and the
+// capacity too.
 #ifndef NORVASK_TREE_SLOTS_H
 #define NORVASK_TREE_SLOTS_H
 
@@ -59,8 +61,8 @@ void RemoveSlot(T** slots, std::uint32_t& used, std::uint32_t index) noexcept {
     --used;
 }
 
-// Where an entry is; the place of the NULL when it is not there. The search goes on from both sides, since entries are
-// mostly added and removed at one of them.
+// Where an entry is; the place of the NULL when it is not there. The search goes on from both
+// sides, since entries are mostly added and removed at one of them.
 template <typename T>
 std::uint32_t FindSlot(T* const* slots, std::uint32_t used, const T* entry) noexcept {
     std::uint32_t first = 0;

@@ -1,5 +1,5 @@
-// Everything that adds a node does it here: room in the parent's array first, then the node, so that nothing is half
-// done when there is no memory.
+// Everything that adds a node does it here: room in the parent's array first, then the node, so
+// that nothing is half done when there is no memory.
 #include "tree/tree_building.h"
 
 #include <cstdint>

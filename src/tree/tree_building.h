@@ -1,5 +1,5 @@
-// Internal. Adding to a tree without going through the virtual operations: the operations themselves, copying and
-// loading are built on these.
+// Internal. Adding to a tree without going through the virtual operations: the operations
+// themselves, copying and loading are built on these.
 #ifndef NORVASK_TREE_TREE_BUILDING_H
 #define NORVASK_TREE_TREE_BUILDING_H
 
@@ -7,13 +7,12 @@
 
 namespace norvask {
 
-// One use of the name of that tree with these characters. Throws CXMLException (invalid name) for NULL and for what is
-// no XML name, and std::bad_alloc.
+// One use of the name of that tree with these characters. Throws CXMLException (invalid name) for
+// NULL and for what is no XML name, and std::bad_alloc.
 CNameUse UseValidName(CTree& tree, const char* name);
 
-// Add a child to an element, and throw std::bad_alloc with the element unchanged; a name is moved from when
-// it is the child's. `before` is as for
-// CXMLNode::CreateChild.
+// Add a child to an element, and throw std::bad_alloc with the element unchanged; a name is moved
+// from when it is the child's. `before` is as for CXMLNode::CreateChild.
 CXMLNode* AddElement(CXMLNode* parent, CNameUse&& name, const CXMLNode* before);
 CXMLTextNode* AddText(CXMLNode* parent, const SKnownText& text);
 CXMLBinNode* AddBinary(CXMLNode* parent);

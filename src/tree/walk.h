@@ -1,7 +1,8 @@
 // Internal. CWalk: a way down and up through a tree with a stack of its own, since depth is data.
 //
-// The levels are the elements that were entered and not left yet. Of the innermost one Next returns the children one by
-// one; whoever walks decides which of them to enter, and keeps what it needs to know of a level in `Level::own`.
+// The levels are the elements that were entered and not left yet. Of the innermost one Next returns
+// the children one by one; whoever walks decides which of them to enter, and keeps what it needs to
+// know of a level in `Level::own`.
 #ifndef NORVASK_TREE_WALK_H
 #define NORVASK_TREE_WALK_H
 
@@ -31,8 +32,9 @@ public:
     void Enter(CXMLNode* node, Own own) { m_Levels.push_back({node, 0, own}); }
     void Leave() noexcept { m_Levels.pop_back(); }
 
-    // The next child of the innermost element; NULL behind the last. The array is looked at anew each time, since
-    // whoever is called on the way may have changed it; a walk that knows better which array it is gives it.
+    // The next child of the innermost element; NULL behind the last. The array is looked at anew
+    // each time, since whoever is called on the way may have changed it; a walk that knows better
+    // which array it is gives it.
     CXMLNode* Next() { return Next(ChildSlots(CNodeAccess::ElementOf(Innermost().node))); }
     CXMLNode* Next(CXMLNode* const* children) {
         SLevel& level = m_Levels.back();

@@ -39,7 +39,8 @@ int SuspectBytes(__m128i bytes) noexcept {
 }
 #endif
 
-// Copies the leading bytes that are written as they stand and answers how many. `out` has room for all.
+// Copies the leading bytes that are written as they stand and returns how many. `out` has room for
+// all.
 std::size_t CopyPlainSlowly(const char* text, std::size_t length, char* out) noexcept {
     std::size_t i = 0;
     for (; i != length && IsPlain(text[i]); ++i) {
@@ -49,7 +50,8 @@ std::size_t CopyPlainSlowly(const char* text, std::size_t length, char* out) noe
 }
 
 #if defined(__SSE2__)
-// The same, a register at a time; what is left at the end is read together with what comes before it.
+// The same, a register at a time; what is left at the end is read together with what comes before
+// it.
 std::size_t CopyPlain(const char* text, std::size_t length, char* out) noexcept {
     if (length < 4) {
         return CopyPlainSlowly(text, length, out);

@@ -1,11 +1,11 @@
 // Internal. COutput: the byte-level rules of all XML that the library writes.
 //
-// Markup tokens are literals; everything else is escaped. Bytes are gathered and handed to the stream in
-// larger pieces. The stream receives the same bytes as token by token:
-//   - literals behave as if inserted with operator<<, so a width that is pending on the stream pads the next
-//     literal, and only that;
-//   - whoever is called in between (an override, the parser) finds everything before it written, and so does
-//     whoever catches an exception, if the walk calls Flush on its way out.
+// Markup tokens are literals; everything else is escaped. Bytes are gathered and handed to the
+// stream in larger pieces. The stream receives the same bytes as token by token:
+//   - literals behave as if inserted with operator<<, so a width that is pending on the stream pads
+//     the next literal, and only that;
+//   - whoever is called in between (an override, the parser) finds everything before it written,
+//     and so does whoever catches an exception, if the walk calls Flush on its way out.
 #ifndef NORVASK_WRITE_OUTPUT_H
 #define NORVASK_WRITE_OUTPUT_H
 
@@ -21,8 +21,9 @@ class CBase64Text;
 
 class COutput {
 public:
-    // How much is gathered, for a whole tree and for a few tokens. Pieces below 1024 bytes are gathered once more
-    // by file streams of the standard library; larger ones would be a system call each.
+    // How much is gathered, for a whole tree and for a few tokens. Pieces below 1024 bytes are
+    // gathered once more by file streams of the standard library; larger ones would be a system
+    // call each.
     static const std::size_t LARGE = 8192;
     static const std::size_t SMALL = 1000;
 
@@ -62,8 +63,8 @@ public:
         }
     }
 
-    // A literal and behind it a name. No character of markup is part of a name, so one that can be written as it stands
-    // is not escaped.
+    // A literal and behind it a name. No character of markup is part of a name, so one that can be
+    // written as it stands is not escaped.
     template <std::size_t N>
     void Name(const char (&token)[N], const SKnownText& name) {
         const bool isPlain = name.Is(KNOWN_NAME) && (name.known & (KNOWN_UTF8 | KNOWN_ASCII)) != 0;
@@ -103,8 +104,8 @@ public:
 
     void Flush();
 
-    // Runs a walk that writes to this output, and flushes when it is done and also when an exception leaves
-    // it, which goes on.
+    // Runs a walk that writes to this output, and flushes when it is done and also when an
+    // exception leaves it, which goes on.
     template <typename Walk>
     void FlushAfter(Walk walk) {
         try {
@@ -119,7 +120,8 @@ public:
         Flush();
     }
 
-    // The stream, for somebody else to write to; everything before is written. Call Resume afterwards.
+    // The stream, for somebody else to write to; everything before is written. Call Resume
+    // afterwards.
     std::ostream& Suspend() {
         Flush();
         return m_Out;

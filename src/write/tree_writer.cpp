@@ -112,8 +112,8 @@ void CTreeWriter::WriteEndTag() {
     m_Output.Literal(">");
 }
 
-// An object of a derived class writes itself. The string for its indentation follows the walk up and down, so a
-// level costs no copy of it.
+// An object of a derived class writes itself. The string for its indentation follows the walk up
+// and down, so a level costs no copy of it.
 void CTreeWriter::WriteDerived(CXMLNode* node) {
     m_ChildIndent.resize(m_Indent.size() + m_Walk.Depth(), '\t');
     std::ostream& out = m_Output.Suspend();

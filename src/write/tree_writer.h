@@ -2,8 +2,9 @@
 //
 //   element := "<" name (" " name "=" quoted-value)* ( "/>" | ">" child* "</" name ">" )
 //
-// With format every child stands on a line of its own, indented by one more TAB than its parent, and so does the
-// end tag behind children; from the first text or binary child of an element on, no line end is written in it.
+// With format every child stands on a line of its own, indented by one more TAB than its parent,
+// and so does the end tag behind children; from the first text or binary child of an element on, no
+// line end is written in it.
 #ifndef NORVASK_WRITE_TREE_WRITER_H
 #define NORVASK_WRITE_TREE_WRITER_H
 

@@ -11,7 +11,8 @@ namespace {
 const std::size_t SECOND_PAGE = 4096;
 const std::size_t LARGEST_PAGE = 32768;
 
-// Merging looks at every free block, so it waits until much was freed: a quarter of what the pages hold.
+// Merging looks at every free block, so it waits until much was freed: a quarter of what the pages
+// hold.
 const std::size_t MERGE_FROM = 8192;
 const std::size_t MERGE_SHARE = 4;
 
@@ -33,8 +34,8 @@ CArena::CArena(CTree* tree, SPage* first, std::size_t used) noexcept
     PoisonMemory(m_pCursor, CursorRoom());
 }
 
-// The oldest page first: freed one behind the other, pages become one large block for the general allocator, which
-// then gives it back to the system once.
+// The oldest page first: freed one behind the other, pages become one large block for the general
+// allocator, which then gives it back to the system once.
 void CArena::ReleasePages(SPage* first) noexcept {
     while (first != nullptr) {
         SPage* const next = first->next;
@@ -59,8 +60,8 @@ void CArena::RemovePage(SPage* page) noexcept {
     ReleasePage(page);
 }
 
-// What is left in front of the old end of the cursor becomes a free block, if it is large enough and anybody looks
-// for free blocks.
+// What is left in front of the old end of the cursor becomes a free block, if it is large enough
+// and anybody looks for free blocks.
 void CArena::MoveCursor(SPage* page, char* from, std::size_t bytes) noexcept {
     if (m_pFree != nullptr && CursorRoom() >= SMALLEST_BLOCK) {
         m_pFree->tagged.Put(m_pCursor, CursorRoom(), m_pCurrent);
@@ -207,7 +208,8 @@ bool CArena::IsMergeDue() const noexcept {
            m_pFree->bytesSince >= std::max(MERGE_FROM, m_nShared / MERGE_SHARE);
 }
 
-// Free blocks of a page, in the order of their addresses, become free again as what is between blocks in use.
+// Free blocks of a page, in the order of their addresses, become free again as what is between
+// blocks in use.
 void CArena::PutMerged(FreeBlocks::const_iterator first, FreeBlocks::const_iterator last,
                        const SPage* page) noexcept {
     while (first != last) {
@@ -221,8 +223,9 @@ void CArena::PutMerged(FreeBlocks::const_iterator first, FreeBlocks::const_itera
     }
 }
 
-// Brings free blocks and pages into the order of their addresses and goes through both together: neighbours become
-// one block, and the page of every block is known afterwards. Without memory for that, everything stays as it was.
+// Brings free blocks and pages into the order of their addresses and goes through both together:
+// neighbours become one block, and the page of every block is known afterwards. Without memory for
+// that, everything stays as it was.
 void CArena::MergeFree() noexcept {
     m_pFree->bytesSince = 0;
     MoveCursor(m_pCurrent, m_pEnd, 0);

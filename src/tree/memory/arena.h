@@ -1,16 +1,18 @@
 // Internal. CArena: allocates the blocks of one tree from pages that belong to it.
 //
-// Building is a matter of moving a cursor, and a whole tree is freed by releasing its pages. A block that is freed
-// earlier goes to a list (free_blocks.h) and serves again. When nothing there serves and much was freed since, free
-// blocks are merged with their neighbours, and pages without a block in use are released, before a new page is made:
-// so a tree that is edited for hours keeps less than twice the most that it ever had in use.
+// Building is a matter of moving a cursor, and a whole tree is freed by releasing its pages. A
+// block that is freed earlier goes to a list (free_blocks.h) and serves again. When nothing there
+// serves and much was freed since, free blocks are merged with their neighbours, and pages without
+// a block in use are released, before a new page is made: so a tree that is edited for hours keeps
+// less than twice the most that it ever had in use.
 //
 //   block := tagged | plain
 //   tagged: nodes and strings; whoever allocates one learns its page and writes the tag
 //   plain:  arrays and attributes, of which nobody needs to find the page
 //
-// Blocks above a limit have a page of their own: plain ones above LARGEST_PLAIN, tagged ones above LARGEST_TAGGED,
-// and tagged ones above LARGEST_PLAIN already when the current page has no room for them.
+// Blocks above a limit have a page of their own: plain ones above LARGEST_PLAIN, tagged ones above
+// LARGEST_TAGGED, and tagged ones above LARGEST_PLAIN already when the current page has no room for
+// them.
 #ifndef NORVASK_TREE_MEMORY_ARENA_H
 #define NORVASK_TREE_MEMORY_ARENA_H
 
@@ -31,7 +33,8 @@ public:
     CArena& operator=(const CArena&) = delete;
     ~CArena() = default;
 
-    // Releases pages that an arena had; `first` is what FirstPage returned. The arena may lie in one of them.
+    // Releases pages that an arena had; `first` is what FirstPage returned. The arena may lie in
+    // one of them.
     static void ReleasePages(SPage* first) noexcept;
     SPage* FirstPage() const noexcept { return m_pFirst; }
 

@@ -4,9 +4,9 @@
 //          | 64 + (size - 512) / 128     from there on: all sizes up to that of the next class
 //          | 76                          2048 bytes and more
 //
-// A block of a class is at least as large as a request of that class (CArena rounds requests). A free block has 16
-// bytes at least, so that it can tell its size and, if that is known, where its page begins; what is cut off a block
-// must have them too.
+// A block of a class is at least as large as a request of that class (CArena rounds requests). A
+// free block has 16 bytes at least, so that it can tell its size and, if that is known, where its
+// page begins; what is cut off a block must have them too.
 #ifndef NORVASK_TREE_MEMORY_FREE_BLOCKS_H
 #define NORVASK_TREE_MEMORY_FREE_BLOCKS_H
 
@@ -63,8 +63,9 @@ public:
     // Adds a block of at least SMALLEST_BLOCK bytes. `page` is NULL when it is not known.
     void Put(void* block, std::size_t bytes, const SPage* page) noexcept;
 
-    // Takes a block for a request: one of its class, or with `larger` of any class from there on. NULL when there is
-    // none that fits. The block is still poisoned and may be larger than the request, then by SMALLEST_BLOCK at least.
+    // Takes a block for a request: one of its class, or with `larger` of any class from there on.
+    // NULL when there is none that fits. The block is still poisoned and may be larger than the
+    // request, then by SMALLEST_BLOCK at least.
     SFreeBlock* Take(std::size_t bytes, bool larger) noexcept;
 
     // Calls `visit` with each block, which stays.

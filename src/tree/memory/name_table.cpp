@@ -11,7 +11,8 @@ namespace {
 
 const std::uint32_t FIRST_BUCKETS = 16;
 
-// Drawn once for the process, so that nobody can prepare a document whose names all fall into one bucket.
+// Drawn once for the process, so that nobody can prepare a document whose names all fall into one
+// bucket.
 std::uint64_t MakeSeed() noexcept {
     try {
         std::random_device random;
@@ -28,7 +29,8 @@ std::uint64_t Seed() noexcept {
     return s_Seed;
 }
 
-// The upper and the lower half of the product, folded into one: every bit of the result depends on all of both.
+// The upper and the lower half of the product, folded into one: every bit of the result depends on
+// all of both.
 std::uint64_t Fold(std::uint64_t a, std::uint64_t b) noexcept {
 #if defined(__SIZEOF_INT128__)
     __extension__ using Product = unsigned __int128;

@@ -2,9 +2,9 @@
 //
 //   name := next hash uses length string
 //
-// Names of nodes and attributes of one tree are equal exactly when they are the same string, save for
-// attributes whose names lie outside of the tree (attribute_access.h). A name is freed with its last
-// use. Uses are counted through CNameUse (name_use.h) only.
+// Names of nodes and attributes of one tree are equal exactly when they are the same string, save
+// for attributes whose names lie outside of the tree (attribute_access.h). A name is freed with its
+// last use. Uses are counted through CNameUse (name_use.h) only.
 #ifndef NORVASK_TREE_MEMORY_NAME_TABLE_H
 #define NORVASK_TREE_MEMORY_NAME_TABLE_H
 

@@ -1,7 +1,7 @@
 // Internal. CNameUse: one use of a name of a tree.
 //
-// It is move-only and releases itself, unless it is kept by a node or an attribute, which then release
-// it through Adopt.
+// It is move-only and releases itself, unless it is kept by a node or an attribute, which then
+// release it through Adopt.
 #ifndef NORVASK_TREE_MEMORY_NAME_USE_H
 #define NORVASK_TREE_MEMORY_NAME_USE_H
 
@@ -15,8 +15,8 @@ class CNameUse {
 public:
     // No use.
     CNameUse() noexcept = default;
-    // A use of a name of the tree, which is added when it is new; what is known of it is remembered.
-    // Throw std::bad_alloc.
+    // A use of a name of the tree, which is added when it is new; what is known of it is
+    // remembered. Throw std::bad_alloc.
     CNameUse(CTree& tree, const SNameLookUp& lookUp, unsigned int known)
         : m_Name(tree.Names().Acquire(lookUp, known)) {}
     CNameUse(CTree& tree, const SKnownText& name)

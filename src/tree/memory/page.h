@@ -1,12 +1,14 @@
-// Internal. Pages: the memory of trees, and of strings outside of any tree, in pieces that are counted.
+// Internal. Pages: the memory of trees, and of strings outside of any tree, in pieces that are
+// counted.
 //
 //   page := header block*
 //
-// A tree retains each of its pages, and every string that is shown outside of the tree retains the page that it lies
-// in. Whoever releases a page last frees it, on whatever thread. Everything else about a page of a tree belongs to
-// the thread of the tree.
+// A tree retains each of its pages, and every string that is shown outside of the tree retains the
+// page that it lies in. Whoever releases a page last frees it, on whatever thread. Everything else
+// about a page of a tree belongs to the thread of the tree.
 //
-// A block that must know its page has a tag: the distance to the header of the page, in units of four bytes.
+// A block that must know its page has a tag: the distance to the header of the page, in units of
+// four bytes.
 //
 // Under AddressSanitizer, memory that is not allocated is poisoned.
 #ifndef NORVASK_TREE_MEMORY_PAGE_H
@@ -45,7 +47,8 @@ inline std::uint16_t DistanceTo(const SPage* page, const void* tag) noexcept {
                                       static_cast<std::ptrdiff_t>(TAG_UNIT));
 }
 
-// A page outside of any tree, with room for `bytes` bytes; the caller has retained it. Throws std::bad_alloc.
+// A page outside of any tree, with room for `bytes` bytes; the caller has retained it. Throws
+// std::bad_alloc.
 SPage* NewPage(std::size_t bytes);
 void RetainPage(SPage* page) noexcept;
 void ReleasePage(SPage* page) noexcept;

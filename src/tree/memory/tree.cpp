@@ -6,8 +6,8 @@
 namespace norvask {
 namespace {
 
-// The first page is small, since many documents are, and stays below the size from which the general
-// allocator starts to tidy up its free blocks.
+// The first page is small, since many documents are, and stays below the size from which the
+// general allocator starts to tidy up its free blocks.
 const std::size_t FIRST_PAGE = 960;
 
 }  // namespace

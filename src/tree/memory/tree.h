@@ -1,7 +1,8 @@
-// Internal. CTree: what belongs to a whole tree: its memory, its names, who keeps it, and what happened to it.
+// Internal. CTree: what belongs to a whole tree: its memory, its names, who keeps it, and what
+// happened to it.
 //
-// Every root has one, and so has every object of a derived class. It lies in the first of its own pages. Everything
-// here belongs to the thread of the tree.
+// Every root has one, and so has every object of a derived class. It lies in the first of its own
+// pages. Everything here belongs to the thread of the tree.
 #ifndef NORVASK_TREE_MEMORY_TREE_H
 #define NORVASK_TREE_MEMORY_TREE_H
 
@@ -30,8 +31,8 @@ public:
     CTree(const CTree&) = delete;
     CTree& operator=(const CTree&) = delete;
 
-    // The owners are what keeps a tree from outside: its document, objects of derived classes, copies of nodes. The
-    // last one to release it frees all pages, whatever still lies in them.
+    // The owners are what keeps a tree from outside: its document, objects of derived classes,
+    // copies of nodes. The last one to release it frees all pages, whatever still lies in them.
     void Retain() noexcept { ++m_nOwners; }
     void Release() noexcept;
     bool HasOneOwner() const noexcept { return m_nOwners == 1; }
@@ -42,7 +43,7 @@ public:
 
     // What may have happened to the tree that whoever frees or copies it has to look after.
     enum EEvent : unsigned int {
-        // A child array was handed out, so it may hold objects that do not come from here.
+        // A child array was shown to a client, so it may hold objects that do not come from here.
         CHILDREN_SHOWN = 1,
         // An attribute shows strings, or a node shows content, that lie outside of this tree.
         HOLDS_OTHERS = 2,

@@ -3,12 +3,13 @@
 //   string := tag characters 0
 //   tag    := distance flags length     in the four bytes before the first character
 //
-// The names of a tree and the values and texts in it are such strings, and so are those of attributes outside of any
-// tree. The tag leads to the page (page.h), so a string can be retained beyond the life of its tree. The length is
-// there for the short strings that nearly all are.
+// The names of a tree and the values and texts in it are such strings, and so are those of
+// attributes outside of any tree. The tag leads to the page (page.h), so a string can be retained
+// beyond the life of its tree. The length is there for the short strings that nearly all are.
 //
-// A CTreeString is one pointer and owns nothing. Who frees the string is said where it is kept: an attribute or a
-// text node of a tree (FreeTreeString), the name table (name_table.h), or whoever has retained it (RetainString).
+// A CTreeString is one pointer and owns nothing. Who frees the string is said where it is kept: an
+// attribute or a text node of a tree (FreeTreeString), the name table (name_table.h), or whoever
+// has retained it (RetainString).
 #ifndef NORVASK_TREE_MEMORY_TREE_STRING_H
 #define NORVASK_TREE_MEMORY_TREE_STRING_H
 
@@ -31,8 +32,8 @@ enum EStringFlag : unsigned int {
     STRING_IN_TABLE = 32,  // of a name table
 };
 
-// The flags belong to the thread of the tree; copies of attributes on other threads only look at STRING_STATIC and
-// STRING_SHOWN of strings that are shown already.
+// The flags belong to the thread of the tree; copies of attributes on other threads only look at
+// STRING_STATIC and STRING_SHOWN of strings that are shown already.
 struct SStringTag {
     std::uint16_t distance;
     std::atomic<std::uint16_t> flags;
@@ -112,9 +113,9 @@ private:
 // A copy outside of any tree; the caller has retained it. Throws std::bad_alloc.
 CTreeString NewOuterString(const SKnownText& text);
 
-// The same in the place of `old`, a string that the caller has retained and that is released: in its block, if nobody
-// else shows it and the copy fits, else in a new one. `text` may lie in `old`. Throws std::bad_alloc, then `old` is as
-// it was.
+// The same in the place of `old`, a string that the caller has retained and that is released: in
+// its block, if nobody else shows it and the copy fits, else in a new one. `text` may lie in `old`.
+// Throws std::bad_alloc, then `old` is as it was.
 CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text);
 
 // Any string, wherever it lies.

@@ -36,7 +36,8 @@ void CTreeStrings::LetLieIdle(const SIdleBlock& block) noexcept {
     }
 }
 
-// It looks at all idle blocks, so the next time it waits until as much has come as it has to leave now.
+// It looks at all idle blocks, so the next time it waits until as much has come as it has to leave
+// now.
 void CTreeStrings::FreeIdle() noexcept {
     std::vector<SIdleBlock>& blocks = m_pIdle->blocks;
     std::size_t left = 0;

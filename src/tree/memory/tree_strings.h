@@ -1,7 +1,7 @@
 // Internal. CTreeStrings: makes and frees the strings of one tree.
 //
-// A string that is freed while it is retained outside is still read there. Its block lies idle until
-// the page is the tree's alone again, and then serves again.
+// A string that is freed while it is retained outside is still read there. Its block lies idle
+// until the page is the tree's alone again, and then serves again.
 #ifndef NORVASK_TREE_MEMORY_TREE_STRINGS_H
 #define NORVASK_TREE_MEMORY_TREE_STRINGS_H
 
