@@ -154,7 +154,7 @@ TEST(ConvenienceDocument, CallbackLoadsCallTheHandler) {
     const char* const xml = "<a k='v'>text<b/></a>";
     const TemporaryFile file(".xml", xml);
     CRecordingHandler direct, named, fromString, fromText;
-    Manager().LoadDocument(file.Name(), &direct, false, false, nullptr, false, false);
+    LoadFrom(SLoad(), file.Name(), &direct);
     XMLLoadFile(file.Name(), named);
     XMLLoadFile(std::string(file.Name()), fromString);
     XMLLoadText(xml, fromText);

@@ -2,6 +2,7 @@
 // the call replaces or releases, it has read its arguments before.
 #include "support/derived.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -19,13 +20,11 @@ std::string Letters(std::size_t length, int shift = 0) {
     return text;
 }
 
-class Aliasing : public ::testing::TestWithParam<std::size_t> {
+class Aliasing : public CTreeFixture, public ::testing::WithParamInterface<std::size_t> {
 protected:
     std::string m_S = Letters(GetParam());
     std::string m_T = Letters(GetParam(), 1);
     std::size_t m_nHalf = GetParam() / 2;  // never the terminator
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
 };
 
 INSTANTIATE_TEST_SUITE_P(Lengths, Aliasing, ::testing::ValuesIn(kLengths));

@@ -1,19 +1,17 @@
 // The attributes of an element: SetAttribute, GetAttributeValue and GetAttributes.
 #include "support/names.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
 using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-class ElementAttributes : public ::testing::Test {
+class ElementAttributes : public CTreeFixture {
 protected:
     void Set(const char* name, const char* value) { m_Root.SetAttribute(name, value); }
     std::string List() { return Attributes(m_Root); }
-
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
 };
 
 }  // namespace
@@ -146,7 +144,7 @@ TEST_F(ElementAttributes, MayBeEmptiedThroughTheAttributeItself) {
     m_Root.GetAttributes()[0]->SetValue("");
     EXPECT_EQ(List(), "p= q=2");
     EXPECT_STREQ(m_Root.GetAttributeValue("p"), "");
-    EXPECT_EQ(SavedBody(*m_Document), "<r p=\"\" q=\"2\"/>");
+    EXPECT_EQ(Body(), "<r p=\"\" q=\"2\"/>");
     Set("p", "3");
     EXPECT_EQ(List(), "p=3 q=2");
     m_Root.GetAttributes()[0]->SetValue("");

@@ -7,6 +7,7 @@
 #include "support/heap.h"
 #include "support/sanitizers.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -22,7 +23,7 @@ std::string Letters(int round) {
     return std::string(lengths[round % 10] + static_cast<std::size_t>(round % 3), 'v');
 }
 
-class Churn : public ::testing::Test {
+class Churn : public CTreeFixture {
 protected:
     void SetUp() override {
         if (kIsSanitized) GTEST_SKIP() << "the sanitizer's allocator keeps what is freed";
@@ -35,9 +36,6 @@ protected:
             work(kWarmUp + round);
         ExpectHeapAsBefore(before);  // that is, less than four bytes a round
     }
-
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
 };
 
 }  // namespace

@@ -1,19 +1,14 @@
 // Real copies: CopyChild and Clone.
 #include "support/names.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
 using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-class TreeCopy : public ::testing::Test {
-protected:
-    std::string Body() { return SavedBody(*m_Document); }
-
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
-};
+class TreeCopy : public CTreeFixture {};
 
 }  // namespace
 

@@ -5,6 +5,7 @@
 #include "support/derived.h"
 #include "support/small_stack.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -59,6 +60,8 @@ void ExpectSame(const std::string& got, const std::string& expected) {
 }
 
 std::string Name(int i) { return "a" + std::to_string(i); }
+
+class Width : public CTreeFixture {};
 
 }  // namespace
 
@@ -171,7 +174,7 @@ TEST(Depth, LevelsOutliveTheirDocumentInACopy) {
     });
 }
 
-TEST(Width, AMillionChildrenAreBuiltQueriedClonedAndSaved) {
+TEST_F(Width, AMillionChildrenAreBuiltQueriedClonedAndSaved) {
     Document document = NewDocumentWithRoot("r");
     CXMLNode* root = document->GetRoot();
     for (std::size_t i = 0; i < kChildren; ++i)
@@ -188,94 +191,85 @@ TEST(Width, AMillionChildrenAreBuiltQueriedClonedAndSaved) {
     ExpectSame(SavedBody(*clone), expected);
 }
 
-TEST(Width, AMillionTextsAndBinaryNodesAreBuiltAndCopied) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
+TEST_F(Width, AMillionTextsAndBinaryNodesAreBuiltAndCopied) {
     for (std::size_t i = 0; i < kChildren / 2; ++i) {
-        root->CreateTextChild("t");
-        root->CreateBinChild();
+        m_Root.CreateTextChild("t");
+        m_Root.CreateBinChild();
     }
-    const Document clone(document->Clone());
+    const Document clone(m_Document->Clone());
     ExpectSame(SavedBody(*clone), "<r>" + Repeated("t<![CDATA[]]>", kChildren / 2) + "</r>");
 }
 
-TEST(Width, ManyChildrenGoInFrontOfTheLastAndAreDeletedFromBehind) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    CXMLNode* last = root->CreateChild("last", nullptr);
+TEST_F(Width, ManyChildrenGoInFrontOfTheLastAndAreDeletedFromBehind) {
+    CXMLNode* last = m_Root.CreateChild("last", nullptr);
     for (int i = 0; i < 20000; ++i)
-        root->CreateChild("c", last);
-    EXPECT_EQ(root->GetChildren()[20000], last);
+        m_Root.CreateChild("c", last);
+    EXPECT_EQ(m_Root.GetChildren()[20000], last);
     for (int i = 19999; i >= 0; --i)
-        root->DeleteChild(root->GetChildren()[i]);
-    EXPECT_EQ(Children(*root), "last");
+        m_Root.DeleteChild(m_Root.GetChildren()[i]);
+    EXPECT_EQ(Children(m_Root), "last");
 }
 
-TEST(Width, TwentyThousandAttributesAreSetReadAndCopied) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
+TEST_F(Width, TwentyThousandAttributesAreSetReadAndCopied) {
     std::string expected = "<r";
     for (int i = 0; i < kAttributes; ++i) {
-        root->SetAttribute(Name(i).c_str(), "old");
+        m_Root.SetAttribute(Name(i).c_str(), "old");
         expected += " " + Name(i) + "=\"" + std::to_string(i) + "\"";
     }
     expected += "/>";
     for (int i = 0; i < kAttributes; ++i)
-        root->SetAttribute(Name(i).c_str(), std::to_string(i).c_str());
+        m_Root.SetAttribute(Name(i).c_str(), std::to_string(i).c_str());
     for (int i = 0; i < kAttributes; ++i)
-        ASSERT_EQ(root->GetAttributeValue(Name(i).c_str()), std::to_string(i));
-    EXPECT_STREQ(root->GetAttributeValue("absent"), "");
-    EXPECT_EQ(Count(root->GetAttributes()), static_cast<std::size_t>(kAttributes));
-    ExpectSame(SavedBody(*document), expected);
-    const Document clone(document->Clone());
+        ASSERT_EQ(m_Root.GetAttributeValue(Name(i).c_str()), std::to_string(i));
+    EXPECT_STREQ(m_Root.GetAttributeValue("absent"), "");
+    EXPECT_EQ(Count(m_Root.GetAttributes()), static_cast<std::size_t>(kAttributes));
+    ExpectSame(Body(), expected);
+    const Document clone(m_Document->Clone());
     ExpectSame(SavedBody(*clone), expected);
-    root->CopyChild(clone->GetRoot(), nullptr);
-    EXPECT_EQ(Count(root->GetFirstChild()->GetAttributes()), static_cast<std::size_t>(kAttributes));
+    m_Root.CopyChild(clone->GetRoot(), nullptr);
+    EXPECT_EQ(Count(m_Root.GetFirstChild()->GetAttributes()),
+              static_cast<std::size_t>(kAttributes));
 }
 
-TEST(Width, TwentyThousandAttributesAreRemovedFromBothEnds) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
+TEST_F(Width, TwentyThousandAttributesAreRemovedFromBothEnds) {
     for (int i = 0; i < kAttributes; ++i)
-        root->SetAttribute(Name(i).c_str(), "v");
+        m_Root.SetAttribute(Name(i).c_str(), "v");
     for (int i = 0; i < kAttributes / 2 - 1; ++i) {
-        root->SetAttribute(Name(i).c_str(), "");
-        root->SetAttribute(Name(kAttributes - 1 - i).c_str(), nullptr);
+        m_Root.SetAttribute(Name(i).c_str(), "");
+        m_Root.SetAttribute(Name(kAttributes - 1 - i).c_str(), nullptr);
         if (i % 1000 != 0) continue;
-        ASSERT_STREQ(root->GetAttributes()[0]->GetName(), Name(i + 1).c_str());
-        ASSERT_STREQ(root->GetAttributeValue(Name(i).c_str()), "");
-        ASSERT_STREQ(root->GetAttributeValue(Name(i + 1).c_str()), "v");
+        ASSERT_STREQ(m_Root.GetAttributes()[0]->GetName(), Name(i + 1).c_str());
+        ASSERT_STREQ(m_Root.GetAttributeValue(Name(i).c_str()), "");
+        ASSERT_STREQ(m_Root.GetAttributeValue(Name(i + 1).c_str()), "v");
     }
-    EXPECT_EQ(Attributes(*root), "a9999=v a10000=v");
+    EXPECT_EQ(Attributes(m_Root), "a9999=v a10000=v");
 }
 
-TEST(Width, AttributesAreFoundHoweverTheyWereChanged) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
+TEST_F(Width, AttributesAreFoundHoweverTheyWereChanged) {
     for (int i = 0; i < kAttributes; ++i)
-        root->SetAttribute(Name(i).c_str(), "v");
-    CXMLAttribut** attributes = root->GetAttributes();
+        m_Root.SetAttribute(Name(i).c_str(), "v");
+    CXMLAttribut** attributes = m_Root.GetAttributes();
     attributes[kAttributes - 1]->SetName("renamed");
-    EXPECT_STREQ(root->GetAttributeValue("renamed"), "v");
-    EXPECT_STREQ(root->GetAttributeValue(Name(kAttributes - 1).c_str()), "");
+    EXPECT_STREQ(m_Root.GetAttributeValue("renamed"), "v");
+    EXPECT_STREQ(m_Root.GetAttributeValue(Name(kAttributes - 1).c_str()), "");
 
     *attributes[5000] = CXMLAttribut("assigned", "w");
-    EXPECT_STREQ(root->GetAttributeValue("assigned"), "w");
-    EXPECT_STREQ(root->GetAttributeValue("a5000"), "");
+    EXPECT_STREQ(m_Root.GetAttributeValue("assigned"), "w");
+    EXPECT_STREQ(m_Root.GetAttributeValue("a5000"), "");
 
     // Two of one name: the first counts, wherever it got its name.
     attributes[100]->SetName("a200");
     attributes[100]->SetValue("first");
-    EXPECT_STREQ(root->GetAttributeValue("a200"), "first");
-    root->SetAttribute("a200", "");
-    EXPECT_STREQ(root->GetAttributeValue("a200"), "v");
-    EXPECT_STREQ(root->GetAttributes()[199]->GetName(), "a200");
-    root->SetAttribute("a200", "");
-    EXPECT_STREQ(root->GetAttributeValue("a200"), "");
+    EXPECT_STREQ(m_Root.GetAttributeValue("a200"), "first");
+    m_Root.SetAttribute("a200", "");
+    EXPECT_STREQ(m_Root.GetAttributeValue("a200"), "v");
+    EXPECT_STREQ(m_Root.GetAttributes()[199]->GetName(), "a200");
+    m_Root.SetAttribute("a200", "");
+    EXPECT_STREQ(m_Root.GetAttributeValue("a200"), "");
 
-    root->GetAttributes()[300]->SetName("");
-    EXPECT_STREQ(root->GetAttributeValue(""), "v");
-    EXPECT_EQ(Count(root->GetAttributes()), static_cast<std::size_t>(kAttributes) - 2);
-    root->SetAttribute("a100", "new");
-    EXPECT_STREQ(root->GetAttributes()[kAttributes - 2]->GetName(), "a100");
+    m_Root.GetAttributes()[300]->SetName("");
+    EXPECT_STREQ(m_Root.GetAttributeValue(""), "v");
+    EXPECT_EQ(Count(m_Root.GetAttributes()), static_cast<std::size_t>(kAttributes) - 2);
+    m_Root.SetAttribute("a100", "new");
+    EXPECT_STREQ(m_Root.GetAttributes()[kAttributes - 2]->GetName(), "a100");
 }

@@ -1,6 +1,7 @@
 // Copies of nodes: they show the same content, and it goes with the last of them.
 #include "support/derived.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -10,12 +11,10 @@ namespace {
 constexpr const char* kXml = "<r a='1'><p b='2'>text<x/><![CDATA[QUJD]]></p><q><y/></q></r>";
 constexpr const char* kP = "<p b=\"2\">text<x/><![CDATA[QUJD\n]]></p>";
 
-class NodeSharing : public ::testing::Test {
+class NodeSharing : public CTreeFixture {
 protected:
-    std::string Body() { return SavedBody(*m_Document); }
+    NodeSharing() : CTreeFixture(Load(kXml)) {}
 
-    Document m_Document = Load(kXml);
-    CXMLNode& m_Root = *m_Document->GetRoot();
     CXMLNode& m_P = *m_Root.GetChildren()[0];
     CXMLNode& m_Q = *m_Root.GetChildren()[1];
     CXMLTextNode& m_Text = static_cast<CXMLTextNode&>(*m_P.GetChildren()[0]);

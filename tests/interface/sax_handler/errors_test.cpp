@@ -160,21 +160,17 @@ TEST(CallbackErrors, OfNoSourceOrNoHandlerAreTheParameters) {
     unsigned char* noBuffer = nullptr;
     CXMLSaxHandler* noHandler = nullptr;
     CRecordingHandler handler;
-    for (const bool o : {false, true}) {
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(noName, &handler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(noName, noHandler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument(file.Name(), noHandler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument("/nonexistent", noHandler, o, o, nullptr, o, o));
+    for (const SLoad& how : {SLoad(), SLoad{true, true, {}, true, true}}) {
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, noName, &handler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, noName, noHandler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, file.Name(), noHandler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, "/nonexistent", noHandler));
         for (const unsigned length : {0u, 4u, 0xFFFFFFFFu}) {
-            EXPECT_INVALID_PARAMETER(
-                Manager().LoadDocument(noBuffer, length, &handler, o, o, nullptr, o, o));
+            EXPECT_INVALID_PARAMETER(LoadFrom(how, noBuffer, length, &handler));
         }
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(bytes, 0, &handler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(bytes, 4, noHandler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument(noBuffer, 0, noHandler, o, o, nullptr, o, o));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, bytes, 0u, &handler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, bytes, 4u, noHandler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, noBuffer, 0u, noHandler));
     }
     EXPECT_EQ(handler.Transcript(), "");
     ExpectUsable(handler);

@@ -270,8 +270,7 @@ TEST(CallbackEvents, ReadTheGivenLengthOnly) {
     std::string xml = "<r>text</r>behind the document";
     const std::string before = xml;
     CRecordingHandler handler;
-    Manager().LoadDocument(reinterpret_cast<unsigned char*>(&xml[0]), 11, &handler, false, false,
-                           nullptr, false, false);
+    LoadFrom(SLoad(), reinterpret_cast<unsigned char*>(&xml[0]), 11u, &handler);
     EXPECT_EQ(handler.Transcript(), Whole(InRoot("Characters \"text\"\n")));
     EXPECT_EQ(xml, before);
 }

@@ -158,8 +158,7 @@ TEST(CallbackOffsetPosition, MayBeAskedOnceOrOften) {
     const CSourceOffsets on;
     const STags tags = Generated(2000, 4);
     std::size_t count = 0;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line.compare(0, 12, "StartElement") != 0 && line.compare(0, 10, "EndElement") != 0)
             return;
         if (count % 97 == 0) {
@@ -220,8 +219,7 @@ TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfLongAndNestedEntities) 
 TEST(CallbackOffsetPosition, IsZeroInAnEntityWhenNothingWasAskedBefore) {
     const CSourceOffsets on;
     std::uint64_t offset = 77;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "StartElement a") offset = handler.GetSourceOffset();
     });
     LoadMemory("<!DOCTYPE r [<!ENTITY e '<a/>'>]><r>&e;</r>", handler);

@@ -1,10 +1,12 @@
 // Which load a handler shows: copies and assigned handlers, handlers that end, and loads that are
 // started inside a callback.
 #include <cstdint>
-#include <thread>
 
 #include "support/recording_handler.h"
+#include "support/source_offsets.h"
 #include "support/testing.h"
+#include "support/threads.h"
+#include "support/thrown.h"
 
 using namespace norvask;
 using namespace norvask_test;
@@ -13,9 +15,7 @@ namespace {
 
 // The switch is on during each of these tests.
 class CallbackReader : public ::testing::Test {
-protected:
-    CallbackReader() { Manager().SetCalculateSourceOffsets(true); }
-    ~CallbackReader() override { Manager().SetCalculateSourceOffsets(false); }
+    const CSourceOffsets m_On;
 };
 
 const char* const kDocument = "<r><a/><b/></r>";
@@ -27,8 +27,7 @@ const char* const kEvents =
 TEST_F(CallbackReader, IsSharedWithACopyThatIsMadeDuringTheLoad) {
     std::unique_ptr<CXMLSaxHandler> copy;
     std::unique_ptr<CXMLSaxHandler> copyOfCopy;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "StartElement a") {
             copy = std::make_unique<CXMLSaxHandler>(handler);
             EXPECT_EQ(copy->GetSourceOffset(), 7u);
@@ -53,8 +52,7 @@ TEST_F(CallbackReader, IsGoneFromCopiesAfterALoadThatThrew) {
     CXMLSaxHandler assigned;
     std::unique_ptr<CXMLSaxHandler> copy;
     {
-        CRecordingHandler handler;
-        handler.Do([&](const std::string& line) {
+        CRecordingHandler handler([&](const std::string& line) {
             if (line != "StartElement a") return;
             copy = std::make_unique<CXMLSaxHandler>(handler);
             assigned = handler;
@@ -71,8 +69,7 @@ TEST_F(CallbackReader, IsGoneFromCopiesAfterALoadThatThrew) {
 // A copy shows the load that its source served when it was made, and no later one.
 TEST_F(CallbackReader, OfTheNextLoadIsNoneOfACopyFromBefore) {
     std::unique_ptr<CXMLSaxHandler> copy;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string&) {
+    CRecordingHandler handler([&](const std::string&) {
         if (!copy) copy = std::make_unique<CXMLSaxHandler>(handler);
     });
     LoadMemory(kDocument, handler);
@@ -92,8 +89,7 @@ TEST_F(CallbackReader, OfTheNextLoadIsNoneOfACopyFromBefore) {
 TEST_F(CallbackReader, MayBeAssignedAwayAndBack) {
     CXMLSaxHandler idle;
     CXMLSaxHandler keeper;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         CXMLSaxHandler& base = handler;
         CXMLSaxHandler& same = handler;
         if (line == "StartElement a") {
@@ -216,8 +212,7 @@ TEST_F(CallbackReader, LetsTreesBeLoadedInsideACallback) {
 // Callbacks go to the handler that was handed to the load, whatever is assigned to whom.
 TEST_F(CallbackReader, DoesNotMoveTheCallbacks) {
     CRecordingHandler other;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line != "StartElement r") return;
         static_cast<CXMLSaxHandler&>(other) = handler;
     });
@@ -228,45 +223,36 @@ TEST_F(CallbackReader, DoesNotMoveTheCallbacks) {
 }
 
 TEST_F(CallbackReader, OfEachThreadIsItsOwn) {
-    std::vector<std::string> wrong(4);
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < wrong.size(); ++i) {
-        threads.emplace_back([i, &wrong] {
-            const std::string name = "e" + std::to_string(i);
-            const std::string xml = "<" + name + "><a k='\xC3\xA9'/>text</" + name + ">";
-            const std::string whole = Whole("StartElement " + name +
-                                            "\nStartElement a k=\"\xC3\xA9\"\nEndElement a\n"
-                                            "Characters \"text\"\nEndElement " +
-                                            name + "\n");
-            for (int round = 0; round < 300; ++round) {
-                CRecordingHandler handler;
-                std::uint64_t last = 0;
-                handler.Do([&](const std::string&) {
-                    const CXMLSaxHandler copy(handler);
-                    last = handler.GetSourceOffset();
-                    if (round % 3 == 0 && last > 20) throw 42;
-                });
-                try {
-                    LoadMemory(xml, handler);
-                    if (handler.Take() != whole || last != xml.size()) wrong[i] = "a whole load";
-                } catch (int) {
-                    if (round % 3 != 0) wrong[i] = "an exception";
-                }
+    OnThreads([](int thread) {
+        const std::string name = "e" + std::to_string(thread);
+        const std::string xml = "<" + name + "><a k='\xC3\xA9'/>text</" + name + ">";
+        const std::string whole =
+            Whole("StartElement " + name + "\nStartElement a k=\"\xC3\xA9\"\nEndElement a\n" +
+                  "Characters \"text\"\nEndElement " + name + "\n");
+        for (int round = 0; round < 300; ++round) {
+            std::uint64_t last = 0;
+            CRecordingHandler handler([&](const std::string&) {
+                const CXMLSaxHandler copy(handler);
+                last = handler.GetSourceOffset();
+                if (round % 3 == 0 && last > 20) throw 42;
+            });
+            const std::string thrown = Thrown([&] { LoadMemory(xml, handler); });
+            if (round % 3 == 0) {
+                ASSERT_EQ(thrown, "int 42");
+                continue;
             }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    for (const std::string& text : wrong)
-        EXPECT_EQ(text, "");
+            ASSERT_EQ(thrown, "nothing");
+            ASSERT_EQ(handler.Take(), whole);
+            ASSERT_EQ(last, xml.size());
+        }
+    });
 }
 
 // The end of any handler releases the block of GetData; the end of a load does not.
 TEST_F(CallbackReader, AndTheBlockOfGetDataAreIndependent) {
     unsigned char* data = nullptr;
     std::size_t length = 0;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "Characters \"QUJD\"") {
             EXPECT_TRUE(CXMLSaxHandler::GetData("QUJD", data, length));
         } else if (line == "EndElement r") {
