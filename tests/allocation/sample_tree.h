@@ -35,11 +35,11 @@ struct STree {
     }
 
     Document document;
-    norvask::CXMLNode* root = nullptr;
-    norvask::CXMLNode* target = nullptr;
-    norvask::CXMLNode* simple = nullptr;
-    norvask::CXMLTextNode* text = nullptr;
-    norvask::CXMLBinNode* binary = nullptr;
+    CXMLNode* root = nullptr;
+    CXMLNode* target = nullptr;
+    CXMLNode* simple = nullptr;
+    CXMLTextNode* text = nullptr;
+    CXMLBinNode* binary = nullptr;
 };
 
 // The document and what stands in it besides the tree.

@@ -22,12 +22,11 @@ protected:
     std::string Body() { return SavedBody(*m_Document); }
 
     Document m_Document;
-    norvask::CXMLNode& m_Root;
+    CXMLNode& m_Root;
 };
 
 // What texts and binary nodes have in common.
-inline void ExpectLeaf(norvask::CXMLNode& leaf, norvask::CXMLNode::NodeType kind,
-                       norvask::CXMLNode& parent) {
+inline void ExpectLeaf(CXMLNode& leaf, CXMLNode::NodeType kind, CXMLNode& parent) {
     EXPECT_STREQ(leaf.GetTagName(), "");
     ASSERT_NE(leaf.GetChildren(), nullptr);
     EXPECT_EQ(leaf.GetChildren()[0], nullptr);
@@ -41,7 +40,7 @@ inline void ExpectLeaf(norvask::CXMLNode& leaf, norvask::CXMLNode::NodeType kind
 }
 
 // A child of `parent` refuses what only elements can do, and ignores the deletion of children.
-inline void ExpectLeafRefusals(norvask::CXMLNode& leaf, norvask::CXMLNode& parent) {
+inline void ExpectLeafRefusals(CXMLNode& leaf, CXMLNode& parent) {
     const std::string before = Children(parent);
     const auto kind = leaf.GetNodeType();
     for (const char* argument : {"x", "1x", "", static_cast<const char*>(nullptr)}) {
@@ -58,7 +57,7 @@ inline void ExpectLeafRefusals(norvask::CXMLNode& leaf, norvask::CXMLNode& paren
     EXPECT_EQ(Children(parent), before);
     ExpectLeaf(leaf, kind, parent);
 }
-inline void ExpectLeafDeletesNothing(norvask::CXMLNode& leaf, norvask::CXMLNode& parent) {
+inline void ExpectLeafDeletesNothing(CXMLNode& leaf, CXMLNode& parent) {
     const std::string before = Children(parent);
     leaf.DeleteChild(nullptr);
     leaf.DeleteChild(&leaf);

@@ -8,7 +8,6 @@
 #include "allocation/sweep.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 TEST(AllocationFailureDocument, LeavesNothingOfATreeBuiltByHand) {

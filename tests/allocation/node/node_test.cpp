@@ -10,7 +10,6 @@
 #include "allocation/sweep.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

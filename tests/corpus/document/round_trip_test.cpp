@@ -19,7 +19,6 @@
 
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 namespace fs = std::filesystem;
 

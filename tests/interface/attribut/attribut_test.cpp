@@ -5,7 +5,6 @@
 #include "support/testing.h"
 #include "support/typed_values.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

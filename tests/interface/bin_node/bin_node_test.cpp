@@ -6,7 +6,6 @@
 #include "support/testing.h"
 #include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

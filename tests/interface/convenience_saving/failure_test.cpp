@@ -11,7 +11,6 @@
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 namespace fs = std::filesystem;
 
@@ -42,7 +41,6 @@ private:
 class CThrowingDocument : public CXMLDocument {
 public:
     CThrowingDocument() : CXMLDocument(nullptr, nullptr) {}
-    ~CThrowingDocument() override = default;
     void Save(std::ostream& out, bool) override {
         out << std::string(200000, 'x');
         throw std::bad_alloc();

@@ -38,7 +38,7 @@ class CSavingTest : public ::testing::Test {
 protected:
     CSavingTest() : m_Folder(::testing::TempDir() + "norvask_save_XXXXXX") {
         if (mkdtemp(&m_Folder[0]) == nullptr) std::abort();
-        m_Document = norvask::XMLNewDocument("list");
+        m_Document = XMLNewDocument("list");
         m_Document->GetRoot()->CreateChild("book", nullptr)->SetTextChildValue("new");
     }
     ~CSavingTest() override {
@@ -67,11 +67,11 @@ protected:
     }
 
     void ExpectRefused(const std::string& name) {
-        EXPECT_XML_ERROR(norvask::XMLSaveSafely(*m_Document, name, false), 1, SavingError(name));
+        EXPECT_XML_ERROR(XMLSaveSafely(*m_Document, name, false), 1, SavingError(name));
     }
 
     std::string m_Folder;
-    norvask::CXMLDocumentPtr m_Document;
+    CXMLDocumentPtr m_Document;
 };
 
 // Everybody but the administrator is bound by permissions; while it lives, so is this process.

@@ -13,7 +13,6 @@
 #include "interface/convenience_saving/saving.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

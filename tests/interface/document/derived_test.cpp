@@ -2,7 +2,6 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -33,7 +32,6 @@ class CManagerProbe : public CXMLManager {
 public:
     CManagerProbe() = default;
     CManagerProbe(const CXMLManager& other) : CXMLManager(other) {}
-    ~CManagerProbe() = default;
 };
 
 }  // namespace

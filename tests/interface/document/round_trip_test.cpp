@@ -2,7 +2,6 @@
 #include "support/random_tree.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

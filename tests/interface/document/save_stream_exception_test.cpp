@@ -10,7 +10,6 @@
 #include "support/streams.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -10,7 +10,6 @@
 #include "support/streams.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -24,7 +23,6 @@ Document Sample() {
 class CNamedNode : public CXMLNode {
 public:
     explicit CNamedNode(const char* name) : CXMLNode(name, nullptr) {}
-    ~CNamedNode() override = default;
 };
 
 // Both formats of a document that is refused: the exception, and what is in the stream.

@@ -1,7 +1,6 @@
 // What saving writes, token by token and with or without formatting, to a stream and to a file.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -229,7 +228,6 @@ namespace {
 class CSigningDocument : public CXMLDocument {
 public:
     CSigningDocument() : CXMLDocument(nullptr, nullptr) {}
-    ~CSigningDocument() override = default;
     using CXMLDocument::Save;
     void Save(std::ostream& out, bool format) override {
         CXMLDocument::Save(out, format);

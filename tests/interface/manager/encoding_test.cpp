@@ -5,7 +5,6 @@
 #include "support/testing.h"
 #include "support/unicode.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

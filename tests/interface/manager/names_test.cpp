@@ -2,7 +2,6 @@
 // lose their difference with the prefix, normalised values, names outside XML 1.0.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -2,7 +2,6 @@
 // the parameters has an effect when.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

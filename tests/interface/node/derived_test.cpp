@@ -7,7 +7,6 @@
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -3,7 +3,6 @@
 #include "support/random_text.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -5,7 +5,6 @@
 #include "support/small_stack.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

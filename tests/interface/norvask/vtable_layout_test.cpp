@@ -9,7 +9,6 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -86,7 +85,6 @@ public:
 class CSaxAttributProbe : public CXMLSaxAttribut {
 public:
     CSaxAttributProbe() : CXMLSaxAttribut("u", "l", "q", "v") {}
-    ~CSaxAttributProbe() override = default;
 };
 
 class CTextHandler : public CXMLSaxHandler {

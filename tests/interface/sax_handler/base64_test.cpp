@@ -1,7 +1,6 @@
 // CXMLSaxHandler::GetData: Base64 and the one block that shows its result.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -8,7 +8,6 @@
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

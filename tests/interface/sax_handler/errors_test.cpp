@@ -3,7 +3,6 @@
 #include "support/recording_handler.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -180,7 +179,6 @@ TEST(CallbackErrors, OfAManagerThatIsNotInitialisedComeFirst) {
     class CCopy : public CXMLManager {
     public:
         CCopy() : CXMLManager(GetInstance()) {}
-        ~CCopy() = default;
     } copy;
     CRecordingHandler handler;
     unsigned char bytes[] = {'<', 'r', '/', '>'};

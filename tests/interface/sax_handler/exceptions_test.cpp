@@ -6,7 +6,6 @@
 #include "support/testing.h"
 #include "support/thrown.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -5,7 +5,6 @@
 #include "support/source_offsets.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 TEST(CallbackOffset, IsZeroOutsideOfALoad) {

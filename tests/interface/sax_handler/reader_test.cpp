@@ -8,7 +8,6 @@
 #include "support/threads.h"
 #include "support/thrown.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -6,7 +6,6 @@
 #include "support/unicode.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

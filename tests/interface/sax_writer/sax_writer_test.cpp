@@ -6,7 +6,6 @@
 #include "support/writer_fixture.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
