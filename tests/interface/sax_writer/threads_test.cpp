@@ -23,12 +23,7 @@ struct SNumbers {
           minute((thread * 15 + round) % 60),
           second((thread * 11 + round) % 60),
           number(thread * 1000000 + round) {}
-    int year;
-    int month;
-    int day;
-    int hour;
-    int minute;
-    int second;
+    int year, month, day, hour, minute, second;
     long number;
 };
 
