@@ -12,8 +12,8 @@
 
 namespace norvask_test {
 
-inline const std::string kLong(3000, 'l');
-inline const std::string kLonger = "\xC3\xA9\xE2\x82" + std::string(3000, 'm');  // not quite UTF-8
+inline const std::string LONG(3000, 'l');
+inline const std::string LONGER = "\xC3\xA9\xE2\x82" + std::string(3000, 'm');  // not quite UTF-8
 
 // The tree that operations run on: an element "target" with attributes and children behind `filled`
 // others, and a text and a binary node to be changed.

@@ -99,7 +99,7 @@ inline std::string Schema(bool hasNamespace) {
            "</xs:sequence><xs:attribute name=\"d\" default=\"default\"/>"
            "</xs:complexType></xs:element></xs:schema>";
 }
-inline constexpr const char* kNoInteger =
+inline constexpr const char* NO_INTEGER =
     "value 'x' does not match regular expression facet '[+\\-]?[0-9]+'";
 
 }  // namespace norvask_test

@@ -9,7 +9,7 @@ using namespace norvask_test;
 
 namespace {
 
-const STypedCalls<CXMLAttribut> kCalls = {
+const STypedCalls<CXMLAttribut> CALLS = {
     &CXMLAttribut::GetValue,       &CXMLAttribut::SetValue,         &CXMLAttribut::GetDateValue,
     &CXMLAttribut::SetDateValue,   &CXMLAttribut::GetDateTimeValue, &CXMLAttribut::SetDateTimeValue,
     &CXMLAttribut::GetTimeValue,   &CXMLAttribut::SetTimeValue,     &CXMLAttribut::GetDoubleValue,
@@ -19,7 +19,7 @@ const STypedCalls<CXMLAttribut> kCalls = {
 class Attribute : public ::testing::Test {
 protected:
     CXMLAttribut m_Attribute{"n", "old"};
-    CTypedValue<CXMLAttribut> m_Typed{m_Attribute, kCalls};
+    CTypedValue<CXMLAttribut> m_Typed{m_Attribute, CALLS};
 };
 
 }  // namespace

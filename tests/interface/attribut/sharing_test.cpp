@@ -20,14 +20,14 @@ bool Shares(CXMLAttribut& a, CXMLAttribut& b) {
 }
 
 // Long enough that no string fits into the object itself, and one that does.
-const char* const kValues[] = {"v", "a value that is a good deal longer than a pointer"};
+const char* const VALUES[] = {"v", "a value that is a good deal longer than a pointer"};
 
 class AttributeSharing : public CTreeFixture {};
 
 }  // namespace
 
 TEST_F(AttributeSharing, ShowsTheSamePointersInACopy) {
-    for (const char* value : kValues) {
+    for (const char* value : VALUES) {
         auto source = std::make_unique<CXMLAttribut>("name", value);
         CXMLAttribut copy(*source);
         CXMLAttribut assigned("other", "other");
@@ -68,7 +68,7 @@ TEST_F(AttributeSharing, SurvivesAVectorThatGrowsIsSortedAndShrinks) {
     for (int i = 0; i < 1000; ++i) {
         const std::string number = std::to_string((i * 7919) % 1000);
         attributes.emplace_back(("n" + std::string(4 - number.size(), '0') + number).c_str(),
-                                (number + kValues[i % 2]).c_str());
+                                (number + VALUES[i % 2]).c_str());
     }
     std::sort(attributes.begin(), attributes.end(), [](CXMLAttribut a, CXMLAttribut b) {
         return std::string(a.GetName()) < b.GetName();
@@ -87,7 +87,7 @@ TEST_F(AttributeSharing, SurvivesAVectorThatGrowsIsSortedAndShrinks) {
 }
 
 TEST_F(AttributeSharing, OutlivesTheDocument) {
-    for (const char* value : kValues) {
+    for (const char* value : VALUES) {
         Document document = Load("<r><c name='" + std::string(value) + "'/></r>");
         CXMLAttribut copy(*document->GetRoot()->GetFirstChild()->GetAttributes()[0]);
         CXMLAttribut assigned("a", "b");
@@ -102,10 +102,10 @@ TEST_F(AttributeSharing, OutlivesTheDocument) {
 }
 
 TEST_F(AttributeSharing, OutlivesChangesAndRemovalOfTheAttribute) {
-    m_Root.SetAttribute("name", kValues[1]);
+    m_Root.SetAttribute("name", VALUES[1]);
     CXMLAttribut copy(*m_Root.GetAttributes()[0]);
     m_Root.SetAttribute("name", "changed");
-    EXPECT_EQ(Shown(copy), std::string("name=") + kValues[1]);
+    EXPECT_EQ(Shown(copy), std::string("name=") + VALUES[1]);
     CXMLAttribut second(*m_Root.GetAttributes()[0]);
     m_Root.SetAttribute("name", "");
     EXPECT_EQ(Shown(second), "name=changed");
@@ -134,7 +134,7 @@ TEST_F(AttributeSharing, AssignsBetweenAttributesOfOneElement) {
 
 TEST_F(AttributeSharing, AssignsAcrossDocumentsThatEndInEitherOrder) {
     for (const bool targetFirst : {true, false}) {
-        for (const char* value : kValues) {
+        for (const char* value : VALUES) {
             Document source = NewDocumentWithRoot("s");
             Document target = NewDocumentWithRoot("t");
             source->GetRoot()->SetAttribute("name", value);
@@ -154,15 +154,15 @@ TEST_F(AttributeSharing, AssignsAClientsAttributeToAnElementsAndBack) {
     const Document document = NewDocumentWithRoot("r");
     document->GetRoot()->SetAttribute("a", "1");
     {
-        CXMLAttribut own("own", kValues[1]);
+        CXMLAttribut own("own", VALUES[1]);
         *document->GetRoot()->GetAttributes()[0] = own;
         EXPECT_TRUE(Shares(own, *document->GetRoot()->GetAttributes()[0]));
     }
-    EXPECT_EQ(Attributes(*document->GetRoot()), std::string("own=") + kValues[1]);
+    EXPECT_EQ(Attributes(*document->GetRoot()), std::string("own=") + VALUES[1]);
     CXMLAttribut taken("", "");
     taken = *document->GetRoot()->GetAttributes()[0];
     document->GetRoot()->SetAttribute("own", "");
-    EXPECT_EQ(Shown(taken), std::string("own=") + kValues[1]);
+    EXPECT_EQ(Shown(taken), std::string("own=") + VALUES[1]);
 }
 
 TEST_F(AttributeSharing, AValueThatIsSetAgainAndAgainLeavesCopiesAlone) {

@@ -76,7 +76,7 @@ TEST_F(BinaryNode, IsEmptiedByNoBytes) {
 }
 
 TEST_F(BinaryNode, IsEmptyWhenThereIsNoMemoryForTheBytes) {
-    if (kIsSanitized) GTEST_SKIP() << "the sanitizer ends the program where new would throw";
+    if (IS_SANITIZED) GTEST_SKIP() << "the sanitizer ends the program where new would throw";
     const unsigned char byte = 'A';
     for (const std::size_t length : {SIZE_MAX, SIZE_MAX - 7, SIZE_MAX - 100, SIZE_MAX / 2 + 1}) {
         SetBytes(m_Binary, "bytes");

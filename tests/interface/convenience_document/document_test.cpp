@@ -32,10 +32,10 @@ public:
     void Save(std::ostream& out, bool) override { out.write("", PTRDIFF_MAX); }
 };
 
-const char* const kSchema =
+const char* const SCHEMA =
     "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\">"
     "<xs:element name=\"a\" type=\"xs:int\"/></xs:schema>";
-const char* const kNamespaceSchema =
+const char* const NAMESPACE_SCHEMA =
     "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" targetNamespace=\"urn:a\">"
     "<xs:element name=\"a\" type=\"xs:int\"/></xs:schema>";
 
@@ -110,8 +110,8 @@ TEST(ConvenienceDocument, OptionsByNameAndByChain) {
 
 // Each option has its effect, in all four loads.
 TEST(ConvenienceDocument, OptionsReachTheLoads) {
-    const TemporaryFile schema(".xsd", kSchema);
-    const TemporaryFile spaceSchema(".xsd", kNamespaceSchema);
+    const TemporaryFile schema(".xsd", SCHEMA);
+    const TemporaryFile spaceSchema(".xsd", NAMESPACE_SCHEMA);
     const SXMLLoadOptions plain;
     const SXMLLoadOptions bySchema = plain.ValidateBySchema(schema.Name());
     const SXMLLoadOptions bySpace =

@@ -20,8 +20,8 @@
 
 namespace norvask_test {
 
-inline const std::string kOld = "what was there before";
-inline const std::string kNew = "<?xml version=\"1.0\"?><list><book>new</book></list>";
+inline const std::string OLD = "what was there before";
+inline const std::string NEW = "<?xml version=\"1.0\"?><list><book>new</book></list>";
 
 inline void Write(const std::string& name, const std::string& content) {
     std::ofstream(name, std::ios::binary) << content;
@@ -77,11 +77,11 @@ protected:
 // Everybody but the administrator is bound by permissions; while it lives, so is this process.
 class CNobody {
 public:
-    static constexpr uid_t kId = 65534;
+    static constexpr uid_t ID = 65534;
 
     CNobody() {
         if (geteuid() != 0) return;
-        EXPECT_EQ(seteuid(kId), 0);
+        EXPECT_EQ(seteuid(ID), 0);
         m_bChanged = true;
     }
     CNobody(const CNobody&) = delete;

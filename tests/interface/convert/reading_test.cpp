@@ -11,7 +11,7 @@ using namespace norvask_test;
 namespace {
 
 // What the outputs hold before a call; a row shows it where nothing may be stored.
-constexpr int kOld = 777;
+constexpr int OLD = 777;
 
 struct SDateRow {
     const char* text;
@@ -19,7 +19,7 @@ struct SDateRow {
     std::array<int, 3> fields;
 };
 
-const SDateRow kDates[] = {
+const SDateRow DATES[] = {
     {"2024-05-17", true, {2024, 5, 17}},
     {"2024-05", true, {2024, 5, -1}},
     {"2024", true, {2024, -1, -1}},
@@ -71,7 +71,7 @@ const SDateRow kDates[] = {
     {"2147483648", true, {INT_MAX, -1, -1}},
     {"99999999999999999999999999999999", true, {INT_MAX, -1, -1}},
     // Nothing to read; the outputs may then hold anything, except where the text is empty.
-    {"", false, {kOld, kOld, kOld}},
+    {"", false, {OLD, OLD, OLD}},
     {" ", false, {0, 0, 0}},
     {"abc", false, {0, 0, 0}},
     {"-", false, {0, 0, 0}},
@@ -88,7 +88,7 @@ struct SDateTimeRow {
     std::array<int, 6> fields;
 };
 
-const SDateTimeRow kDateTimes[] = {
+const SDateTimeRow DATE_TIMES[] = {
     {"2024-05-17T10:30:05", true, {2024, 5, 17, 10, 30, 5}},
     {"2024-05-17T10:30:05Z", true, {2024, 5, 17, 10, 30, 5}},
     {"2024-05-17T10:30:05.25+01:00", true, {2024, 5, 17, 10, 30, 5}},
@@ -100,32 +100,32 @@ const SDateTimeRow kDateTimes[] = {
     {"1-1-1T-1:-2:-3", true, {1, 1, 1, -1, -2, -3}},
     {"1-1-1T1:1:99999999999", true, {1, 1, 1, 1, 1, INT_MAX}},
     // The fields read so far stay.
-    {"2024-05-17T10:30", false, {2024, 5, 17, 10, 30, kOld}},
-    {"2024-05-17T10:30:", false, {2024, 5, 17, 10, 30, kOld}},
-    {"2024-05-17T10", false, {2024, 5, 17, 10, kOld, kOld}},
-    {"2024-05-17T", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17t10:30:05", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17 10:30:05", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17 T10:30:05", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05", false, {2024, 5, kOld, kOld, kOld, kOld}},
-    {"2024", false, {2024, kOld, kOld, kOld, kOld, kOld}},
-    {"--05-17T10:30:05", false, {kOld, kOld, kOld, kOld, kOld, kOld}},
-    {"10:30:05", false, {10, kOld, kOld, kOld, kOld, kOld}},
-    {"abc", false, {kOld, kOld, kOld, kOld, kOld, kOld}},
-    {"", false, {kOld, kOld, kOld, kOld, kOld, kOld}},
+    {"2024-05-17T10:30", false, {2024, 5, 17, 10, 30, OLD}},
+    {"2024-05-17T10:30:", false, {2024, 5, 17, 10, 30, OLD}},
+    {"2024-05-17T10", false, {2024, 5, 17, 10, OLD, OLD}},
+    {"2024-05-17T", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17t10:30:05", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17 10:30:05", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17 T10:30:05", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05", false, {2024, 5, OLD, OLD, OLD, OLD}},
+    {"2024", false, {2024, OLD, OLD, OLD, OLD, OLD}},
+    {"--05-17T10:30:05", false, {OLD, OLD, OLD, OLD, OLD, OLD}},
+    {"10:30:05", false, {10, OLD, OLD, OLD, OLD, OLD}},
+    {"abc", false, {OLD, OLD, OLD, OLD, OLD, OLD}},
+    {"", false, {OLD, OLD, OLD, OLD, OLD, OLD}},
 };
 
-const SDateRow kTimes[] = {
+const SDateRow TIMES[] = {
     {"10:30:05", true, {10, 30, 5}},    {"10:30:05Z", true, {10, 30, 5}},
     {"10:30:05.5", true, {10, 30, 5}},  {"1:2:3", true, {1, 2, 3}},
     {"99:99:99", true, {99, 99, 99}},   {"-1:-2:+3", true, {-1, -2, 3}},
     {" 10: 30:\t5", true, {10, 30, 5}}, {"99999999999:0:-99999999999", true, {INT_MAX, 0, INT_MIN}},
-    {"10:30", false, {10, 30, kOld}},   {"10:30:", false, {10, 30, kOld}},
-    {"10:30:x", false, {10, 30, kOld}}, {"10 :30:05", false, {10, kOld, kOld}},
-    {"10", false, {10, kOld, kOld}},    {"2024-05-17T10:30:05", false, {2024, kOld, kOld}},
-    {"x", false, {kOld, kOld, kOld}},   {":1:2", false, {kOld, kOld, kOld}},
-    {"", false, {kOld, kOld, kOld}},
+    {"10:30", false, {10, 30, OLD}},    {"10:30:", false, {10, 30, OLD}},
+    {"10:30:x", false, {10, 30, OLD}},  {"10 :30:05", false, {10, OLD, OLD}},
+    {"10", false, {10, OLD, OLD}},      {"2024-05-17T10:30:05", false, {2024, OLD, OLD}},
+    {"x", false, {OLD, OLD, OLD}},      {":1:2", false, {OLD, OLD, OLD}},
+    {"", false, {OLD, OLD, OLD}},
 };
 
 struct SDoubleRow {
@@ -133,7 +133,7 @@ struct SDoubleRow {
     double value;
 };
 
-const SDoubleRow kDoubles[] = {
+const SDoubleRow DOUBLES[] = {
     {"1.5", 1.5},
     {"-1.5", -1.5},
     {"+1.5", 1.5},
@@ -189,7 +189,7 @@ struct SLongRow {
     long value;
 };
 
-const SLongRow kLongs[] = {
+const SLongRow LONGS[] = {
     {"12", 12},
     {"-12", -12},
     {"+12", 12},
@@ -229,9 +229,9 @@ const SLongRow kLongs[] = {
 
 TEST(ValueReading, ReadsADateInTheFirstFormThatFits) {
     for (const auto read : {&CXMLSaxHandler::GetDate, &XMLConvertText2Date}) {
-        for (const SDateRow& row : kDates) {
+        for (const SDateRow& row : DATES) {
             SCOPED_TRACE(Quoted(row.text));
-            std::array<int, 3> f = {kOld, kOld, kOld};
+            std::array<int, 3> f = {OLD, OLD, OLD};
             EXPECT_EQ(read(row.text, f[0], f[1], f[2]), row.answer);
             if (row.answer || !*row.text) {
                 EXPECT_EQ(f, row.fields);
@@ -242,9 +242,9 @@ TEST(ValueReading, ReadsADateInTheFirstFormThatFits) {
 
 TEST(ValueReading, ReadsADateTimeAndKeepsTheFieldsReadSoFar) {
     for (const auto read : {&CXMLSaxHandler::GetDateTime, &XMLConvertText2DateTime}) {
-        for (const SDateTimeRow& row : kDateTimes) {
+        for (const SDateTimeRow& row : DATE_TIMES) {
             SCOPED_TRACE(Quoted(row.text));
-            std::array<int, 6> f = {kOld, kOld, kOld, kOld, kOld, kOld};
+            std::array<int, 6> f = {OLD, OLD, OLD, OLD, OLD, OLD};
             EXPECT_EQ(read(row.text, f[0], f[1], f[2], f[3], f[4], f[5]), row.answer);
             EXPECT_EQ(f, row.fields);
         }
@@ -253,9 +253,9 @@ TEST(ValueReading, ReadsADateTimeAndKeepsTheFieldsReadSoFar) {
 
 TEST(ValueReading, ReadsATimeAndKeepsTheFieldsReadSoFar) {
     for (const auto read : {&CXMLSaxHandler::GetTime, &XMLConvertText2Time}) {
-        for (const SDateRow& row : kTimes) {
+        for (const SDateRow& row : TIMES) {
             SCOPED_TRACE(Quoted(row.text));
-            std::array<int, 3> f = {kOld, kOld, kOld};
+            std::array<int, 3> f = {OLD, OLD, OLD};
             EXPECT_EQ(read(row.text, f[0], f[1], f[2]), row.answer);
             EXPECT_EQ(f, row.fields);
         }
@@ -264,8 +264,8 @@ TEST(ValueReading, ReadsATimeAndKeepsTheFieldsReadSoFar) {
 
 TEST(ValueReading, ReadsTheDecimalNumberThatATextBeginsWith) {
     for (const auto read : {&CXMLSaxHandler::GetDouble, &XMLConvertText2Double}) {
-        for (const SDoubleRow& row : kDoubles) {
-            double value = kOld;
+        for (const SDoubleRow& row : DOUBLES) {
+            double value = OLD;
             EXPECT_TRUE(read(row.text, value)) << Quoted(row.text);
             EXPECT_EQ(value, row.value) << Quoted(row.text);
         }
@@ -277,8 +277,8 @@ TEST(ValueReading, ReadsTheDecimalNumberThatATextBeginsWith) {
 
 TEST(ValueReading, ReadsTheDecimalIntegerThatATextBeginsWith) {
     for (const auto read : {&CXMLSaxHandler::GetLong, &XMLConvertText2Long}) {
-        for (const SLongRow& row : kLongs) {
-            long value = kOld;
+        for (const SLongRow& row : LONGS) {
+            long value = OLD;
             EXPECT_TRUE(read(row.text, value)) << Quoted(row.text);
             EXPECT_EQ(value, row.value) << Quoted(row.text);
         }
@@ -305,7 +305,7 @@ TEST(ValueReading, ReadsTruthFromFourTextsOnly) {
 }
 
 TEST(ValueReading, LeavesTheOutputsAloneForNull) {
-    int a = kOld, b = kOld, c = kOld, d = kOld, e = kOld, f = kOld;
+    int a = OLD, b = OLD, c = OLD, d = OLD, e = OLD, f = OLD;
     double number = 0.5;
     long whole = 5;
     bool truth = true;
@@ -321,7 +321,7 @@ TEST(ValueReading, LeavesTheOutputsAloneForNull) {
     for (const auto read : {&CXMLSaxHandler::GetBool, &XMLConvertText2Bool})
         EXPECT_FALSE(read(nullptr, truth));
     for (const int field : {a, b, c, d, e, f})
-        EXPECT_EQ(field, kOld);
+        EXPECT_EQ(field, OLD);
     EXPECT_EQ(number, 0.5);
     EXPECT_EQ(whole, 5);
     EXPECT_TRUE(truth);
@@ -359,7 +359,7 @@ TEST(ValueReading, ReadsBackWhatTheWritersWrite) {
     const std::array<int, 3> forms[] = {{2024, 5, 17}, {2024, 5, -1}, {2024, -1, -1}, {-1, 5, 17},
                                         {-1, 5, -1},   {-1, -1, 17},  {0, 1, 1},      {-5, 12, 31}};
     for (const auto& form : forms) {
-        std::array<int, 3> f = {kOld, kOld, kOld};
+        std::array<int, 3> f = {OLD, OLD, OLD};
         const char* text = XMLConvertDate2Text(form[0], form[1], form[2]);
         EXPECT_TRUE(XMLConvertText2Date(text, f[0], f[1], f[2])) << text;
         EXPECT_EQ(f, form) << text;

@@ -19,7 +19,7 @@ struct SDateRow {
     const char* text;  // nullptr: out of range or without a form
 };
 
-const SDateRow kDates[] = {
+const SDateRow DATES[] = {
     // Every combination of present and absent components.
     {2024, 5, 17, "2024-05-17"},
     {2024, 5, -1, "2024-05"},
@@ -82,7 +82,7 @@ struct STimeRow {
     const char* text;
 };
 
-const STimeRow kTimes[] = {
+const STimeRow TIMES[] = {
     {0, 0, 0, "00:00:00"},    {10, 30, 5, "10:30:05"},  {23, 59, 59, "23:59:59"},
     {24, 0, 0, nullptr},      {-1, 0, 0, nullptr},      {0, 60, 0, nullptr},
     {0, -1, 0, nullptr},      {0, 0, 60, nullptr},      {0, 0, -1, nullptr},
@@ -94,7 +94,7 @@ struct SDoubleRow {
     const char* text;
 };
 
-const SDoubleRow kDoubles[] = {
+const SDoubleRow DOUBLES[] = {
     {0.0, "0"},
     {-0.0, "-0"},
     {1.0, "1"},
@@ -157,14 +157,14 @@ private:
 }  // namespace
 
 TEST(ValueText, WritesADateInTheFormOfItsComponents) {
-    for (const SDateRow& row : kDates) {
+    for (const SDateRow& row : DATES) {
         SCOPED_TRACE(::testing::Message() << row.year << "," << row.month << "," << row.day);
         ExpectText([&] { return XMLConvertDate2Text(row.year, row.month, row.day); }, row.text);
     }
 }
 
 TEST(ValueText, WritesATime) {
-    for (const STimeRow& row : kTimes) {
+    for (const STimeRow& row : TIMES) {
         SCOPED_TRACE(::testing::Message() << row.hour << "," << row.minute << "," << row.second);
         ExpectText([&] { return XMLConvertTime2Text(row.hour, row.minute, row.second); }, row.text);
     }
@@ -182,7 +182,7 @@ TEST(ValueText, WritesADateTimeWithTheRangesOfItsParts) {
             },
             text.empty() ? nullptr : text.c_str());
     };
-    for (const STimeRow& row : kTimes)
+    for (const STimeRow& row : TIMES)
         expect({2024, 5, 17, "2024-05-17"}, row);
     const SDateRow dates[] = {
         {9999, 12, 31, "9999-12-31"}, {0, 1, 1, "0000-01-01"},
@@ -198,7 +198,7 @@ TEST(ValueText, WritesADateTimeWithTheRangesOfItsParts) {
 }
 
 TEST(ValueText, WritesADoubleWithFourteenDigits) {
-    for (const SDoubleRow& row : kDoubles)
+    for (const SDoubleRow& row : DOUBLES)
         EXPECT_STREQ(XMLConvertDouble2Text(row.value), row.text);
 }
 

@@ -56,8 +56,7 @@ TEST(DerivedDocument, IsAskedForTheStreamWhenItIsSavedToAFile) {
     const TemporaryFile file;
     document.Save(file.Name(), false);
     EXPECT_EQ(document.m_nSaved, 1);
-    EXPECT_EQ(file.Content(),
-              std::string("<!-- before -->") + kDeclaration + "<r/><!-- behind -->");
+    EXPECT_EQ(file.Content(), std::string("<!-- before -->") + DECLARATION + "<r/><!-- behind -->");
 }
 
 TEST(DerivedDocument, IsNotAskedForTheStreamWithoutARoot) {

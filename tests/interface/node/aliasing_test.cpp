@@ -9,7 +9,7 @@ using namespace norvask_test;
 namespace {
 
 // Names and texts of these lengths: strings may be kept in different places by their length.
-const std::size_t kLengths[] = {1, 7, 15, 16, 31, 40, 300, 5000, 100000};
+const std::size_t LENGTHS[] = {1, 7, 15, 16, 31, 40, 300, 5000, 100000};
 
 // Letters that differ from place to place, so that a shifted copy shows; a valid name.
 std::string Letters(std::size_t length, int shift = 0) {
@@ -26,7 +26,7 @@ protected:
     std::size_t m_nHalf = GetParam() / 2;  // never the terminator
 };
 
-INSTANTIATE_TEST_SUITE_P(Lengths, Aliasing, ::testing::ValuesIn(kLengths));
+INSTANTIATE_TEST_SUITE_P(Lengths, Aliasing, ::testing::ValuesIn(LENGTHS));
 
 }  // namespace
 

@@ -182,7 +182,7 @@ TEST_F(ElementAttributes, MayBeGivenAnInvalidNameWhichSavingRefuses) {
         EXPECT_STREQ(m_Root.GetAttributes()[1]->GetName(), name);
         std::ostringstream out;
         EXPECT_INVALID_NAME(m_Document->Save(out, false), name);
-        EXPECT_EQ(out.str(), kDeclaration + "<r p=\"1\"");
+        EXPECT_EQ(out.str(), DECLARATION + "<r p=\"1\"");
     }
     EXPECT_STREQ(m_Root.GetAttributeValue("a b"), "2");
     m_Root.GetAttributes()[1]->SetName(nullptr);

@@ -13,8 +13,8 @@ using namespace norvask_test;
 
 namespace {
 
-constexpr int kWarmUp = 2000;
-constexpr int kRounds = 20000;
+constexpr int WARM_UP = 2000;
+constexpr int ROUNDS = 20000;
 
 // Lengths that differ from round to round, from a few bytes to more than any small block.
 std::string Letters(int round) {
@@ -25,14 +25,14 @@ std::string Letters(int round) {
 class Churn : public CTreeFixture {
 protected:
     void SetUp() override {
-        if (kIsSanitized) GTEST_SKIP() << "the sanitizer's allocator keeps what is freed";
+        if (IS_SANITIZED) GTEST_SKIP() << "the sanitizer's allocator keeps what is freed";
     }
     void Repeat(const std::function<void(int)>& work) {
-        for (int round = 0; round < kWarmUp; ++round)
+        for (int round = 0; round < WARM_UP; ++round)
             work(round);
         const std::size_t before = HeapInUse();
-        for (int round = 0; round < kRounds; ++round)
-            work(kWarmUp + round);
+        for (int round = 0; round < ROUNDS; ++round)
+            work(WARM_UP + round);
         ExpectHeapAsBefore(before);  // that is, less than four bytes a round
     }
 };

@@ -246,7 +246,7 @@ TEST(Clone, OutlivesItsSourceAndIsLeftAloneByIt) {
     document->GetRoot()->DeleteChild(document->GetRoot()->GetFirstChild());
     document->SetDTDRef("n", "p");
     document.reset();
-    EXPECT_EQ(Saved(clone), kDeclaration + "<r a=\"1\">text<c/></r>");
+    EXPECT_EQ(Saved(clone), DECLARATION + "<r a=\"1\">text<c/></r>");
     EXPECT_EQ(clone->GetDTDName(), nullptr);
 }
 

@@ -11,9 +11,9 @@ using namespace norvask_test;
 
 namespace {
 
-constexpr std::size_t kLevels = 1000000;
-constexpr std::size_t kChildren = 1000000;
-constexpr int kAttributes = 20000;
+constexpr std::size_t LEVELS = 1000000;
+constexpr std::size_t CHILDREN = 1000000;
+constexpr int ATTRIBUTES = 20000;
 
 // `levels` elements, one in the other, the root among them.
 Document DeepDocument(std::size_t levels) {
@@ -66,19 +66,19 @@ class Width : public CTreeFixture {};
 
 TEST(Depth, AMillionLevelsAreBuiltClonedSavedAndDeleted) {
     OnSmallStack([] {
-        Document document = DeepDocument(kLevels);
-        const std::string expected = DeepBody(kLevels);
+        Document document = DeepDocument(LEVELS);
+        const std::string expected = DeepBody(LEVELS);
         ExpectSame(SavedBody(*document), expected);
         Document clone(document->Clone());
         document.reset();
         ExpectSame(SavedBody(*clone), expected);
-        EXPECT_EQ(Levels(clone->GetRoot()), kLevels);
+        EXPECT_EQ(Levels(clone->GetRoot()), LEVELS);
     });
 }
 
 TEST(Depth, AMillionLevelsAreQueriedThroughAPathOfFiftyThousandSteps) {
     OnSmallStack([] {
-        const Document document = DeepDocument(kLevels);
+        const Document document = DeepDocument(LEVELS);
         constexpr std::size_t steps = 50000;
         const std::string path = Repeated("n/", steps - 1) + "n";
         CXMLNode* expected = document->GetRoot();
@@ -95,12 +95,12 @@ TEST(Depth, AMillionLevelsAreQueriedThroughAPathOfFiftyThousandSteps) {
 
 TEST(Depth, AMillionLevelsAreReplacedAndDeletedFromWithin) {
     OnSmallStack([] {
-        const Document document = DeepDocument(kLevels);
+        const Document document = DeepDocument(LEVELS);
         CXMLNode* root = document->GetRoot();
         root->CreateChild("kept", nullptr);
         root->DeleteChild(root->GetFirstChild());
         EXPECT_EQ(SavedBody(*document), "<n><kept/></n>");
-        const Document second = DeepDocument(kLevels);
+        const Document second = DeepDocument(LEVELS);
         const char* name = Bottom(second->GetRoot())->GetTagName();
         EXPECT_STREQ(second->CreateRoot(name)->GetTagName(), "n");
         EXPECT_EQ(SavedBody(*second), "<n/>");
@@ -109,12 +109,12 @@ TEST(Depth, AMillionLevelsAreReplacedAndDeletedFromWithin) {
 
 TEST(Depth, HalfAMillionLevelsAreCopiedBelowTheirBottom) {
     OnSmallStack([] {
-        const Document document = DeepDocument(kLevels / 2);
+        const Document document = DeepDocument(LEVELS / 2);
         CXMLNode* bottom = Bottom(document->GetRoot());
         CXMLNode* copy = bottom->CopyChild(document->GetRoot(), nullptr);
         EXPECT_EQ(copy->GetParentNode(), bottom);
-        EXPECT_EQ(Levels(document->GetRoot()), kLevels);
-        ExpectSame(SavedBody(*document), DeepBody(kLevels));
+        EXPECT_EQ(Levels(document->GetRoot()), LEVELS);
+        ExpectSame(SavedBody(*document), DeepBody(LEVELS));
     });
 }
 
@@ -142,7 +142,7 @@ TEST(Depth, ThousandsOfLevelsAreIndented) {
     OnSmallStack([] {
         constexpr std::size_t levels = 2000;
         const Document document = DeepDocument(levels);
-        std::string expected = kDeclaration;
+        std::string expected = DECLARATION;
         for (std::size_t level = 0; level < levels; ++level)
             expected += "\r\n" + std::string(level, '\t') + (level + 1 < levels ? "<n>" : "<n/>");
         for (std::size_t level = levels - 1; level-- > 0;)
@@ -155,35 +155,35 @@ TEST(Depth, LevelsBelowADerivedNodeAreSavedCopiedAndEnded) {
     OnSmallStack([] {
         CElementProbe top("n");
         CXMLNode* node = &top;
-        for (std::size_t level = 1; level < kLevels; ++level)
+        for (std::size_t level = 1; level < LEVELS; ++level)
             node = node->CreateChild("n", nullptr);
-        ExpectSame(SavedNode(top), DeepBody(kLevels));
+        ExpectSame(SavedNode(top), DeepBody(LEVELS));
         const Document target = NewDocumentWithRoot("n");
         target->GetRoot()->CopyChild(&top, nullptr);
-        EXPECT_EQ(Levels(target->GetRoot()), kLevels + 1);
+        EXPECT_EQ(Levels(target->GetRoot()), LEVELS + 1);
     });
 }
 
 TEST(Depth, LevelsOutliveTheirDocumentInACopy) {
     OnSmallStack([] {
-        Document document = DeepDocument(kLevels);
+        Document document = DeepDocument(LEVELS);
         CElementProbe copy(*document->GetRoot());
         document.reset();
-        ExpectSame(SavedNode(copy), DeepBody(kLevels));
+        ExpectSame(SavedNode(copy), DeepBody(LEVELS));
     });
 }
 
 TEST_F(Width, AMillionChildrenAreBuiltQueriedClonedAndSaved) {
     Document document = NewDocumentWithRoot("r");
     CXMLNode* root = document->GetRoot();
-    for (std::size_t i = 0; i < kChildren; ++i)
+    for (std::size_t i = 0; i < CHILDREN; ++i)
         root->CreateChild(i % 2 ? "a" : "b", nullptr);
-    EXPECT_EQ(Count(root->GetChildren()), kChildren);
+    EXPECT_EQ(Count(root->GetChildren()), CHILDREN);
     CXMLNode** nodes = document->GetNodes("r/a");
-    ASSERT_EQ(Count(nodes), kChildren / 2);
+    ASSERT_EQ(Count(nodes), CHILDREN / 2);
     EXPECT_EQ(nodes[0], root->GetChildren()[1]);
-    EXPECT_EQ(nodes[kChildren / 2 - 1], root->GetChildren()[kChildren - 1]);
-    const std::string expected = "<r>" + Repeated("<b/><a/>", kChildren / 2) + "</r>";
+    EXPECT_EQ(nodes[CHILDREN / 2 - 1], root->GetChildren()[CHILDREN - 1]);
+    const std::string expected = "<r>" + Repeated("<b/><a/>", CHILDREN / 2) + "</r>";
     ExpectSame(SavedBody(*document), expected);
     const Document clone(document->Clone());
     document.reset();
@@ -191,12 +191,12 @@ TEST_F(Width, AMillionChildrenAreBuiltQueriedClonedAndSaved) {
 }
 
 TEST_F(Width, AMillionTextsAndBinaryNodesAreBuiltAndCopied) {
-    for (std::size_t i = 0; i < kChildren / 2; ++i) {
+    for (std::size_t i = 0; i < CHILDREN / 2; ++i) {
         m_Root.CreateTextChild("t");
         m_Root.CreateBinChild();
     }
     const Document clone(m_Document->Clone());
-    ExpectSame(SavedBody(*clone), "<r>" + Repeated("t<![CDATA[]]>", kChildren / 2) + "</r>");
+    ExpectSame(SavedBody(*clone), "<r>" + Repeated("t<![CDATA[]]>", CHILDREN / 2) + "</r>");
 }
 
 TEST_F(Width, ManyChildrenGoInFrontOfTheLastAndAreDeletedFromBehind) {
@@ -211,31 +211,30 @@ TEST_F(Width, ManyChildrenGoInFrontOfTheLastAndAreDeletedFromBehind) {
 
 TEST_F(Width, TwentyThousandAttributesAreSetReadAndCopied) {
     std::string expected = "<r";
-    for (int i = 0; i < kAttributes; ++i) {
+    for (int i = 0; i < ATTRIBUTES; ++i) {
         m_Root.SetAttribute(Name(i).c_str(), "old");
         expected += " " + Name(i) + "=\"" + std::to_string(i) + "\"";
     }
     expected += "/>";
-    for (int i = 0; i < kAttributes; ++i)
+    for (int i = 0; i < ATTRIBUTES; ++i)
         m_Root.SetAttribute(Name(i).c_str(), std::to_string(i).c_str());
-    for (int i = 0; i < kAttributes; ++i)
+    for (int i = 0; i < ATTRIBUTES; ++i)
         ASSERT_EQ(m_Root.GetAttributeValue(Name(i).c_str()), std::to_string(i));
     EXPECT_STREQ(m_Root.GetAttributeValue("absent"), "");
-    EXPECT_EQ(Count(m_Root.GetAttributes()), static_cast<std::size_t>(kAttributes));
+    EXPECT_EQ(Count(m_Root.GetAttributes()), static_cast<std::size_t>(ATTRIBUTES));
     ExpectSame(Body(), expected);
     const Document clone(m_Document->Clone());
     ExpectSame(SavedBody(*clone), expected);
     m_Root.CopyChild(clone->GetRoot(), nullptr);
-    EXPECT_EQ(Count(m_Root.GetFirstChild()->GetAttributes()),
-              static_cast<std::size_t>(kAttributes));
+    EXPECT_EQ(Count(m_Root.GetFirstChild()->GetAttributes()), static_cast<std::size_t>(ATTRIBUTES));
 }
 
 TEST_F(Width, TwentyThousandAttributesAreRemovedFromBothEnds) {
-    for (int i = 0; i < kAttributes; ++i)
+    for (int i = 0; i < ATTRIBUTES; ++i)
         m_Root.SetAttribute(Name(i).c_str(), "v");
-    for (int i = 0; i < kAttributes / 2 - 1; ++i) {
+    for (int i = 0; i < ATTRIBUTES / 2 - 1; ++i) {
         m_Root.SetAttribute(Name(i).c_str(), "");
-        m_Root.SetAttribute(Name(kAttributes - 1 - i).c_str(), nullptr);
+        m_Root.SetAttribute(Name(ATTRIBUTES - 1 - i).c_str(), nullptr);
         if (i % 1000 != 0) continue;
         ASSERT_STREQ(m_Root.GetAttributes()[0]->GetName(), Name(i + 1).c_str());
         ASSERT_STREQ(m_Root.GetAttributeValue(Name(i).c_str()), "");
@@ -245,12 +244,12 @@ TEST_F(Width, TwentyThousandAttributesAreRemovedFromBothEnds) {
 }
 
 TEST_F(Width, AttributesAreFoundHoweverTheyWereChanged) {
-    for (int i = 0; i < kAttributes; ++i)
+    for (int i = 0; i < ATTRIBUTES; ++i)
         m_Root.SetAttribute(Name(i).c_str(), "v");
     CXMLAttribut** attributes = m_Root.GetAttributes();
-    attributes[kAttributes - 1]->SetName("renamed");
+    attributes[ATTRIBUTES - 1]->SetName("renamed");
     EXPECT_STREQ(m_Root.GetAttributeValue("renamed"), "v");
-    EXPECT_STREQ(m_Root.GetAttributeValue(Name(kAttributes - 1).c_str()), "");
+    EXPECT_STREQ(m_Root.GetAttributeValue(Name(ATTRIBUTES - 1).c_str()), "");
 
     *attributes[5000] = CXMLAttribut("assigned", "w");
     EXPECT_STREQ(m_Root.GetAttributeValue("assigned"), "w");
@@ -268,7 +267,7 @@ TEST_F(Width, AttributesAreFoundHoweverTheyWereChanged) {
 
     m_Root.GetAttributes()[300]->SetName("");
     EXPECT_STREQ(m_Root.GetAttributeValue(""), "v");
-    EXPECT_EQ(Count(m_Root.GetAttributes()), static_cast<std::size_t>(kAttributes) - 2);
+    EXPECT_EQ(Count(m_Root.GetAttributes()), static_cast<std::size_t>(ATTRIBUTES) - 2);
     m_Root.SetAttribute("a100", "new");
-    EXPECT_STREQ(m_Root.GetAttributes()[kAttributes - 2]->GetName(), "a100");
+    EXPECT_STREQ(m_Root.GetAttributes()[ATTRIBUTES - 2]->GetName(), "a100");
 }

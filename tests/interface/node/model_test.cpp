@@ -249,7 +249,7 @@ void TreeModel::Step() {
 
 void TreeModel::Check() {
     for (const bool format : {false, true}) {
-        std::string expected = kDeclaration + (format ? "\r\n" : "");
+        std::string expected = DECLARATION + (format ? "\r\n" : "");
         Write(*m_pRoot, format, "", expected);
         ASSERT_EQ(Saved(m_Document, format), expected);
     }

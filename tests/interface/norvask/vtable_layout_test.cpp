@@ -13,9 +13,9 @@ using namespace norvask_test;
 
 namespace {
 
-constexpr std::ptrdiff_t kNotVirtual = -1;
+constexpr std::ptrdiff_t NOT_VIRTUAL = -1;
 
-// The slot that a pointer to a member function names; kNotVirtual for an ordinary function.
+// The slot that a pointer to a member function names; NOT_VIRTUAL for an ordinary function.
 template <typename Function>
 std::ptrdiff_t SlotOf(Function function) {
     static_assert(sizeof(function) == 2 * sizeof(std::ptrdiff_t), "no Itanium member pointer");
@@ -30,7 +30,7 @@ std::ptrdiff_t SlotOf(Function function) {
     const std::ptrdiff_t offset = words[0] - 1;
 #endif
     const std::ptrdiff_t slotSize = sizeof(void*);
-    return isVirtual && offset % slotSize == 0 ? offset / slotSize : kNotVirtual;
+    return isVirtual && offset % slotSize == 0 ? offset / slotSize : NOT_VIRTUAL;
 }
 
 // The functions have the slots from this one on, in this order.
@@ -60,13 +60,13 @@ std::set<std::size_t> Differences(const std::vector<std::uintptr_t>& a,
 }
 
 // The destructor's two slots and the operations of each class.
-constexpr std::size_t kNodeSlots = 2 + 20;
-constexpr std::size_t kTextSlots = kNodeSlots + 16;
-constexpr std::size_t kBinarySlots = kNodeSlots + 3;
-constexpr std::size_t kDocumentSlots = 2 + 10;
-constexpr std::size_t kHandlerSlots = 2 + 11;
-constexpr std::size_t kSaxAttributSlots = 2 + 4;
-constexpr std::size_t kWriterSlots = 2 + 13;
+constexpr std::size_t NODE_SLOTS = 2 + 20;
+constexpr std::size_t TEXT_SLOTS = NODE_SLOTS + 16;
+constexpr std::size_t BINARY_SLOTS = NODE_SLOTS + 3;
+constexpr std::size_t DOCUMENT_SLOTS = 2 + 10;
+constexpr std::size_t HANDLER_SLOTS = 2 + 11;
+constexpr std::size_t SAX_ATTRIBUT_SLOTS = 2 + 4;
+constexpr std::size_t WRITER_SLOTS = 2 + 13;
 
 // The one private operation: an override of it has its slot.
 class CDeletingBinary : public CBinaryProbe {
@@ -102,7 +102,7 @@ class CAttributTable : public CXMLSaxHandler {
 public:
     void StartElement(const char*, const char*, const char*,
                       CXMLSaxAttribut** attributes) override {
-        m_Slots = Slots(attributes[0], kSaxAttributSlots);
+        m_Slots = Slots(attributes[0], SAX_ATTRIBUT_SLOTS);
     }
     std::vector<std::uintptr_t> m_Slots;
 };
@@ -127,7 +127,7 @@ TEST(VtableLayout, OfNodes) {
 
 TEST(VtableLayout, OfTextNodesBehindThoseOfNodes) {
     ExpectSlots(
-        kNodeSlots, &CXMLTextNode::SetText, &CXMLTextNode::SetDateTimeText,
+        NODE_SLOTS, &CXMLTextNode::SetText, &CXMLTextNode::SetDateTimeText,
         &CXMLTextNode::SetDateText, &CXMLTextNode::SetTimeText, &CXMLTextNode::SetDoubleText,
         &CXMLTextNode::SetLongText, &CXMLTextNode::SetBoolText, &CXMLTextNode::SetBinaryText,
         &CXMLTextNode::GetText, &CXMLTextNode::GetDateText, &CXMLTextNode::GetDateTimeText,
@@ -136,7 +136,7 @@ TEST(VtableLayout, OfTextNodesBehindThoseOfNodes) {
 }
 
 TEST(VtableLayout, OfBinaryNodesBehindThoseOfNodes) {
-    ExpectSlots(kNodeSlots, &CXMLBinNode::SetData, &CXMLBinNode::GetData,
+    ExpectSlots(NODE_SLOTS, &CXMLBinNode::SetData, &CXMLBinNode::GetData,
                 &CDeletingBinary::DeleteData);
 }
 
@@ -186,7 +186,7 @@ TEST(VtableLayout, OfHandlers) {
     CXMLSaxHandler plain;
     CTextHandler text;
     const std::set<std::size_t> overridden = {6};
-    EXPECT_EQ(Differences(Slots(&plain, kHandlerSlots), Slots(&text, kHandlerSlots)), overridden);
+    EXPECT_EQ(Differences(Slots(&plain, HANDLER_SLOTS), Slots(&text, HANDLER_SLOTS)), overridden);
 }
 
 TEST(VtableLayout, OfReportedAttributes) {
@@ -196,9 +196,9 @@ TEST(VtableLayout, OfReportedAttributes) {
 
     CAttributTable handler;
     LoadMemory("<r k='v'/>", handler);
-    ASSERT_EQ(handler.m_Slots.size(), kSaxAttributSlots);
+    ASSERT_EQ(handler.m_Slots.size(), SAX_ATTRIBUT_SLOTS);
     CSaxAttributProbe probe;
-    EXPECT_EQ(Differences(handler.m_Slots, Slots(&probe, kSaxAttributSlots)),
+    EXPECT_EQ(Differences(handler.m_Slots, Slots(&probe, SAX_ATTRIBUT_SLOTS)),
               std::set<std::size_t>());
 }
 
@@ -214,36 +214,36 @@ TEST(VtableLayout, OfWriters) {
     CXMLSaxWriter plain;
     CTextWriter text;
     const std::set<std::size_t> overridden = {7};
-    EXPECT_EQ(Differences(Slots(&plain, kWriterSlots), Slots(&text, kWriterSlots)), overridden);
+    EXPECT_EQ(Differences(Slots(&plain, WRITER_SLOTS), Slots(&text, WRITER_SLOTS)), overridden);
 }
 
 TEST(VtableLayout, HasNoPlaceForClassesWithoutVirtualOperations) {
     EXPECT_FALSE(std::is_polymorphic<CXMLAttribut>::value);
     EXPECT_FALSE(std::is_polymorphic<CXMLManager>::value);
-    EXPECT_EQ(SlotOf(&CXMLAttribut::GetName), kNotVirtual);
-    EXPECT_EQ(SlotOf(&CXMLAttribut::SetValue), kNotVirtual);
-    EXPECT_EQ(SlotOf(&CXMLManager::IsInitialized), kNotVirtual);
-    EXPECT_EQ(SlotOf(&CXMLManager::CreateDocument), kNotVirtual);
+    EXPECT_EQ(SlotOf(&CXMLAttribut::GetName), NOT_VIRTUAL);
+    EXPECT_EQ(SlotOf(&CXMLAttribut::SetValue), NOT_VIRTUAL);
+    EXPECT_EQ(SlotOf(&CXMLManager::IsInitialized), NOT_VIRTUAL);
+    EXPECT_EQ(SlotOf(&CXMLManager::CreateDocument), NOT_VIRTUAL);
 }
 
 TEST(VtableLayout, ShowsAnOverrideInItsSlotOnly) {
     CElementProbe plain("plain");
     CNamed named("named");
     const std::set<std::size_t> expected = {6};
-    EXPECT_EQ(Differences(Slots(&plain, kNodeSlots), Slots(&named, kNodeSlots)), expected);
+    EXPECT_EQ(Differences(Slots(&plain, NODE_SLOTS), Slots(&named, NODE_SLOTS)), expected);
 
     CBinaryProbe binary;
     CDeletingBinary deleting;
-    const std::set<std::size_t> deleted = {kBinarySlots - 1};
-    EXPECT_EQ(Differences(Slots(&binary, kBinarySlots), Slots(&deleting, kBinarySlots)), deleted);
+    const std::set<std::size_t> deleted = {BINARY_SLOTS - 1};
+    EXPECT_EQ(Differences(Slots(&binary, BINARY_SLOTS), Slots(&deleting, BINARY_SLOTS)), deleted);
 }
 
 TEST(VtableLayout, OfTheLibrarysLeavesOverridesWhatLeavesRefuse) {
     const Document document = NewDocumentWithRoot("r");
     CXMLNode* root = document->GetRoot();
-    const auto element = Slots(root, kNodeSlots);
-    const auto text = Slots(root->CreateTextChild("t"), kNodeSlots);
-    const auto binary = Slots(root->CreateBinChild(), kNodeSlots);
+    const auto element = Slots(root, NODE_SLOTS);
+    const auto text = Slots(root->CreateTextChild("t"), NODE_SLOTS);
+    const auto binary = Slots(root->CreateBinChild(), NODE_SLOTS);
     const std::set<std::size_t> overridden = {2, 7, 10, 12, 13, 16, 17, 18, 19, 20};
     EXPECT_EQ(Differences(element, text), overridden);
     EXPECT_EQ(Differences(element, binary), overridden);
@@ -254,15 +254,15 @@ TEST(VtableLayout, OfTheLibrarysObjectsIsWhatDerivedObjectsInherit) {
     CXMLNode* root = document->GetRoot();
     const std::set<std::size_t> none;
     CElementProbe element("e");
-    EXPECT_EQ(Differences(Slots(root, kNodeSlots), Slots(&element, kNodeSlots)), none);
+    EXPECT_EQ(Differences(Slots(root, NODE_SLOTS), Slots(&element, NODE_SLOTS)), none);
     CTextProbe text("t");
-    EXPECT_EQ(Differences(Slots(root->CreateTextChild("t"), kTextSlots), Slots(&text, kTextSlots)),
+    EXPECT_EQ(Differences(Slots(root->CreateTextChild("t"), TEXT_SLOTS), Slots(&text, TEXT_SLOTS)),
               none);
     CBinaryProbe binary;
     EXPECT_EQ(
-        Differences(Slots(root->CreateBinChild(), kBinarySlots), Slots(&binary, kBinarySlots)),
+        Differences(Slots(root->CreateBinChild(), BINARY_SLOTS), Slots(&binary, BINARY_SLOTS)),
         none);
     CDocumentProbe probe;
-    EXPECT_EQ(Differences(Slots(document.get(), kDocumentSlots), Slots(&probe, kDocumentSlots)),
+    EXPECT_EQ(Differences(Slots(document.get(), DOCUMENT_SLOTS), Slots(&probe, DOCUMENT_SLOTS)),
               none);
 }

@@ -10,7 +10,7 @@ struct SRow {
     const char* bytes;  // nullptr: no Base64
 };
 
-const SRow kRows[] = {
+const SRow ROWS[] = {
     {"QUJD", "ABC"},
     {"QUJDREVG", "ABCDEF"},
     {"QUI=", "AB"},
@@ -57,7 +57,7 @@ const SRow kRows[] = {
 }  // namespace
 
 TEST(Base64Reading, DecodesWhatIsBase64AndRefusesTheRest) {
-    for (const SRow& row : kRows) {
+    for (const SRow& row : ROWS) {
         unsigned char before = 0;
         unsigned char* data = &before;
         std::size_t length = 77;

@@ -100,10 +100,10 @@ TEST(CallbackErrors, OfASchemaAreThoseOfTheSchemaInForce) {
     TemporaryFile named(".xsd", Schema(true));
     const SLoad forPlain = ValidateWithSchema(plain.Name());
     const SLoad forNamed = ValidateWithSchema(std::string("urn:t ") + named.Name(), true);
-    ExpectFailure({"<r>\n<n>x</n></r>", 2, kNoInteger,
+    ExpectFailure({"<r>\n<n>x</n></r>", 2, NO_INTEGER,
                    "StartDocument\nStartElement r d=\"default\"\nStartElement n\n"},
                   forPlain);
-    ExpectFailure({"<t:r xmlns:t='urn:t'>\n\n<t:n>x</t:n></t:r>", 3, kNoInteger,
+    ExpectFailure({"<t:r xmlns:t='urn:t'>\n\n<t:n>x</t:n></t:r>", 3, NO_INTEGER,
                    "StartDocument\nStartNamespace \"t\"=\"urn:t\"\n"
                    "StartElement {urn:t}r=t:r d=\"default\"\nStartElement {urn:t}n=t:n\n"},
                   forNamed);

@@ -227,7 +227,7 @@ TEST(CallbackEvents, GiveShortTextsBehindLongOnesAsTheyAre) {
 }
 
 TEST(CallbackEvents, EndEachOfAMillionElements) {
-    const int count = kIsSanitized ? 100000 : 1000000;
+    const int count = IS_SANITIZED ? 100000 : 1000000;
     std::string xml = "<r>";
     for (int i = 0; i < count; ++i)
         xml += "<e/>";

@@ -179,7 +179,7 @@ TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfAnInternalEntity) {
 // The entities are longer than the document, so that positions inside of them would show.
 TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfLongAndNestedEntities) {
     const CSourceOffsets on;
-    const std::size_t count = kIsSanitized ? 3000 : 20000;
+    const std::size_t count = IS_SANITIZED ? 3000 : 20000;
     std::string content = "<?xml encoding='UTF-8'?>";
     for (std::size_t i = 0; i < count; ++i)
         content += "<a>&i;</a>\n";

@@ -17,8 +17,8 @@ class CallbackReader : public ::testing::Test {
     const CSourceOffsets m_On;
 };
 
-const char* const kDocument = "<r><a/><b/></r>";
-const char* const kEvents =
+const char* const DOCUMENT = "<r><a/><b/></r>";
+const char* const EVENTS =
     "StartElement r\nStartElement a\nEndElement a\nStartElement b\nEndElement b\nEndElement r\n";
 
 }  // namespace
@@ -40,8 +40,8 @@ TEST_F(CallbackReader, IsSharedWithACopyThatIsMadeDuringTheLoad) {
             EXPECT_EQ(copyOfCopy->GetSourceOffset(), 15u);
         }
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
     ASSERT_NE(copyOfCopy, nullptr);
     EXPECT_EQ(copyOfCopy->GetSourceOffset(), 0u);
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
@@ -58,7 +58,7 @@ TEST_F(CallbackReader, IsGoneFromCopiesAfterALoadThatThrew) {
             EXPECT_EQ(assigned.GetSourceOffset(), 7u);
             throw 42;
         });
-        EXPECT_THROW(LoadMemory(kDocument, handler), int);
+        EXPECT_THROW(LoadMemory(DOCUMENT, handler), int);
         EXPECT_EQ(assigned.GetSourceOffset(), 0u);
     }
     EXPECT_EQ(assigned.GetSourceOffset(), 0u);
@@ -71,18 +71,18 @@ TEST_F(CallbackReader, OfTheNextLoadIsNoneOfACopyFromBefore) {
     CRecordingHandler handler([&](const std::string&) {
         if (!copy) copy = std::make_unique<CXMLSaxHandler>(handler);
     });
-    LoadMemory(kDocument, handler);
+    LoadMemory(DOCUMENT, handler);
     handler.Do([&](const std::string& line) {
         if (line != "StartElement b") return;
         EXPECT_EQ(handler.GetSourceOffset(), 11u);
         EXPECT_EQ(copy->GetSourceOffset(), 0u);
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents) + Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS) + Whole(EVENTS));
 
     CXMLSaxHandler before(handler);
     handler.Do([&](const std::string&) { EXPECT_EQ(before.GetSourceOffset(), 0u); });
-    LoadMemory(kDocument, handler);
+    LoadMemory(DOCUMENT, handler);
 }
 
 TEST_F(CallbackReader, MayBeAssignedAwayAndBack) {
@@ -106,24 +106,24 @@ TEST_F(CallbackReader, MayBeAssignedAwayAndBack) {
             base = idle;  // and stays away
         }
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
     EXPECT_EQ(keeper.GetSourceOffset(), 0u);
     handler.Do(nullptr);
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
 }
 
 TEST_F(CallbackReader, EndsWithAHandlerThatIsDeletedAfterALoad) {
-    TemporaryFile file(".xml", kDocument);
+    TemporaryFile file(".xml", DOCUMENT);
     std::unique_ptr<CXMLSaxHandler> copy;
     for (int i = 0; i < 10; ++i) {
         auto handler = std::make_unique<CRecordingHandler>();
         CRecordingHandler* inside = handler.get();
         handler->Do([&](const std::string&) { copy = std::make_unique<CXMLSaxHandler>(*inside); });
         if (i % 2) {
-            LoadMemory(kDocument, *handler);
+            LoadMemory(DOCUMENT, *handler);
         } else {
             LoadFile(file.Name(), *handler);
         }
@@ -132,7 +132,7 @@ TEST_F(CallbackReader, EndsWithAHandlerThatIsDeletedAfterALoad) {
     }
     // A copy serves loads of its own.
     std::uint64_t last = 0;
-    LoadMemory(kDocument, *copy);
+    LoadMemory(DOCUMENT, *copy);
     EXPECT_EQ(copy->GetSourceOffset(), last);
 }
 
@@ -190,9 +190,9 @@ TEST_F(CallbackReader, OfALoadInsideThatThrowsLeavesTheOuterOne) {
         EXPECT_EQ(inner.GetSourceOffset(), 0u);
         EXPECT_EQ(outer.GetSourceOffset(), line == "StartElement a" ? 7u : 11u);
     });
-    LoadMemory(kDocument, outer);
+    LoadMemory(DOCUMENT, outer);
     EXPECT_EQ(caught, 2);
-    EXPECT_EQ(outer.Take(), Whole(kEvents));
+    EXPECT_EQ(outer.Take(), Whole(EVENTS));
 }
 
 TEST_F(CallbackReader, LetsTreesBeLoadedInsideACallback) {
@@ -215,8 +215,8 @@ TEST_F(CallbackReader, DoesNotMoveTheCallbacks) {
         if (line != "StartElement r") return;
         static_cast<CXMLSaxHandler&>(other) = handler;
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
     EXPECT_EQ(other.Take(), "");
     EXPECT_EQ(other.GetSourceOffset(), 0u);
 }

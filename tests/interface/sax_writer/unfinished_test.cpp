@@ -109,7 +109,7 @@ TEST(WriterUnfinished, IsNotRemovedWhenItIsALinkAndNeitherIsItsTarget) {
     WriteUnfinished(link);
     EXPECT_TRUE(IsKind(link, S_IFLNK));
     EXPECT_TRUE(IsKind(target, S_IFREG));
-    EXPECT_EQ(ReadFile(target), kDeclaration + std::string("\r\n<a>text"));
+    EXPECT_EQ(ReadFile(target), DECLARATION + std::string("\r\n<a>text"));
     // A link to a file that is made by opening it.
     ASSERT_EQ(unlink(target.c_str()), 0);
     WriteUnfinished(link);
@@ -143,7 +143,7 @@ TEST(WriterUnfinished, IsNotRemovedWhenItIsAPipe) {
     const ssize_t count = read(reader, bytes, sizeof bytes);
     ASSERT_GE(count, 0);
     EXPECT_EQ(std::string(bytes, static_cast<std::size_t>(count)),
-              kDeclaration + std::string("\r\n<a>text"));
+              DECLARATION + std::string("\r\n<a>text"));
     close(reader);
 }
 

@@ -9,7 +9,7 @@ using namespace norvask_test;
 
 namespace {
 
-const STypedCalls<CXMLTextNode> kCalls = {
+const STypedCalls<CXMLTextNode> CALLS = {
     &CXMLTextNode::GetText,       &CXMLTextNode::SetText,         &CXMLTextNode::GetDateText,
     &CXMLTextNode::SetDateText,   &CXMLTextNode::GetDateTimeText, &CXMLTextNode::SetDateTimeText,
     &CXMLTextNode::GetTimeText,   &CXMLTextNode::SetTimeText,     &CXMLTextNode::GetDoubleText,
@@ -19,7 +19,7 @@ const STypedCalls<CXMLTextNode> kCalls = {
 class TextNode : public CTreeFixture {
 protected:
     CXMLTextNode& m_Text = *m_Root.CreateTextChild("old");
-    CTypedValue<CXMLTextNode> m_Typed{m_Text, kCalls};
+    CTypedValue<CXMLTextNode> m_Typed{m_Text, CALLS};
 };
 
 }  // namespace
