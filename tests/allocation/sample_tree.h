@@ -12,8 +12,8 @@
 
 namespace norvask_test {
 
-inline const std::string kLong(3000, 'l');
-inline const std::string kLonger = "\xC3\xA9\xE2\x82" + std::string(3000, 'm');  // not quite UTF-8
+inline const std::string LONG(3000, 'l');
+inline const std::string LONGER = "\xC3\xA9\xE2\x82" + std::string(3000, 'm');  // not quite UTF-8
 
 // The tree that operations run on: an element "target" with attributes and children behind `filled`
 // others, and a text and a binary node to be changed.
@@ -35,11 +35,11 @@ struct STree {
     }
 
     Document document;
-    norvask::CXMLNode* root = nullptr;
-    norvask::CXMLNode* target = nullptr;
-    norvask::CXMLNode* simple = nullptr;
-    norvask::CXMLTextNode* text = nullptr;
-    norvask::CXMLBinNode* binary = nullptr;
+    CXMLNode* root = nullptr;
+    CXMLNode* target = nullptr;
+    CXMLNode* simple = nullptr;
+    CXMLTextNode* text = nullptr;
+    CXMLBinNode* binary = nullptr;
 };
 
 // The document and what stands in it besides the tree.

@@ -19,7 +19,7 @@
 namespace norvask_test {
 
 // Answers what the library's own does, but an installed one is asked for every string, every time.
-class CPlainConverter : public norvask::CWideCharToString {
+class CPlainConverter : public CWideCharToString {
 public:
     CPlainConverter() { Install(); }
     CPlainConverter(const CPlainConverter&) = delete;

@@ -15,9 +15,6 @@ class CElementProbe : public norvask::CXMLNode {
 public:
     explicit CElementProbe(const char* name, CXMLNode* parent = nullptr) : CXMLNode(name, parent) {}
     explicit CElementProbe(const CXMLNode& other) : CXMLNode(other) {}
-    CElementProbe(const CElementProbe& other) = default;
-    CElementProbe& operator=(const CElementProbe& other) = default;
-    ~CElementProbe() override = default;
 
     using CXMLNode::AddToQueryResult;
     using CXMLNode::IncQueryResult;
@@ -29,9 +26,6 @@ public:
     explicit CTextProbe(const char* text, CXMLNode* parent = nullptr)
         : CXMLTextNode(text, parent) {}
     explicit CTextProbe(const CXMLTextNode& other) : CXMLTextNode(other) {}
-    CTextProbe(const CTextProbe& other) = default;
-    CTextProbe& operator=(const CTextProbe& other) = default;
-    ~CTextProbe() override = default;
 
     using CXMLNode::AddToQueryResult;
     using CXMLTextNode::Save;
@@ -41,9 +35,6 @@ class CBinaryProbe : public norvask::CXMLBinNode {
 public:
     explicit CBinaryProbe(CXMLNode* parent = nullptr) : CXMLBinNode(parent) {}
     explicit CBinaryProbe(const CXMLBinNode& other) : CXMLBinNode(other) {}
-    CBinaryProbe(const CBinaryProbe& other) = default;
-    CBinaryProbe& operator=(const CBinaryProbe& other) = default;
-    ~CBinaryProbe() override = default;
 
     using CXMLBinNode::Save;
 };
@@ -53,9 +44,6 @@ public:
     explicit CDocumentProbe(const char* dtdName = nullptr, const char* dtdPath = nullptr)
         : CXMLDocument(dtdName, dtdPath) {}
     explicit CDocumentProbe(const CXMLDocument& other) : CXMLDocument(other) {}
-    CDocumentProbe(const CDocumentProbe& other) = default;
-    CDocumentProbe& operator=(const CDocumentProbe& other) = default;
-    ~CDocumentProbe() override = default;
 };
 
 // What the protected Save of a probe writes.

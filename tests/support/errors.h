@@ -46,6 +46,9 @@
 
 namespace norvask_test {
 
+// A test says only this namespace.
+using namespace norvask;
+
 inline std::string InvalidNameText(const std::string& name) {
     return "Invalid XML name: '" + name + "'.";
 }

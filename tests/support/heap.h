@@ -20,7 +20,7 @@ inline std::size_t HeapInUse() {
 // But for what stays the same however often a thing is done. A sanitizer has an allocator of its own:
 // it keeps what is freed, and mallinfo2 does not see it.
 inline void ExpectHeapAsBefore(std::size_t before) {
-    if (!kIsSanitized) {
+    if (!IS_SANITIZED) {
         EXPECT_LE(HeapInUse(), before + 64 * 1024);
     }
 }

@@ -39,7 +39,7 @@ auto LoadFrom(const SLoad& how, Source... source) {
 inline Document LoadFile(const std::string& fileName, const SLoad& how = SLoad()) {
     return Document(LoadFrom(how, fileName.c_str()));
 }
-inline void LoadFile(const std::string& fileName, norvask::CXMLSaxHandler& handler,
+inline void LoadFile(const std::string& fileName, CXMLSaxHandler& handler,
                      const SLoad& how = SLoad()) {
     LoadFrom(how, fileName.c_str(), &handler);
 }
@@ -49,7 +49,7 @@ inline Document LoadMemory(const std::string& xml, const SLoad& how = SLoad()) {
     std::vector<unsigned char> bytes(xml.begin(), xml.end());
     return Document(LoadFrom(how, bytes.data(), static_cast<unsigned int>(bytes.size())));
 }
-inline void LoadMemory(const std::string& xml, norvask::CXMLSaxHandler& handler,
+inline void LoadMemory(const std::string& xml, CXMLSaxHandler& handler,
                        const SLoad& how = SLoad()) {
     std::vector<unsigned char> bytes(xml.begin(), xml.end());
     LoadFrom(how, bytes.data(), static_cast<unsigned int>(bytes.size()), &handler);
@@ -99,7 +99,7 @@ inline std::string Schema(bool hasNamespace) {
            "</xs:sequence><xs:attribute name=\"d\" default=\"default\"/>"
            "</xs:complexType></xs:element></xs:schema>";
 }
-inline constexpr const char* kNoInteger =
+inline constexpr const char* NO_INTEGER =
     "value 'x' does not match regular expression facet '[+\\-]?[0-9]+'";
 
 }  // namespace norvask_test

@@ -64,15 +64,15 @@ private:
         if (Below(50) == 0) text += std::string(static_cast<std::size_t>(Below(9000)), 'l');
         return text;
     }
-    void AddText(norvask::CXMLNode* node) { node->CreateTextChild(Text().c_str()); }
-    void AddBytes(norvask::CXMLNode* node) {
+    void AddText(CXMLNode* node) { node->CreateTextChild(Text().c_str()); }
+    void AddBytes(CXMLNode* node) {
         std::string bytes(static_cast<std::size_t>(Below(200) + Faithful()), '\0');
         for (char& byte : bytes)
             byte = static_cast<char>(Below(256));
         SetBytes(*node->CreateBinChild(), bytes);
     }
 
-    void Fill(norvask::CXMLNode* node, int depth) {
+    void Fill(CXMLNode* node, int depth) {
         for (int count = Below(4); count > 0; --count)
             node->SetAttribute(Name(), Text().c_str());
         const int only = m_Shape == Shape::PURE && depth > 0 ? Below(5) : 0;

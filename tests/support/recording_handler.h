@@ -24,7 +24,7 @@
 
 namespace norvask_test {
 
-class CRecordingHandler : public norvask::CXMLSaxHandler {
+class CRecordingHandler : public CXMLSaxHandler {
 public:
     // Called at the end of each callback with its line.
     using Action = std::function<void(const std::string& line)>;
@@ -48,11 +48,11 @@ public:
     void StartDocument() override { Note("StartDocument"); }
     void EndDocument() override { Note("EndDocument"); }
     void StartElement(const char* uri, const char* localName, const char* qName,
-                      norvask::CXMLSaxAttribut** attributes) override {
+                      CXMLSaxAttribut** attributes) override {
         std::string line = "StartElement " + Name(uri, localName, qName);
         if (!attributes) line += " !no array";
         for (; attributes && *attributes; ++attributes) {
-            norvask::CXMLSaxAttribut& a = **attributes;
+            CXMLSaxAttribut& a = **attributes;
             line +=
                 " " + Name(a.GetUri(), a.GetLocalName(), a.GetQName()) + "=" + Text(a.GetValue());
         }

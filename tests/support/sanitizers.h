@@ -6,15 +6,15 @@
 namespace norvask_test {
 
 #if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool kIsSanitized = true;
+inline constexpr bool IS_SANITIZED = true;
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
-inline constexpr bool kIsSanitized = true;
+inline constexpr bool IS_SANITIZED = true;
 #else
-inline constexpr bool kIsSanitized = false;
+inline constexpr bool IS_SANITIZED = false;
 #endif
 #else
-inline constexpr bool kIsSanitized = false;
+inline constexpr bool IS_SANITIZED = false;
 #endif
 
 }  // namespace norvask_test

@@ -66,8 +66,6 @@ class CMortalStream : public std::ostringstream {
 public:
     explicit CMortalStream(int& ends, std::string* bytes = nullptr)
         : m_nEnds(ends), m_pBytes(bytes) {}
-    CMortalStream(const CMortalStream&) = delete;
-    CMortalStream& operator=(const CMortalStream&) = delete;
     ~CMortalStream() override {
         ++m_nEnds;
         if (m_pBytes) *m_pBytes = str();
@@ -82,8 +80,6 @@ class CMortalFile : public std::ofstream {
 public:
     CMortalFile(int& ends, const char* name)
         : std::ofstream(name, std::ios::binary), m_nEnds(ends) {}
-    CMortalFile(const CMortalFile&) = delete;
-    CMortalFile& operator=(const CMortalFile&) = delete;
     ~CMortalFile() override { ++m_nEnds; }
 
 private:
@@ -94,8 +90,6 @@ private:
 class CMortalBuffered : public std::ostream {
 public:
     CMortalBuffered(int& ends, std::streambuf* buffer) : std::ostream(buffer), m_nEnds(ends) {}
-    CMortalBuffered(const CMortalBuffered&) = delete;
-    CMortalBuffered& operator=(const CMortalBuffered&) = delete;
     ~CMortalBuffered() override { ++m_nEnds; }
 
 private:

@@ -73,13 +73,12 @@ inline std::string AllByteValues(std::size_t length = 256) {
     return bytes;
 }
 
-inline const std::string kDeclaration = "<?xml version=\"1.0\"?>";
+inline const std::string DECLARATION = "<?xml version=\"1.0\"?>";
 
 // What stands behind the declaration.
 inline std::string Body(const std::string& bytes) {
-    return bytes.compare(0, kDeclaration.size(), kDeclaration) == 0
-               ? bytes.substr(kDeclaration.size())
-               : "no declaration: " + bytes;
+    return bytes.compare(0, DECLARATION.size(), DECLARATION) == 0 ? bytes.substr(DECLARATION.size())
+                                                                  : "no declaration: " + bytes;
 }
 
 // What saving without formatting writes there.

@@ -8,15 +8,15 @@
 
 namespace norvask_test {
 
-inline constexpr char32_t kLastCodePoint = 0x10FFFF;
-inline constexpr const char* kReplacement = "\xEF\xBF\xBD";
+inline constexpr char32_t LAST_CODE_POINT = 0x10FFFF;
+inline constexpr const char* REPLACEMENT = "\xEF\xBF\xBD";
 
 inline bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
 // What XML 1.0 allows as a character of a document.
 inline bool IsXmlCharacter(char32_t c) {
     return c == 9 || c == 10 || c == 13 || (c >= 0x20 && c <= 0xD7FF) ||
-           (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= kLastCodePoint);
+           (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= LAST_CODE_POINT);
 }
 
 inline void AppendUtf8(std::string& bytes, char32_t c) {
@@ -100,7 +100,7 @@ inline std::string ValidUtf8(const std::string& bytes) {
             low = 0x80;
             high = 0xBF;
         }
-        valid += complete ? bytes.substr(start, i - start) : std::string(kReplacement);
+        valid += complete ? bytes.substr(start, i - start) : std::string(REPLACEMENT);
     }
     return valid;
 }

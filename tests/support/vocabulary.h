@@ -20,12 +20,12 @@
 
 namespace norvask_test {
 
-inline norvask::CXMLManager& Manager() { return norvask::CXMLManager::GetInstance(); }
+inline CXMLManager& Manager() { return CXMLManager::GetInstance(); }
 
 struct SDeleteDocument {
-    void operator()(norvask::CXMLDocument* document) const { document->Delete(); }
+    void operator()(CXMLDocument* document) const { document->Delete(); }
 };
-using Document = std::unique_ptr<norvask::CXMLDocument, SDeleteDocument>;
+using Document = std::unique_ptr<CXMLDocument, SDeleteDocument>;
 
 inline Document NewDocument(const char* dtdName = nullptr, const char* dtdPath = nullptr) {
     return Document(Manager().CreateDocument(dtdName, dtdPath));
@@ -46,7 +46,7 @@ inline Document Load(const std::string& xml, bool keepPrefixes = false) {
                                            nullptr, false, keepPrefixes));
 }
 
-inline std::string Saved(norvask::CXMLDocument& document, bool format = false) {
+inline std::string Saved(CXMLDocument& document, bool format = false) {
     std::ostringstream out;
     document.Save(out, format);
     return out.str();

@@ -31,7 +31,7 @@ protected:
     }
 
     std::ostringstream m_Out;
-    norvask::CXMLSaxWriter m_Writer;
+    CXMLSaxWriter m_Writer;
 };
 
 }  // namespace norvask_test

@@ -51,17 +51,17 @@ public:
     CAttributes& operator=(const CAttributes&) = delete;
 
     // Ended by a NULL.
-    norvask::CXMLAttribut** Get() { return m_Pointers.data(); }
+    CXMLAttribut** Get() { return m_Pointers.data(); }
 
 private:
     void Point() {
-        for (norvask::CXMLAttribut& attribute : m_Attributes)
+        for (CXMLAttribut& attribute : m_Attributes)
             m_Pointers.push_back(&attribute);
         m_Pointers.push_back(nullptr);
     }
 
-    std::vector<norvask::CXMLAttribut> m_Attributes;
-    std::vector<norvask::CXMLAttribut*> m_Pointers;
+    std::vector<CXMLAttribut> m_Attributes;
+    std::vector<CXMLAttribut*> m_Pointers;
 };
 
 // Base64 in lines of 60 characters, each ended by a line feed, as the parser's encoder breaks them.
@@ -86,32 +86,31 @@ inline std::string Base64(const std::string& bytes) {
 }
 
 // One call of a writer, and what the calls write behind the declaration of a document of their own.
-using Step = std::function<void(norvask::CXMLSaxWriter&)>;
+using Step = std::function<void(CXMLSaxWriter&)>;
 
 template <typename Work>
 std::string Written(const Work& work, bool format = false) {
     std::ostringstream out;
-    norvask::CXMLSaxWriter writer;
+    CXMLSaxWriter writer;
     writer.StartDocument(&out, format, false);
     work(writer);
     writer.EndDocument();
     return Body(out.str());
 }
 
-inline void WriteElement(norvask::CXMLSaxWriter& writer, const char* name,
-                         const char* text = nullptr) {
+inline void WriteElement(CXMLSaxWriter& writer, const char* name, const char* text = nullptr) {
     writer.StartElement(name, nullptr);
     if (text) writer.Characters(text);
     writer.EndElement();
 }
 
-inline void WriteData(norvask::CXMLSaxWriter& writer, const std::string& bytes, bool cdata) {
+inline void WriteData(CXMLSaxWriter& writer, const std::string& bytes, bool cdata) {
     writer.Data(reinterpret_cast<const unsigned char*>(bytes.data()),
                 static_cast<long>(bytes.size()), cdata);
 }
 
 // A file that cannot be opened, and then no document.
-inline void ExpectFileRefused(norvask::CXMLSaxWriter& writer, const std::string& name) {
+inline void ExpectFileRefused(CXMLSaxWriter& writer, const std::string& name) {
     EXPECT_SAVING_ERROR(writer.StartDocument(name.c_str(), true), name);
     EXPECT_NOT_OPEN(writer.EndDocument());
 }

@@ -8,7 +8,6 @@
 #include "allocation/sweep.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 TEST(AllocationFailureDocument, LeavesNothingOfATreeBuiltByHand) {
@@ -18,7 +17,7 @@ TEST(AllocationFailureDocument, LeavesNothingOfATreeBuiltByHand) {
         CXMLNode* node = document->CreateRoot("r");
         for (int i = 0; i < size; ++i) {
             node->SetAttribute("a", "1");
-            node->SetAttribute("\xC3\xA9", kLong.c_str());
+            node->SetAttribute("\xC3\xA9", LONG.c_str());
             node->CreateTextChild("text");
             node->CreateBinChild()->SetData(reinterpret_cast<const unsigned char*>("data"), 4);
             node = node->CreateChild("e", node->GetFirstChild());
@@ -45,7 +44,7 @@ TEST(AllocationFailureDocument, MakesCreateDocumentAnswerNull) {
     EXPECT_GE(Sweep([](long n) {
                   CXMLDocument* document = nullptr;
                   const SAttempt attempt =
-                      Attempt([&] { document = Manager().CreateDocument("r", kLong.c_str()); }, n);
+                      Attempt([&] { document = Manager().CreateDocument("r", LONG.c_str()); }, n);
                   EXPECT_FALSE(attempt.thrown);
                   EXPECT_EQ(document == nullptr, attempt.refused);
                   if (document) document->Delete();
@@ -56,8 +55,8 @@ TEST(AllocationFailureDocument, MakesCreateDocumentAnswerNull) {
 
 TEST(AllocationFailureDocument, GivesAStreamTheBeginningOfTheDocument) {
     STree tree(50);
-    tree.text->SetText(kLonger.c_str());
-    tree.target->SetAttribute("\xC3\xA9\xFF", kLonger.c_str());
+    tree.text->SetText(LONGER.c_str());
+    tree.target->SetAttribute("\xC3\xA9\xFF", LONGER.c_str());
     CXMLNode* node = tree.root;
     for (int i = 0; i < 200; ++i)
         node = node->CreateChild("deep", nullptr);

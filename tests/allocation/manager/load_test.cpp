@@ -6,7 +6,6 @@
 #include "support/converters.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

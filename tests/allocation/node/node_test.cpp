@@ -10,7 +10,6 @@
 #include "allocation/sweep.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -82,30 +81,30 @@ void ExpectSafe(Operation operation, const Promise& promise = Unchanged) {
 TEST(AllocationFailure, LeavesTheElementWhenAChildIsCreated) {
     ExpectSafe([](STree& tree) { tree.target->CreateChild("new", nullptr); });
     ExpectSafe([](STree& tree) { tree.target->CreateChild("new", tree.text); });
-    ExpectSafe([](STree& tree) { tree.target->CreateChild(kLong.c_str(), nullptr); });
-    ExpectSafe([](STree& tree) { tree.target->CreateTextChild(kLong.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->CreateChild(LONG.c_str(), nullptr); });
+    ExpectSafe([](STree& tree) { tree.target->CreateTextChild(LONG.c_str()); });
     ExpectSafe([](STree& tree) { tree.target->CreateTextChild("short"); });
-    ExpectSafe([](STree& tree) { tree.target->CreateTextChild(kLonger.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->CreateTextChild(LONGER.c_str()); });
     ExpectSafe([](STree& tree) { tree.target->CreateBinChild(); });
 }
 
 TEST(AllocationFailure, LeavesTheAttributesWhenOneIsSet) {
     ExpectSafe([](STree& tree) { tree.target->SetAttribute("new", "v"); });
-    ExpectSafe([](STree& tree) { tree.target->SetAttribute(kLong.c_str(), "v"); });
-    ExpectSafe([](STree& tree) { tree.target->SetAttribute("new", kLong.c_str()); });
-    ExpectSafe([](STree& tree) { tree.target->SetAttribute("a", kLong.c_str()); });
-    ExpectSafe([](STree& tree) { tree.target->SetAttribute("n\xC3\xA9w\xFF", kLonger.c_str()); });
-    ExpectSafe([](STree& tree) { tree.target->GetAttributes()[0]->SetName(kLong.c_str()); });
-    ExpectSafe([](STree& tree) { tree.target->GetAttributes()[1]->SetValue(kLong.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->SetAttribute(LONG.c_str(), "v"); });
+    ExpectSafe([](STree& tree) { tree.target->SetAttribute("new", LONG.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->SetAttribute("a", LONG.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->SetAttribute("n\xC3\xA9w\xFF", LONGER.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->GetAttributes()[0]->SetName(LONG.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->GetAttributes()[1]->SetValue(LONG.c_str()); });
 }
 
 TEST(AllocationFailure, LeavesNamesAndTexts) {
-    ExpectSafe([](STree& tree) { tree.target->SetTagName(kLong.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->SetTagName(LONG.c_str()); });
     ExpectSafe([](STree& tree) { tree.target->SetTagName("\xE6\x97\xA5\xFF"); });
-    ExpectSafe([](STree& tree) { tree.text->SetText(kLong.c_str()); });
-    ExpectSafe([](STree& tree) { tree.simple->SetTextChildValue(kLong.c_str()); });
-    ExpectSafe([](STree& tree) { tree.target->GetFirstChild()->SetTextChildValue(kLong.c_str()); });
-    ExpectSafe([](STree& tree) { tree.document->SetDTDRef("other", kLong.c_str()); });
+    ExpectSafe([](STree& tree) { tree.text->SetText(LONG.c_str()); });
+    ExpectSafe([](STree& tree) { tree.simple->SetTextChildValue(LONG.c_str()); });
+    ExpectSafe([](STree& tree) { tree.target->GetFirstChild()->SetTextChildValue(LONG.c_str()); });
+    ExpectSafe([](STree& tree) { tree.document->SetDTDRef("other", LONG.c_str()); });
 }
 
 // Where the parser is asked, its failure counts as that of a transcoder, which empties the text.
@@ -116,10 +115,10 @@ TEST(AllocationFailure, LeavesOrEmptiesATextThatTheParserIsAskedAbout) {
         emptied.replace(emptied.find("\"text\""), 6, "\"\"");
         return now == before || now == emptied;
     };
-    ExpectSafe([](STree& tree) { tree.text->SetText(kLonger.c_str()); }, promise);
+    ExpectSafe([](STree& tree) { tree.text->SetText(LONGER.c_str()); }, promise);
     ExpectSafe(
         [](STree& tree) {
-            tree.text->SetBinaryText(reinterpret_cast<const unsigned char*>(kLong.data()), 3000);
+            tree.text->SetBinaryText(reinterpret_cast<const unsigned char*>(LONG.data()), 3000);
         },
         promise);
 }
@@ -132,14 +131,14 @@ TEST(AllocationFailure, EmptiesABinaryNode) {
     };
     ExpectSafe(
         [](STree& tree) {
-            tree.binary->SetData(reinterpret_cast<const unsigned char*>(kLong.data()), 3000);
+            tree.binary->SetData(reinterpret_cast<const unsigned char*>(LONG.data()), 3000);
         },
         promise);
 }
 
 TEST(AllocationFailure, LeavesTheOldRoot) {
     ExpectSafe([](STree& tree) { tree.document->CreateRoot("new"); });
-    ExpectSafe([](STree& tree) { tree.document->CreateRoot(kLong.c_str()); });
+    ExpectSafe([](STree& tree) { tree.document->CreateRoot(LONG.c_str()); });
 }
 
 TEST(AllocationFailure, LeavesTheTreeWhenItIsQueried) {
@@ -170,8 +169,8 @@ TEST(AllocationFailure, LeavesAPartOfACopyAtMost) {
     ExpectSafe([](STree& tree) { tree.root->CopyChild(tree.target, nullptr); }, promise);
     ExpectSafe([](STree& tree) { tree.root->CopyChild(tree.root, nullptr); }, promise);
     STree source(20);
-    source.target->SetAttribute("long", kLong.c_str());
-    source.text->SetText(kLong.c_str());
+    source.target->SetAttribute("long", LONG.c_str());
+    source.text->SetText(LONG.c_str());
     ExpectSafe([&source](STree& tree) { tree.root->CopyChild(source.root, nullptr); }, promise);
 }
 

@@ -5,7 +5,6 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 TEST(AllocationFailureRare, DoesNotKeepAnAttributeFromBeingFound) {

@@ -13,7 +13,6 @@
 #include "support/source_offsets.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -173,9 +172,6 @@ class CProbe : public CXMLSaxAttribut {
 public:
     CProbe(const char* uri, const char* localName, const char* qName, const char* value)
         : CXMLSaxAttribut(uri, localName, qName, value) {}
-    CProbe(const CProbe& other) = default;
-    CProbe& operator=(const CProbe& other) = default;
-    ~CProbe() override = default;
 };
 
 }  // namespace

@@ -7,13 +7,12 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-const std::string kLongName(3000, 'n');
-const std::string kLongText(2000, '&');
+const std::string LONG_NAME(3000, 'n');
+const std::string LONG_TEXT(2000, '&');
 
 // A document in single calls. What they need is made before, so that only the writer allocates.
 class CSteps {
@@ -24,8 +23,8 @@ public:
         Add([&attributes](CXMLSaxWriter& w) { w.StartElement("root", attributes.Get()); });
         for (int i = 0; i < 40; ++i)
             Add([](CXMLSaxWriter& w) { w.StartElement("a-name-of-some-length", nullptr); });
-        Add([](CXMLSaxWriter& w) { w.StartElement(kLongName.c_str(), nullptr); });
-        Add([](CXMLSaxWriter& w) { w.Characters(kLongText.c_str()); });
+        Add([](CXMLSaxWriter& w) { w.StartElement(LONG_NAME.c_str(), nullptr); });
+        Add([](CXMLSaxWriter& w) { w.Characters(LONG_TEXT.c_str()); });
         Add([](CXMLSaxWriter& w) { w.Characters("\xC3\xA9"); });
         if (!plain) Add([](CXMLSaxWriter& w) { w.Characters("text \xFF text"); });
         Add([](CXMLSaxWriter& w) { w.EndElement(); });
@@ -120,7 +119,7 @@ TEST(AllocationFailureWriter, LetsAnOperationThatFailedBeRepeated) {
 // A text that is not well-formed UTF-8 is converted while it is written. What came before is
 // written then, and the document goes on behind it.
 TEST(AllocationFailureWriter, GoesOnBehindATextThatFailedInTheMiddle) {
-    const std::string element = kDeclaration + "\r\n<r>";
+    const std::string element = DECLARATION + "\r\n<r>";
     EXPECT_GT(Sweep([&](long n) {
                   CFixedBuffer buffer;
                   std::ostream out(&buffer);
@@ -143,7 +142,7 @@ TEST(AllocationFailureWriter, GoesOnBehindATextThatFailedInTheMiddle) {
 
 // Refusals are exceptions with a text of their own, for which there may be no memory either.
 TEST(AllocationFailureWriter, LeavesNothingOfARefusal) {
-    const std::string name = kLongName + " ";
+    const std::string name = LONG_NAME + " ";
     EXPECT_GE(Sweep([&](long n) {
                   CFixedBuffer buffer;
                   std::ostream out(&buffer);
@@ -198,7 +197,7 @@ TEST(AllocationFailureWriter, LeavesNothingOfAFileAndStartsAgain) {
                 if (ended) writer.EndDocument();
             }
             EXPECT_EQ(file.Exists(), ended);
-            EXPECT_EQ(file.Content(), ended ? kDeclaration + "<a/>" : "");
+            EXPECT_EQ(file.Content(), ended ? DECLARATION + "<a/>" : "");
             return refused;
         });
         EXPECT_GE(refusals, 3);  // the name, the stream and its buffer

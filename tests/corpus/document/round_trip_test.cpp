@@ -19,7 +19,6 @@
 
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 namespace fs = std::filesystem;
 
@@ -37,7 +36,7 @@ struct SCorpus {
 
 void PrintTo(const SCorpus& corpus, std::ostream* out) { *out << corpus.name; }
 
-const SCorpus kCorpora[] = {
+const SCorpus CORPORA[] = {
     {"Cldr", "unicode-cldr-core", "/usr/share/unicode/cldr", ".xml", "common/dtd", 2000, false},
     {"KhronosApi", "khronos-api", "/usr/share/khronos-api", ".xml", nullptr, 3, false},
     {"Gir", "libgirepository1.0-dev", "/usr/share/gir-1.0", ".gir", nullptr, 10, true},
@@ -188,7 +187,7 @@ TEST_P(RoundTripCorpus, SavesToTheSameBytesAgain) {
     EXPECT_EQ(notReadBack != 0, corpus.hasDefaultNamespace);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RoundTripCorpus, ::testing::ValuesIn(kCorpora),
+INSTANTIATE_TEST_SUITE_P(All, RoundTripCorpus, ::testing::ValuesIn(CORPORA),
                          [](const ::testing::TestParamInfo<SCorpus>& corpus) {
                              return std::string(corpus.param.name);
                          });

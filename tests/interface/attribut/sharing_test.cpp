@@ -4,9 +4,9 @@
 #include <cstdlib>
 
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -20,12 +20,14 @@ bool Shares(CXMLAttribut& a, CXMLAttribut& b) {
 }
 
 // Long enough that no string fits into the object itself, and one that does.
-const char* const kValues[] = {"v", "a value that is a good deal longer than a pointer"};
+const char* const VALUES[] = {"v", "a value that is a good deal longer than a pointer"};
+
+class AttributeSharing : public CTreeFixture {};
 
 }  // namespace
 
-TEST(AttributeSharing, ShowsTheSamePointersInACopy) {
-    for (const char* value : kValues) {
+TEST_F(AttributeSharing, ShowsTheSamePointersInACopy) {
+    for (const char* value : VALUES) {
         auto source = std::make_unique<CXMLAttribut>("name", value);
         CXMLAttribut copy(*source);
         CXMLAttribut assigned("other", "other");
@@ -38,7 +40,7 @@ TEST(AttributeSharing, ShowsTheSamePointersInACopy) {
     }
 }
 
-TEST(AttributeSharing, GivesTheChangedObjectAStringOfItsOwn) {
+TEST_F(AttributeSharing, GivesTheChangedObjectAStringOfItsOwn) {
     CXMLAttribut source("name", "value");
     CXMLAttribut copy(source);
     copy.SetValue("changed");
@@ -50,7 +52,7 @@ TEST(AttributeSharing, GivesTheChangedObjectAStringOfItsOwn) {
     EXPECT_EQ(Shown(copy), "name=changed");
 }
 
-TEST(AttributeSharing, SurvivesAssignmentToItself) {
+TEST_F(AttributeSharing, SurvivesAssignmentToItself) {
     CXMLAttribut attribute("name", "value");
     CXMLAttribut& same = attribute;
     attribute = same;
@@ -61,12 +63,12 @@ TEST(AttributeSharing, SurvivesAssignmentToItself) {
     EXPECT_EQ(Shown(copy), "name=value");
 }
 
-TEST(AttributeSharing, SurvivesAVectorThatGrowsIsSortedAndShrinks) {
+TEST_F(AttributeSharing, SurvivesAVectorThatGrowsIsSortedAndShrinks) {
     std::vector<CXMLAttribut> attributes;
     for (int i = 0; i < 1000; ++i) {
         const std::string number = std::to_string((i * 7919) % 1000);
         attributes.emplace_back(("n" + std::string(4 - number.size(), '0') + number).c_str(),
-                                (number + kValues[i % 2]).c_str());
+                                (number + VALUES[i % 2]).c_str());
     }
     std::sort(attributes.begin(), attributes.end(), [](CXMLAttribut a, CXMLAttribut b) {
         return std::string(a.GetName()) < b.GetName();
@@ -84,8 +86,8 @@ TEST(AttributeSharing, SurvivesAVectorThatGrowsIsSortedAndShrinks) {
     EXPECT_EQ(std::atoi(others.back().GetValue()), 999);
 }
 
-TEST(AttributeSharing, OutlivesTheDocument) {
-    for (const char* value : kValues) {
+TEST_F(AttributeSharing, OutlivesTheDocument) {
+    for (const char* value : VALUES) {
         Document document = Load("<r><c name='" + std::string(value) + "'/></r>");
         CXMLAttribut copy(*document->GetRoot()->GetFirstChild()->GetAttributes()[0]);
         CXMLAttribut assigned("a", "b");
@@ -99,44 +101,40 @@ TEST(AttributeSharing, OutlivesTheDocument) {
     }
 }
 
-TEST(AttributeSharing, OutlivesChangesAndRemovalOfTheAttribute) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    root->SetAttribute("name", kValues[1]);
-    CXMLAttribut copy(*root->GetAttributes()[0]);
-    root->SetAttribute("name", "changed");
-    EXPECT_EQ(Shown(copy), std::string("name=") + kValues[1]);
-    CXMLAttribut second(*root->GetAttributes()[0]);
-    root->SetAttribute("name", "");
+TEST_F(AttributeSharing, OutlivesChangesAndRemovalOfTheAttribute) {
+    m_Root.SetAttribute("name", VALUES[1]);
+    CXMLAttribut copy(*m_Root.GetAttributes()[0]);
+    m_Root.SetAttribute("name", "changed");
+    EXPECT_EQ(Shown(copy), std::string("name=") + VALUES[1]);
+    CXMLAttribut second(*m_Root.GetAttributes()[0]);
+    m_Root.SetAttribute("name", "");
     EXPECT_EQ(Shown(second), "name=changed");
-    document->CreateRoot("s");
+    m_Document->CreateRoot("s");
     EXPECT_EQ(Shown(second), "name=changed");
 }
 
-TEST(AttributeSharing, AssignsBetweenAttributesOfOneElement) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    root->SetAttribute("a", "1");
-    root->SetAttribute("b", "2");
-    root->SetAttribute("c", "3");
-    CXMLAttribut** attributes = root->GetAttributes();
+TEST_F(AttributeSharing, AssignsBetweenAttributesOfOneElement) {
+    m_Root.SetAttribute("a", "1");
+    m_Root.SetAttribute("b", "2");
+    m_Root.SetAttribute("c", "3");
+    CXMLAttribut** attributes = m_Root.GetAttributes();
     *attributes[0] = *attributes[2];
     EXPECT_TRUE(Shares(*attributes[0], *attributes[2]));
-    EXPECT_EQ(Attributes(*root), "c=3 b=2 c=3");
-    EXPECT_STREQ(root->GetAttributeValue("a"), "");
-    root->SetAttribute("c", "4");
-    EXPECT_EQ(Attributes(*root), "c=4 b=2 c=3");
-    root->SetAttribute("c", "");
-    EXPECT_EQ(Attributes(*root), "b=2 c=3");
-    std::swap(*root->GetAttributes()[0], *root->GetAttributes()[1]);
-    EXPECT_EQ(Attributes(*root), "c=3 b=2");
-    EXPECT_STREQ(root->GetAttributeValue("b"), "2");
-    EXPECT_EQ(SavedBody(*document), "<r c=\"3\" b=\"2\"/>");
+    EXPECT_EQ(Attributes(m_Root), "c=3 b=2 c=3");
+    EXPECT_STREQ(m_Root.GetAttributeValue("a"), "");
+    m_Root.SetAttribute("c", "4");
+    EXPECT_EQ(Attributes(m_Root), "c=4 b=2 c=3");
+    m_Root.SetAttribute("c", "");
+    EXPECT_EQ(Attributes(m_Root), "b=2 c=3");
+    std::swap(*m_Root.GetAttributes()[0], *m_Root.GetAttributes()[1]);
+    EXPECT_EQ(Attributes(m_Root), "c=3 b=2");
+    EXPECT_STREQ(m_Root.GetAttributeValue("b"), "2");
+    EXPECT_EQ(Body(), "<r c=\"3\" b=\"2\"/>");
 }
 
-TEST(AttributeSharing, AssignsAcrossDocumentsThatEndInEitherOrder) {
+TEST_F(AttributeSharing, AssignsAcrossDocumentsThatEndInEitherOrder) {
     for (const bool targetFirst : {true, false}) {
-        for (const char* value : kValues) {
+        for (const char* value : VALUES) {
             Document source = NewDocumentWithRoot("s");
             Document target = NewDocumentWithRoot("t");
             source->GetRoot()->SetAttribute("name", value);
@@ -152,22 +150,22 @@ TEST(AttributeSharing, AssignsAcrossDocumentsThatEndInEitherOrder) {
     }
 }
 
-TEST(AttributeSharing, AssignsAClientsAttributeToAnElementsAndBack) {
+TEST_F(AttributeSharing, AssignsAClientsAttributeToAnElementsAndBack) {
     const Document document = NewDocumentWithRoot("r");
     document->GetRoot()->SetAttribute("a", "1");
     {
-        CXMLAttribut own("own", kValues[1]);
+        CXMLAttribut own("own", VALUES[1]);
         *document->GetRoot()->GetAttributes()[0] = own;
         EXPECT_TRUE(Shares(own, *document->GetRoot()->GetAttributes()[0]));
     }
-    EXPECT_EQ(Attributes(*document->GetRoot()), std::string("own=") + kValues[1]);
+    EXPECT_EQ(Attributes(*document->GetRoot()), std::string("own=") + VALUES[1]);
     CXMLAttribut taken("", "");
     taken = *document->GetRoot()->GetAttributes()[0];
     document->GetRoot()->SetAttribute("own", "");
-    EXPECT_EQ(Shown(taken), std::string("own=") + kValues[1]);
+    EXPECT_EQ(Shown(taken), std::string("own=") + VALUES[1]);
 }
 
-TEST(AttributeSharing, AValueThatIsSetAgainAndAgainLeavesCopiesAlone) {
+TEST_F(AttributeSharing, AValueThatIsSetAgainAndAgainLeavesCopiesAlone) {
     CXMLAttribut attribute("name", "first");
     std::vector<CXMLAttribut> copies;
     std::vector<std::string> expected;
@@ -186,7 +184,7 @@ TEST(AttributeSharing, AValueThatIsSetAgainAndAgainLeavesCopiesAlone) {
     }
 }
 
-TEST(AttributeSharing, AValueCanBeReplacedByAnyPartOfItself) {
+TEST_F(AttributeSharing, AValueCanBeReplacedByAnyPartOfItself) {
     const std::string value = "0123456789012345678901234567890123456789\xC3\xA9";
     for (std::size_t start = 0; start < value.size(); ++start) {
         CXMLAttribut attribute("name", value.c_str());
@@ -197,7 +195,7 @@ TEST(AttributeSharing, AValueCanBeReplacedByAnyPartOfItself) {
     }
 }
 
-TEST(AttributeSharing, AValueThatIsSetInPlaceIsWrittenAsItNowIs) {
+TEST_F(AttributeSharing, AValueThatIsSetInPlaceIsWrittenAsItNowIs) {
     const Document document = NewDocumentWithRoot("r");
     CXMLAttribut attribute("a", "plain and long enough");
     const char* values[] = {"\xC3\xA9", "<&>", "plain", "x\xFFy", ""};

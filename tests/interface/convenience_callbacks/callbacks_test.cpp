@@ -8,13 +8,12 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
 // Every kind of event.
-const char* const kDocument =
+const char* const DOCUMENT =
     "<!DOCTYPE a [<!ATTLIST a d CDATA 'default'>]><a xmlns='urn:a' xmlns:p='urn:p' k='v' p:k='w'>"
     "text<p:b/><![CDATA[x < y]]></a>";
 
@@ -48,20 +47,20 @@ std::string Value(T value) {
 }
 
 template <typename T, typename = void>
-constexpr bool kCanBeWritten = false;
+constexpr bool CAN_BE_WRITTEN = false;
 template <typename T>
-constexpr bool kCanBeWritten<T, std::void_t<decltype(XMLWriteElement(std::declval<CXMLSaxWriter&>(),
-                                                                     "e", std::declval<T>()))>> =
+constexpr bool CAN_BE_WRITTEN<T, std::void_t<decltype(XMLWriteElement(
+                                     std::declval<CXMLSaxWriter&>(), "e", std::declval<T>()))>> =
     true;
 
 }  // namespace
 
 TEST(ConvenienceCallbacks, EveryLambdaIsCalledAsTheCallbackWouldBe) {
     CRecordingHandler direct;
-    XMLLoadText(kDocument, direct);
+    XMLLoadText(DOCUMENT, direct);
     CRecordingHandler behind;
     CXMLLambdaHandler handler = HandingOnTo(behind);
-    XMLLoadText(kDocument, handler);
+    XMLLoadText(DOCUMENT, handler);
     EXPECT_EQ(behind.Transcript(), direct.Transcript());
     for (const char* event :
          {"StartDocument", "EndDocument", "StartElement", "EndElement", "Characters", "StartCDATA",
@@ -72,7 +71,7 @@ TEST(ConvenienceCallbacks, EveryLambdaIsCalledAsTheCallbackWouldBe) {
 
 TEST(ConvenienceCallbacks, NothingNeedBeSet) {
     CXMLLambdaHandler handler;
-    EXPECT_NO_THROW(XMLLoadText(kDocument, handler));
+    EXPECT_NO_THROW(XMLLoadText(DOCUMENT, handler));
 }
 
 TEST(ConvenienceCallbacks, CopiesHaveLambdasOfTheirOwn) {
@@ -108,7 +107,7 @@ TEST(ConvenienceCallbacks, TagsAreAskedByName) {
         if (tag.Is("urn:p", "b")) seen += "U";
         if (tag.Is("b") || tag.Is("urn:a", "b") || tag.Is("", "b")) seen += "!";
     };
-    XMLLoadText(kDocument, handler);
+    XMLLoadText(DOCUMENT, handler);
     EXPECT_EQ(seen, "quQU");
 }
 
@@ -140,7 +139,7 @@ TEST(ConvenienceCallbacks, AttributesAreFoundByName) {
         EXPECT_EQ(XMLFindAttribute(nullptr, "k"), nullptr);
         EXPECT_EQ(XMLFindAttribute(nullptr, "", "k"), nullptr);
     };
-    XMLLoadText(kDocument, handler);
+    XMLLoadText(DOCUMENT, handler);
     EXPECT_EQ(tags, 2);
 }
 
@@ -175,13 +174,13 @@ TEST(ConvenienceCallbacks, ElementsWithOneValue) {
 
 // A pointer must not become a truth value, nor a character its code.
 TEST(ConvenienceCallbacks, WhatIsNoValueIsRefusedByTheCompiler) {
-    EXPECT_TRUE(kCanBeWritten<int> && kCanBeWritten<const char*> && kCanBeWritten<std::string>);
-    EXPECT_FALSE(kCanBeWritten<const void*>);
-    EXPECT_FALSE(kCanBeWritten<int*>);
-    EXPECT_FALSE(kCanBeWritten<char>);
-    EXPECT_FALSE(kCanBeWritten<wchar_t>);
-    EXPECT_FALSE(kCanBeWritten<char16_t>);
-    EXPECT_FALSE(kCanBeWritten<const wchar_t*>);
+    EXPECT_TRUE(CAN_BE_WRITTEN<int> && CAN_BE_WRITTEN<const char*> && CAN_BE_WRITTEN<std::string>);
+    EXPECT_FALSE(CAN_BE_WRITTEN<const void*>);
+    EXPECT_FALSE(CAN_BE_WRITTEN<int*>);
+    EXPECT_FALSE(CAN_BE_WRITTEN<char>);
+    EXPECT_FALSE(CAN_BE_WRITTEN<wchar_t>);
+    EXPECT_FALSE(CAN_BE_WRITTEN<char16_t>);
+    EXPECT_FALSE(CAN_BE_WRITTEN<const wchar_t*>);
 }
 
 TEST(ConvenienceCallbacks, ElementsWithAttributesAndOthersInside) {

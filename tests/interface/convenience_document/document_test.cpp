@@ -12,7 +12,6 @@
 #include "support/recording_handler.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -33,10 +32,10 @@ public:
     void Save(std::ostream& out, bool) override { out.write("", PTRDIFF_MAX); }
 };
 
-const char* const kSchema =
+const char* const SCHEMA =
     "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\">"
     "<xs:element name=\"a\" type=\"xs:int\"/></xs:schema>";
-const char* const kNamespaceSchema =
+const char* const NAMESPACE_SCHEMA =
     "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" targetNamespace=\"urn:a\">"
     "<xs:element name=\"a\" type=\"xs:int\"/></xs:schema>";
 
@@ -111,8 +110,8 @@ TEST(ConvenienceDocument, OptionsByNameAndByChain) {
 
 // Each option has its effect, in all four loads.
 TEST(ConvenienceDocument, OptionsReachTheLoads) {
-    const TemporaryFile schema(".xsd", kSchema);
-    const TemporaryFile spaceSchema(".xsd", kNamespaceSchema);
+    const TemporaryFile schema(".xsd", SCHEMA);
+    const TemporaryFile spaceSchema(".xsd", NAMESPACE_SCHEMA);
     const SXMLLoadOptions plain;
     const SXMLLoadOptions bySchema = plain.ValidateBySchema(schema.Name());
     const SXMLLoadOptions bySpace =
@@ -154,7 +153,7 @@ TEST(ConvenienceDocument, CallbackLoadsCallTheHandler) {
     const char* const xml = "<a k='v'>text<b/></a>";
     const TemporaryFile file(".xml", xml);
     CRecordingHandler direct, named, fromString, fromText;
-    Manager().LoadDocument(file.Name(), &direct, false, false, nullptr, false, false);
+    LoadFrom(SLoad(), file.Name(), &direct);
     XMLLoadFile(file.Name(), named);
     XMLLoadFile(std::string(file.Name()), fromString);
     XMLLoadText(xml, fromText);

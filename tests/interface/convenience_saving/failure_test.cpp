@@ -11,7 +11,6 @@
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 namespace fs = std::filesystem;
 
@@ -42,7 +41,6 @@ private:
 class CThrowingDocument : public CXMLDocument {
 public:
     CThrowingDocument() : CXMLDocument(nullptr, nullptr) {}
-    ~CThrowingDocument() override = default;
     void Save(std::ostream& out, bool) override {
         out << std::string(200000, 'x');
         throw std::bad_alloc();
@@ -82,7 +80,7 @@ TEST_F(ConvenienceSavingFailure, AMissingDirectoryIsRefused) {
 
 TEST_F(ConvenienceSavingFailure, ADirectoryThatMayNotBeWrittenIsRefused) {
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     ASSERT_EQ(chmod(name.c_str(), 0666), 0);
     ASSERT_EQ(chmod(m_Folder.c_str(), 0555), 0);
     {
@@ -90,21 +88,21 @@ TEST_F(ConvenienceSavingFailure, ADirectoryThatMayNotBeWrittenIsRefused) {
         ExpectRefused(name);
         ExpectRefused(Inside("new.xml"));
     }
-    EXPECT_EQ(ReadFile(name), kOld);
+    EXPECT_EQ(ReadFile(name), OLD);
     EXPECT_EQ(Listed(), "list.xml");
 }
 
 // Its directory would allow to replace it.
 TEST_F(ConvenienceSavingFailure, AFileThatMayNotBeWrittenIsRefused) {
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     ASSERT_EQ(chmod(name.c_str(), 0444), 0);
     ASSERT_EQ(chmod(m_Folder.c_str(), 0777), 0);
     {
         const CNobody nobody;
         ExpectRefused(name);
     }
-    EXPECT_EQ(ReadFile(name), kOld);
+    EXPECT_EQ(ReadFile(name), OLD);
     EXPECT_EQ(Permissions(name), 0444U);
     EXPECT_EQ(Listed(), "list.xml");
 }
@@ -112,7 +110,7 @@ TEST_F(ConvenienceSavingFailure, AFileThatMayNotBeWrittenIsRefused) {
 // The limit is met in the first write, in a later one, and by the last bytes.
 TEST_F(ConvenienceSavingFailure, ASizeLimitLeavesTheOldFile) {
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     MakeLarge();
     const std::size_t size = XMLToString(*m_Document).size();
     for (const std::size_t room : {std::size_t{0}, std::size_t{1}, std::size_t{70000}, size - 1}) {
@@ -120,7 +118,7 @@ TEST_F(ConvenienceSavingFailure, ASizeLimitLeavesTheOldFile) {
         const CSizeLimit limit(room);
         ExpectRefused(name);
         ExpectRefused(Inside("new.xml"));
-        EXPECT_EQ(ReadFile(name), kOld);
+        EXPECT_EQ(ReadFile(name), OLD);
         EXPECT_EQ(Listed(), "list.xml");
     }
     const CSizeLimit limit(size);
@@ -131,7 +129,7 @@ TEST_F(ConvenienceSavingFailure, ASizeLimitLeavesTheOldFile) {
 // For comparison, and for what document.h says of it.
 TEST_F(ConvenienceSavingFailure, ThePlainSaveDoesNotNoticeASizeLimit) {
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     MakeLarge();
     const CSizeLimit limit(70000);
     m_Document->Save(name.c_str(), false);
@@ -139,9 +137,9 @@ TEST_F(ConvenienceSavingFailure, ThePlainSaveDoesNotNoticeASizeLimit) {
 }
 
 TEST_F(ConvenienceSavingFailure, NoHandleLeftIsRefused) {
-    if (kIsSanitized) GTEST_SKIP() << "a sanitizer needs handles itself, to look at objects";
+    if (IS_SANITIZED) GTEST_SKIP() << "a sanitizer needs handles itself, to look at objects";
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     bool isRefused = false;
     {
         const CNoHandles none;
@@ -152,13 +150,13 @@ TEST_F(ConvenienceSavingFailure, NoHandleLeftIsRefused) {
         }
     }
     EXPECT_TRUE(isRefused);
-    EXPECT_EQ(ReadFile(name), kOld);
+    EXPECT_EQ(ReadFile(name), OLD);
     EXPECT_EQ(Listed(), "list.xml");
 }
 
 TEST_F(ConvenienceSavingFailure, WhatSaveThrowsPassesAndNothingIsLeft) {
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     CThrowingDocument throwing;
     EXPECT_THROW(XMLSaveSafely(throwing, name, false), std::bad_alloc);
     EXPECT_INVALID_PARAMETER(XMLSaveSafely(*XMLNewDocument(), name, false));
@@ -168,7 +166,7 @@ TEST_F(ConvenienceSavingFailure, WhatSaveThrowsPassesAndNothingIsLeft) {
     last->SetAttribute("k", "v");
     last->GetAttributes()[0]->SetName("no name");
     EXPECT_INVALID_NAME(XMLSaveSafely(*m_Document, name, false), "no name");
-    EXPECT_EQ(ReadFile(name), kOld);
+    EXPECT_EQ(ReadFile(name), OLD);
     EXPECT_EQ(Listed(), "list.xml");
 }
 

@@ -2,7 +2,6 @@
 #include "support/small_stack.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -89,17 +88,17 @@ TEST(ConvenienceNamespaces, OfSeveralThatWereKeptTheFirstStays) {
 }
 
 TEST(ConvenienceNamespaces, AMillionLevelsAndAMillionChildren) {
-    constexpr std::size_t kMany = 1000000;
+    constexpr std::size_t MANY = 1000000;
     OnSmallStack([] {
         CXMLDocumentPtr document = XMLNewDocument("n");
         CXMLNode* deepest = document->GetRoot();
-        for (std::size_t level = 1; level < kMany; ++level)
+        for (std::size_t level = 1; level < MANY; ++level)
             deepest = deepest->CreateChild("n", nullptr);
         deepest->SetAttribute("xmlns:", "urn:n");
         document->GetRoot()->SetAttribute("xmlns:", "urn:n");
-        for (std::size_t i = 0; i < kMany; ++i)
+        for (std::size_t i = 0; i < MANY; ++i)
             document->GetRoot()->CreateChild("n", nullptr)->SetAttribute("xmlns:", "urn:n");
-        EXPECT_EQ(XMLNameDefaultNamespaces(*document), kMany + 2);
+        EXPECT_EQ(XMLNameDefaultNamespaces(*document), MANY + 2);
         EXPECT_EQ(Attributes(*deepest), "xmlns=urn:n");
         EXPECT_EQ(XMLToString(*document).find("xmlns:"), std::string::npos);
     });

@@ -20,8 +20,8 @@
 
 namespace norvask_test {
 
-inline const std::string kOld = "what was there before";
-inline const std::string kNew = "<?xml version=\"1.0\"?><list><book>new</book></list>";
+inline const std::string OLD = "what was there before";
+inline const std::string NEW = "<?xml version=\"1.0\"?><list><book>new</book></list>";
 
 inline void Write(const std::string& name, const std::string& content) {
     std::ofstream(name, std::ios::binary) << content;
@@ -38,7 +38,7 @@ class CSavingTest : public ::testing::Test {
 protected:
     CSavingTest() : m_Folder(::testing::TempDir() + "norvask_save_XXXXXX") {
         if (mkdtemp(&m_Folder[0]) == nullptr) std::abort();
-        m_Document = norvask::XMLNewDocument("list");
+        m_Document = XMLNewDocument("list");
         m_Document->GetRoot()->CreateChild("book", nullptr)->SetTextChildValue("new");
     }
     ~CSavingTest() override {
@@ -67,21 +67,21 @@ protected:
     }
 
     void ExpectRefused(const std::string& name) {
-        EXPECT_XML_ERROR(norvask::XMLSaveSafely(*m_Document, name, false), 1, SavingError(name));
+        EXPECT_XML_ERROR(XMLSaveSafely(*m_Document, name, false), 1, SavingError(name));
     }
 
     std::string m_Folder;
-    norvask::CXMLDocumentPtr m_Document;
+    CXMLDocumentPtr m_Document;
 };
 
 // Everybody but the administrator is bound by permissions; while it lives, so is this process.
 class CNobody {
 public:
-    static constexpr uid_t kId = 65534;
+    static constexpr uid_t ID = 65534;
 
     CNobody() {
         if (geteuid() != 0) return;
-        EXPECT_EQ(seteuid(kId), 0);
+        EXPECT_EQ(seteuid(ID), 0);
         m_bChanged = true;
     }
     CNobody(const CNobody&) = delete;

@@ -12,7 +12,6 @@
 #include "interface/convenience_saving/saving.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 namespace fs = std::filesystem;
 
@@ -21,7 +20,7 @@ using ConvenienceSaving = CSavingTest;
 TEST_F(ConvenienceSaving, MakesAFile) {
     const std::string name = Inside("list.xml");
     XMLSaveSafely(*m_Document, name.c_str(), false);
-    EXPECT_EQ(ReadFile(name), kNew);
+    EXPECT_EQ(ReadFile(name), NEW);
     EXPECT_EQ(Listed(), "list.xml");
 }
 
@@ -37,10 +36,10 @@ TEST_F(ConvenienceSaving, WritesWhatSaveWrites) {
 
 TEST_F(ConvenienceSaving, ReplacesAFile) {
     const std::string name = Inside("list.xml");
-    Write(name, kOld + std::string(100000, 'x'));
+    Write(name, OLD + std::string(100000, 'x'));
     std::ifstream reader(name);  // still reads the old file
     XMLSaveSafely(*m_Document, name, false);
-    EXPECT_EQ(ReadFile(name), kNew);
+    EXPECT_EQ(ReadFile(name), NEW);
     EXPECT_EQ(Listed(), "list.xml");
     std::string word;
     reader >> word;
@@ -50,7 +49,7 @@ TEST_F(ConvenienceSaving, ReplacesAFile) {
 TEST_F(ConvenienceSaving, KeepsThePermissions) {
     const std::string name = Inside("list.xml");
     for (const mode_t mode : {0600U, 0644U, 0664U, 0666U, 0755U, 0777U}) {
-        Write(name, kOld);
+        Write(name, OLD);
         ASSERT_EQ(chmod(name.c_str(), mode), 0);
         XMLSaveSafely(*m_Document, name, false);
         EXPECT_EQ(Permissions(name), mode);
@@ -70,7 +69,7 @@ TEST_F(ConvenienceSaving, ANewFileGetsWhatTheUmaskLeaves) {
 // What only the administrator can set up is looked at only there.
 TEST_F(ConvenienceSaving, KeepsTheOwnerAndTheGroup) {
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     const bool isRoot = geteuid() == 0;
     const uid_t owner = isRoot ? 4711 : geteuid();
     const gid_t group = isRoot ? 4712 : getegid();
@@ -92,25 +91,25 @@ TEST_F(ConvenienceSaving, APermissionOfALostGroupIsNotGivenToAnother) {
         return;
     }
     const std::string name = Inside("list.xml");
-    ASSERT_EQ(chown(m_Folder.c_str(), CNobody::kId, CNobody::kId), 0);
+    ASSERT_EQ(chown(m_Folder.c_str(), CNobody::ID, CNobody::ID), 0);
     for (const auto& [before, after] : {std::pair{0666U, 0666U}, std::pair{0664U, 0644U},
                                         std::pair{0660U, 0600U}, std::pair{0646U, 0646U}}) {
-        Write(name, kOld);
-        ASSERT_EQ(chown(name.c_str(), CNobody::kId, 4712), 0);
+        Write(name, OLD);
+        ASSERT_EQ(chown(name.c_str(), CNobody::ID, 4712), 0);
         ASSERT_EQ(chmod(name.c_str(), before), 0);
         {
             const CNobody nobody;
             XMLSaveSafely(*m_Document, name, false);
         }
         EXPECT_EQ(Permissions(name), after);
-        EXPECT_EQ(ReadFile(name), kNew);
+        EXPECT_EQ(ReadFile(name), NEW);
         fs::remove(name);
     }
 }
 
 TEST_F(ConvenienceSaving, ALinkStaysALink) {
     fs::create_directory(Inside("far"));
-    Write(Inside("far/list.xml"), kOld);
+    Write(Inside("far/list.xml"), OLD);
     fs::create_symlink("far/list.xml", Inside("first"));        // relative to the link
     fs::create_symlink(Inside("first"), Inside("second"));      // a link to a link
     fs::create_symlink("far/nothing.xml", Inside("dangling"));  // leads to no file yet
@@ -118,10 +117,10 @@ TEST_F(ConvenienceSaving, ALinkStaysALink) {
     EXPECT_TRUE(IsKind(Inside("first"), S_IFLNK));
     EXPECT_TRUE(IsKind(Inside("second"), S_IFLNK));
     EXPECT_TRUE(IsKind(Inside("far/list.xml"), S_IFREG));
-    EXPECT_EQ(ReadFile(Inside("far/list.xml")), kNew);
+    EXPECT_EQ(ReadFile(Inside("far/list.xml")), NEW);
     XMLSaveSafely(*m_Document, Inside("dangling"), false);
     EXPECT_TRUE(IsKind(Inside("dangling"), S_IFLNK));
-    EXPECT_EQ(ReadFile(Inside("far/nothing.xml")), kNew);
+    EXPECT_EQ(ReadFile(Inside("far/nothing.xml")), NEW);
     EXPECT_EQ(Listed(), "dangling far first second");
     EXPECT_FALSE(fs::exists(Inside("nothing.xml")));
 }
@@ -130,18 +129,18 @@ TEST_F(ConvenienceSaving, ALinkStaysALink) {
 TEST_F(ConvenienceSaving, NamesAreRelativeToTheWorkingDirectory) {
     const fs::path before = fs::current_path();
     fs::current_path(m_Folder);
-    Write("list.xml", kOld);
+    Write("list.xml", OLD);
     XMLSaveSafely(*m_Document, "list.xml", false);
     fs::current_path(before);
-    EXPECT_EQ(ReadFile(Inside("list.xml")), kNew);
+    EXPECT_EQ(ReadFile(Inside("list.xml")), NEW);
     EXPECT_EQ(Listed(), "list.xml");
 }
 
 TEST_F(ConvenienceSaving, ANameMayHaveTheGreatestLength) {
     const std::string name(NAME_MAX, 'n');
-    Write(Inside(name), kOld);
+    Write(Inside(name), OLD);
     XMLSaveSafely(*m_Document, Inside(name), false);
-    EXPECT_EQ(ReadFile(Inside(name)), kNew);
+    EXPECT_EQ(ReadFile(Inside(name)), NEW);
     EXPECT_EQ(Listed(), name);
 }
 
@@ -168,10 +167,10 @@ TEST_F(ConvenienceSaving, RemainsOfOthersAreLeftAlone) {
     XMLSaveSafely(*m_Document, Inside("list.xml"), false);
     const std::string begin = ".norvask-" + std::to_string(getpid()) + "-";
     for (int i = 0; i < 500; ++i)
-        Write(Inside(begin + std::to_string(i)), kOld);
+        Write(Inside(begin + std::to_string(i)), OLD);
     XMLSaveSafely(*m_Document, Inside("list.xml"), true);
     for (int i = 0; i < 500; ++i) {
-        EXPECT_EQ(ReadFile(Inside(begin + std::to_string(i))), kOld);
+        EXPECT_EQ(ReadFile(Inside(begin + std::to_string(i))), OLD);
         fs::remove(Inside(begin + std::to_string(i)));
     }
     EXPECT_EQ(Listed(), "list.xml");

@@ -13,7 +13,6 @@
 #include "interface/convenience_saving/saving.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -87,13 +86,13 @@ TEST_F(ConvenienceSavingSteps, AFailureOfEachLeavesTheOldFile) {
         {"close", ENOSPC, 1}, {"rename", EACCES, 0}, {"rename", ENOSPC, 0},
     };
     const std::string name = Inside("list.xml");
-    Write(name, kOld);
+    Write(name, OLD);
     for (const auto& step : steps) {
         SCOPED_TRACE(std::string(step.function) + ": " + std::strerror(step.error));
         Fail(step.function, step.error, step.before);
         ExpectRefused(name);
         EXPECT_TRUE(HasFailed());
-        EXPECT_EQ(ReadFile(name), kOld);
+        EXPECT_EQ(ReadFile(name), OLD);
         EXPECT_EQ(Listed(), "list.xml");
     }
 }
@@ -113,11 +112,11 @@ TEST_F(ConvenienceSavingSteps, WhatCannotLoseTheDocumentIsNoFailure) {
     const std::string name = Inside("list.xml");
     for (const auto& step : steps) {
         SCOPED_TRACE(std::string(step.function) + " after " + std::to_string(step.before));
-        Write(name, kOld);
+        Write(name, OLD);
         Fail(step.function, step.error, step.before);
         EXPECT_NO_THROW(XMLSaveSafely(*m_Document, name, false));
         EXPECT_TRUE(HasFailed());
-        EXPECT_EQ(ReadFile(name), kNew);
+        EXPECT_EQ(ReadFile(name), NEW);
         EXPECT_EQ(Listed(), "list.xml");
     }
 }

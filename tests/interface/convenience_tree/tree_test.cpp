@@ -4,7 +4,6 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -36,7 +35,7 @@ CXMLDocumentPtr Numbered(std::size_t children) {
 }
 
 // Around the number that is kept without an allocation, and where arrays grow.
-const std::size_t kCounts[] = {0, 1, 2, 3, 7, 8, 9, 10, 16, 17, 100};
+const std::size_t COUNTS[] = {0, 1, 2, 3, 7, 8, 9, 10, 16, 17, 100};
 
 }  // namespace
 
@@ -58,7 +57,7 @@ TEST(ConvenienceTree, RangesShowWhatTheArraysShow) {
 }
 
 TEST(ConvenienceTree, RangesOfEverySize) {
-    for (const std::size_t count : kCounts) {
+    for (const std::size_t count : COUNTS) {
         SCOPED_TRACE(count);
         CXMLDocumentPtr document = Numbered(count);
         CXMLNode* root = document->GetRoot();
@@ -126,7 +125,7 @@ TEST(ConvenienceTree, CastsAnswerTheNodeOrNull) {
 }
 
 TEST(ConvenienceTree, TheCurrentChildMayBeDeleted) {
-    for (const std::size_t count : kCounts) {
+    for (const std::size_t count : COUNTS) {
         for (std::size_t every = 1; every <= 3; ++every) {
             SCOPED_TRACE(std::to_string(count) + ", every " + std::to_string(every));
             CXMLDocumentPtr document = Numbered(count);
@@ -149,7 +148,7 @@ TEST(ConvenienceTree, TheCurrentChildMayBeDeleted) {
 
 // The array is moved again and again, and a loop that came to the new ones would not end.
 TEST(ConvenienceTree, ChildrenMayBeAddedAnywhere) {
-    for (const std::size_t count : kCounts) {
+    for (const std::size_t count : COUNTS) {
         SCOPED_TRACE(count);
         CXMLDocumentPtr document = Numbered(count);
         CXMLNode* root = document->GetRoot();
@@ -215,7 +214,7 @@ TEST(ConvenienceTree, ALoopMayLeaveBehindADeletion) {
 }
 
 TEST(ConvenienceTree, AttributesMayBeRemovedAddedAndRenamed) {
-    for (const std::size_t count : kCounts) {
+    for (const std::size_t count : COUNTS) {
         SCOPED_TRACE(count);
         CXMLDocumentPtr document = XMLNewDocument("root");
         CXMLNode* root = document->GetRoot();

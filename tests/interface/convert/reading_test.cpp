@@ -1,94 +1,94 @@
 // The reading half of convert.h and the parsers of CXMLSaxHandler, which are the same functions.
+#include <array>
 #include <cfloat>
 #include <climits>
 #include <cmath>
 
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
 // What the outputs hold before a call; a row shows it where nothing may be stored.
-constexpr int kOld = 777;
+constexpr int OLD = 777;
 
 struct SDateRow {
     const char* text;
     bool answer;
-    int year, month, day;
+    std::array<int, 3> fields;
 };
 
-const SDateRow kDates[] = {
-    {"2024-05-17", true, 2024, 5, 17},
-    {"2024-05", true, 2024, 5, -1},
-    {"2024", true, 2024, -1, -1},
-    {"--05-17", true, -1, 5, 17},
-    {"--05", true, -1, 5, -1},
-    {"---17", true, -1, -1, 17},
+const SDateRow DATES[] = {
+    {"2024-05-17", true, {2024, 5, 17}},
+    {"2024-05", true, {2024, 5, -1}},
+    {"2024", true, {2024, -1, -1}},
+    {"--05-17", true, {-1, 5, 17}},
+    {"--05", true, {-1, 5, -1}},
+    {"---17", true, {-1, -1, 17}},
     // What follows the last field is not looked at, but a field more is a field.
-    {"2024-05-17T10:00:00", true, 2024, 5, 17},
-    {"2024-05-17Z", true, 2024, 5, 17},
-    {"2024-05x", true, 2024, 5, -1},
-    {"2024-05-", true, 2024, 5, -1},
-    {"2024-", true, 2024, -1, -1},
-    {"2024-x", true, 2024, -1, -1},
-    {"2024x", true, 2024, -1, -1},
-    {"2024.5", true, 2024, -1, -1},
-    {"--05-", true, -1, 5, -1},
-    {"--05-x", true, -1, 5, -1},
-    {"---17x", true, -1, -1, 17},
+    {"2024-05-17T10:00:00", true, {2024, 5, 17}},
+    {"2024-05-17Z", true, {2024, 5, 17}},
+    {"2024-05x", true, {2024, 5, -1}},
+    {"2024-05-", true, {2024, 5, -1}},
+    {"2024-", true, {2024, -1, -1}},
+    {"2024-x", true, {2024, -1, -1}},
+    {"2024x", true, {2024, -1, -1}},
+    {"2024.5", true, {2024, -1, -1}},
+    {"--05-", true, {-1, 5, -1}},
+    {"--05-x", true, {-1, 5, -1}},
+    {"---17x", true, {-1, -1, 17}},
     // No ranges, no widths.
-    {"0-0-0", true, 0, 0, 0},
-    {"99999-99-99", true, 99999, 99, 99},
-    {"1-2-3", true, 1, 2, 3},
-    {"0000002024-00005-00017", true, 2024, 5, 17},
+    {"0-0-0", true, {0, 0, 0}},
+    {"99999-99-99", true, {99999, 99, 99}},
+    {"1-2-3", true, {1, 2, 3}},
+    {"0000002024-00005-00017", true, {2024, 5, 17}},
     // Blanks in front of numbers, but not in front of separators.
-    {" 2024-05-17", true, 2024, 5, 17},
-    {"\t\r\n 2024- 05-\t17", true, 2024, 5, 17},
-    {"2024 -05-17", true, 2024, -1, -1},
-    {"2024-05 -17", true, 2024, 5, -1},
-    {"-- 05- 17", true, -1, 5, 17},
-    {"--- 17", true, -1, -1, 17},
-    {" --05-17", false, 0, 0, 0},
-    {" ---17", false, 0, 0, 0},
+    {" 2024-05-17", true, {2024, 5, 17}},
+    {"\t\r\n 2024- 05-\t17", true, {2024, 5, 17}},
+    {"2024 -05-17", true, {2024, -1, -1}},
+    {"2024-05 -17", true, {2024, 5, -1}},
+    {"-- 05- 17", true, {-1, 5, 17}},
+    {"--- 17", true, {-1, -1, 17}},
+    {" --05-17", false, {0, 0, 0}},
+    {" ---17", false, {0, 0, 0}},
     // Signs.
-    {"+2024-+05-+17", true, 2024, 5, 17},
-    {"-5-3-2", true, -5, 3, 2},
-    {"-5-3", true, -5, 3, -1},
-    {"-5", true, -5, -1, -1},
-    {"2024--05", true, 2024, -5, -1},
-    {"2024--05--17", true, 2024, -5, -17},
-    {"---17-3", true, -1, -17, 3},  // a sign and two fields come before three dashes
-    {"----5", true, -1, -1, -5},
-    {"--+5-+6", true, -1, 5, 6},
+    {"+2024-+05-+17", true, {2024, 5, 17}},
+    {"-5-3-2", true, {-5, 3, 2}},
+    {"-5-3", true, {-5, 3, -1}},
+    {"-5", true, {-5, -1, -1}},
+    {"2024--05", true, {2024, -5, -1}},
+    {"2024--05--17", true, {2024, -5, -17}},
+    {"---17-3", true, {-1, -17, 3}},  // a sign and two fields come before three dashes
+    {"----5", true, {-1, -1, -5}},
+    {"--+5-+6", true, {-1, 5, 6}},
     // The nearest int of a number that is too large.
-    {"99999999999-99999999999-99999999999", true, INT_MAX, INT_MAX, INT_MAX},
-    {"-99999999999-1-1", true, INT_MIN, 1, 1},
-    {"2147483647-1-1", true, INT_MAX, 1, 1},
-    {"2147483645--2147483646", true, INT_MAX - 2, INT_MIN + 2, -1},
-    {"-2147483648-1-1", true, INT_MIN, 1, 1},
-    {"2147483648", true, INT_MAX, -1, -1},
-    {"99999999999999999999999999999999", true, INT_MAX, -1, -1},
+    {"99999999999-99999999999-99999999999", true, {INT_MAX, INT_MAX, INT_MAX}},
+    {"-99999999999-1-1", true, {INT_MIN, 1, 1}},
+    {"2147483647-1-1", true, {INT_MAX, 1, 1}},
+    {"2147483645--2147483646", true, {INT_MAX - 2, INT_MIN + 2, -1}},
+    {"-2147483648-1-1", true, {INT_MIN, 1, 1}},
+    {"2147483648", true, {INT_MAX, -1, -1}},
+    {"99999999999999999999999999999999", true, {INT_MAX, -1, -1}},
     // Nothing to read; the outputs may then hold anything, except where the text is empty.
-    {"", false, kOld, kOld, kOld},
-    {" ", false, 0, 0, 0},
-    {"abc", false, 0, 0, 0},
-    {"-", false, 0, 0, 0},
-    {"--", false, 0, 0, 0},
-    {"---", false, 0, 0, 0},
-    {"-----5", false, 0, 0, 0},
-    {"x2024", false, 0, 0, 0},
-    {"+-5", false, 0, 0, 0},
+    {"", false, {OLD, OLD, OLD}},
+    {" ", false, {0, 0, 0}},
+    {"abc", false, {0, 0, 0}},
+    {"-", false, {0, 0, 0}},
+    {"--", false, {0, 0, 0}},
+    {"---", false, {0, 0, 0}},
+    {"-----5", false, {0, 0, 0}},
+    {"x2024", false, {0, 0, 0}},
+    {"+-5", false, {0, 0, 0}},
 };
 
 struct SDateTimeRow {
     const char* text;
     bool answer;
-    int fields[6];
+    std::array<int, 6> fields;
 };
 
-const SDateTimeRow kDateTimes[] = {
+const SDateTimeRow DATE_TIMES[] = {
     {"2024-05-17T10:30:05", true, {2024, 5, 17, 10, 30, 5}},
     {"2024-05-17T10:30:05Z", true, {2024, 5, 17, 10, 30, 5}},
     {"2024-05-17T10:30:05.25+01:00", true, {2024, 5, 17, 10, 30, 5}},
@@ -100,38 +100,32 @@ const SDateTimeRow kDateTimes[] = {
     {"1-1-1T-1:-2:-3", true, {1, 1, 1, -1, -2, -3}},
     {"1-1-1T1:1:99999999999", true, {1, 1, 1, 1, 1, INT_MAX}},
     // The fields read so far stay.
-    {"2024-05-17T10:30", false, {2024, 5, 17, 10, 30, kOld}},
-    {"2024-05-17T10:30:", false, {2024, 5, 17, 10, 30, kOld}},
-    {"2024-05-17T10", false, {2024, 5, 17, 10, kOld, kOld}},
-    {"2024-05-17T", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17t10:30:05", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17 10:30:05", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05-17 T10:30:05", false, {2024, 5, 17, kOld, kOld, kOld}},
-    {"2024-05", false, {2024, 5, kOld, kOld, kOld, kOld}},
-    {"2024", false, {2024, kOld, kOld, kOld, kOld, kOld}},
-    {"--05-17T10:30:05", false, {kOld, kOld, kOld, kOld, kOld, kOld}},
-    {"10:30:05", false, {10, kOld, kOld, kOld, kOld, kOld}},
-    {"abc", false, {kOld, kOld, kOld, kOld, kOld, kOld}},
-    {"", false, {kOld, kOld, kOld, kOld, kOld, kOld}},
+    {"2024-05-17T10:30", false, {2024, 5, 17, 10, 30, OLD}},
+    {"2024-05-17T10:30:", false, {2024, 5, 17, 10, 30, OLD}},
+    {"2024-05-17T10", false, {2024, 5, 17, 10, OLD, OLD}},
+    {"2024-05-17T", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17t10:30:05", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17 10:30:05", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05-17 T10:30:05", false, {2024, 5, 17, OLD, OLD, OLD}},
+    {"2024-05", false, {2024, 5, OLD, OLD, OLD, OLD}},
+    {"2024", false, {2024, OLD, OLD, OLD, OLD, OLD}},
+    {"--05-17T10:30:05", false, {OLD, OLD, OLD, OLD, OLD, OLD}},
+    {"10:30:05", false, {10, OLD, OLD, OLD, OLD, OLD}},
+    {"abc", false, {OLD, OLD, OLD, OLD, OLD, OLD}},
+    {"", false, {OLD, OLD, OLD, OLD, OLD, OLD}},
 };
 
-struct STimeRow {
-    const char* text;
-    bool answer;
-    int hour, minute, second;
-};
-
-const STimeRow kTimes[] = {
-    {"10:30:05", true, 10, 30, 5},    {"10:30:05Z", true, 10, 30, 5},
-    {"10:30:05.5", true, 10, 30, 5},  {"1:2:3", true, 1, 2, 3},
-    {"99:99:99", true, 99, 99, 99},   {"-1:-2:+3", true, -1, -2, 3},
-    {" 10: 30:\t5", true, 10, 30, 5}, {"99999999999:0:-99999999999", true, INT_MAX, 0, INT_MIN},
-    {"10:30", false, 10, 30, kOld},   {"10:30:", false, 10, 30, kOld},
-    {"10:30:x", false, 10, 30, kOld}, {"10 :30:05", false, 10, kOld, kOld},
-    {"10", false, 10, kOld, kOld},    {"2024-05-17T10:30:05", false, 2024, kOld, kOld},
-    {"x", false, kOld, kOld, kOld},   {":1:2", false, kOld, kOld, kOld},
-    {"", false, kOld, kOld, kOld},
+const SDateRow TIMES[] = {
+    {"10:30:05", true, {10, 30, 5}},    {"10:30:05Z", true, {10, 30, 5}},
+    {"10:30:05.5", true, {10, 30, 5}},  {"1:2:3", true, {1, 2, 3}},
+    {"99:99:99", true, {99, 99, 99}},   {"-1:-2:+3", true, {-1, -2, 3}},
+    {" 10: 30:\t5", true, {10, 30, 5}}, {"99999999999:0:-99999999999", true, {INT_MAX, 0, INT_MIN}},
+    {"10:30", false, {10, 30, OLD}},    {"10:30:", false, {10, 30, OLD}},
+    {"10:30:x", false, {10, 30, OLD}},  {"10 :30:05", false, {10, OLD, OLD}},
+    {"10", false, {10, OLD, OLD}},      {"2024-05-17T10:30:05", false, {2024, OLD, OLD}},
+    {"x", false, {OLD, OLD, OLD}},      {":1:2", false, {OLD, OLD, OLD}},
+    {"", false, {OLD, OLD, OLD}},
 };
 
 struct SDoubleRow {
@@ -139,7 +133,7 @@ struct SDoubleRow {
     double value;
 };
 
-const SDoubleRow kDoubles[] = {
+const SDoubleRow DOUBLES[] = {
     {"1.5", 1.5},
     {"-1.5", -1.5},
     {"+1.5", 1.5},
@@ -195,7 +189,7 @@ struct SLongRow {
     long value;
 };
 
-const SLongRow kLongs[] = {
+const SLongRow LONGS[] = {
     {"12", 12},
     {"-12", -12},
     {"+12", 12},
@@ -234,55 +228,46 @@ const SLongRow kLongs[] = {
 }  // namespace
 
 TEST(ValueReading, ReadsADateInTheFirstFormThatFits) {
-    for (const SDateRow& row : kDates) {
-        for (const bool isStatic : {true, false}) {
-            int year = kOld, month = kOld, day = kOld;
-            const bool answer = isStatic ? CXMLSaxHandler::GetDate(row.text, year, month, day)
-                                         : XMLConvertText2Date(row.text, year, month, day);
-            EXPECT_EQ(answer, row.answer) << "text \"" << row.text << '"';
+    for (const auto read : {&CXMLSaxHandler::GetDate, &XMLConvertText2Date}) {
+        for (const SDateRow& row : DATES) {
+            SCOPED_TRACE(Quoted(row.text));
+            std::array<int, 3> f = {OLD, OLD, OLD};
+            EXPECT_EQ(read(row.text, f[0], f[1], f[2]), row.answer);
             if (row.answer || !*row.text) {
-                EXPECT_EQ(year, row.year) << "text \"" << row.text << '"';
-                EXPECT_EQ(month, row.month) << "text \"" << row.text << '"';
-                EXPECT_EQ(day, row.day) << "text \"" << row.text << '"';
+                EXPECT_EQ(f, row.fields);
             }
         }
     }
 }
 
 TEST(ValueReading, ReadsADateTimeAndKeepsTheFieldsReadSoFar) {
-    for (const SDateTimeRow& row : kDateTimes) {
-        for (const bool isStatic : {true, false}) {
-            int f[6] = {kOld, kOld, kOld, kOld, kOld, kOld};
-            const auto read = isStatic ? &CXMLSaxHandler::GetDateTime : &XMLConvertText2DateTime;
-            EXPECT_EQ(read(row.text, f[0], f[1], f[2], f[3], f[4], f[5]), row.answer)
-                << "text \"" << row.text << '"';
-            for (int i = 0; i < 6; ++i)
-                EXPECT_EQ(f[i], row.fields[i]) << "field " << i << " of \"" << row.text << '"';
+    for (const auto read : {&CXMLSaxHandler::GetDateTime, &XMLConvertText2DateTime}) {
+        for (const SDateTimeRow& row : DATE_TIMES) {
+            SCOPED_TRACE(Quoted(row.text));
+            std::array<int, 6> f = {OLD, OLD, OLD, OLD, OLD, OLD};
+            EXPECT_EQ(read(row.text, f[0], f[1], f[2], f[3], f[4], f[5]), row.answer);
+            EXPECT_EQ(f, row.fields);
         }
     }
 }
 
 TEST(ValueReading, ReadsATimeAndKeepsTheFieldsReadSoFar) {
-    for (const STimeRow& row : kTimes) {
-        for (const bool isStatic : {true, false}) {
-            int hour = kOld, minute = kOld, second = kOld;
-            const auto read = isStatic ? &CXMLSaxHandler::GetTime : &XMLConvertText2Time;
-            EXPECT_EQ(read(row.text, hour, minute, second), row.answer)
-                << "text \"" << row.text << '"';
-            EXPECT_EQ(hour, row.hour) << "text \"" << row.text << '"';
-            EXPECT_EQ(minute, row.minute) << "text \"" << row.text << '"';
-            EXPECT_EQ(second, row.second) << "text \"" << row.text << '"';
+    for (const auto read : {&CXMLSaxHandler::GetTime, &XMLConvertText2Time}) {
+        for (const SDateRow& row : TIMES) {
+            SCOPED_TRACE(Quoted(row.text));
+            std::array<int, 3> f = {OLD, OLD, OLD};
+            EXPECT_EQ(read(row.text, f[0], f[1], f[2]), row.answer);
+            EXPECT_EQ(f, row.fields);
         }
     }
 }
 
 TEST(ValueReading, ReadsTheDecimalNumberThatATextBeginsWith) {
-    for (const SDoubleRow& row : kDoubles) {
-        for (const bool isStatic : {true, false}) {
-            double value = kOld;
-            const auto read = isStatic ? &CXMLSaxHandler::GetDouble : &XMLConvertText2Double;
-            EXPECT_TRUE(read(row.text, value)) << "text \"" << row.text << '"';
-            EXPECT_EQ(value, row.value) << "text \"" << row.text << '"';
+    for (const auto read : {&CXMLSaxHandler::GetDouble, &XMLConvertText2Double}) {
+        for (const SDoubleRow& row : DOUBLES) {
+            double value = OLD;
+            EXPECT_TRUE(read(row.text, value)) << Quoted(row.text);
+            EXPECT_EQ(value, row.value) << Quoted(row.text);
         }
     }
     double value = 1;
@@ -291,60 +276,52 @@ TEST(ValueReading, ReadsTheDecimalNumberThatATextBeginsWith) {
 }
 
 TEST(ValueReading, ReadsTheDecimalIntegerThatATextBeginsWith) {
-    for (const SLongRow& row : kLongs) {
-        for (const bool isStatic : {true, false}) {
-            long value = kOld;
-            const auto read = isStatic ? &CXMLSaxHandler::GetLong : &XMLConvertText2Long;
-            EXPECT_TRUE(read(row.text, value)) << "text \"" << row.text << '"';
-            EXPECT_EQ(value, row.value) << "text \"" << row.text << '"';
+    for (const auto read : {&CXMLSaxHandler::GetLong, &XMLConvertText2Long}) {
+        for (const SLongRow& row : LONGS) {
+            long value = OLD;
+            EXPECT_TRUE(read(row.text, value)) << Quoted(row.text);
+            EXPECT_EQ(value, row.value) << Quoted(row.text);
         }
     }
 }
 
 TEST(ValueReading, ReadsTruthFromFourTextsOnly) {
-    for (const bool isStatic : {true, false}) {
-        const auto read = isStatic ? &CXMLSaxHandler::GetBool : &XMLConvertText2Bool;
+    for (const auto read : {&CXMLSaxHandler::GetBool, &XMLConvertText2Bool}) {
         for (const bool before : {true, false}) {
-            for (const char* text : {"true", "1"}) {
+            for (const char* text : {"true", "1", "false", "0"}) {
                 bool value = before;
                 EXPECT_TRUE(read(text, value)) << text;
-                EXPECT_TRUE(value) << text;
-            }
-            for (const char* text : {"false", "0"}) {
-                bool value = before;
-                EXPECT_TRUE(read(text, value)) << text;
-                EXPECT_FALSE(value) << text;
+                EXPECT_EQ(value, *text == 't' || *text == '1') << text;
             }
             for (const char* text :
                  {"TRUE", "True", " true", "true ", "tru", "truex", "false ", "FALSE", "yes", "no",
                   "2",    "01",   "10",    "00",    "+1",  " 1",    "t",      "f",     " ",   ""}) {
                 bool value = before;
-                EXPECT_FALSE(read(text, value)) << '"' << text << '"';
-                EXPECT_EQ(value, before) << '"' << text << '"';
+                EXPECT_FALSE(read(text, value)) << Quoted(text);
+                EXPECT_EQ(value, before) << Quoted(text);
             }
         }
     }
 }
 
 TEST(ValueReading, LeavesTheOutputsAloneForNull) {
-    int a = kOld, b = kOld, c = kOld, d = kOld, e = kOld, f = kOld;
+    int a = OLD, b = OLD, c = OLD, d = OLD, e = OLD, f = OLD;
     double number = 0.5;
     long whole = 5;
     bool truth = true;
-    EXPECT_FALSE(CXMLSaxHandler::GetDate(nullptr, a, b, c));
-    EXPECT_FALSE(CXMLSaxHandler::GetDateTime(nullptr, a, b, c, d, e, f));
-    EXPECT_FALSE(CXMLSaxHandler::GetTime(nullptr, a, b, c));
-    EXPECT_FALSE(CXMLSaxHandler::GetDouble(nullptr, number));
-    EXPECT_FALSE(CXMLSaxHandler::GetLong(nullptr, whole));
-    EXPECT_FALSE(CXMLSaxHandler::GetBool(nullptr, truth));
-    EXPECT_FALSE(XMLConvertText2Date(nullptr, a, b, c));
-    EXPECT_FALSE(XMLConvertText2DateTime(nullptr, a, b, c, d, e, f));
-    EXPECT_FALSE(XMLConvertText2Time(nullptr, a, b, c));
-    EXPECT_FALSE(XMLConvertText2Double(nullptr, number));
-    EXPECT_FALSE(XMLConvertText2Long(nullptr, whole));
-    EXPECT_FALSE(XMLConvertText2Bool(nullptr, truth));
+    for (const auto read : {&CXMLSaxHandler::GetDate, &XMLConvertText2Date,
+                            &CXMLSaxHandler::GetTime, &XMLConvertText2Time})
+        EXPECT_FALSE(read(nullptr, a, b, c));
+    for (const auto read : {&CXMLSaxHandler::GetDateTime, &XMLConvertText2DateTime})
+        EXPECT_FALSE(read(nullptr, a, b, c, d, e, f));
+    for (const auto read : {&CXMLSaxHandler::GetDouble, &XMLConvertText2Double})
+        EXPECT_FALSE(read(nullptr, number));
+    for (const auto read : {&CXMLSaxHandler::GetLong, &XMLConvertText2Long})
+        EXPECT_FALSE(read(nullptr, whole));
+    for (const auto read : {&CXMLSaxHandler::GetBool, &XMLConvertText2Bool})
+        EXPECT_FALSE(read(nullptr, truth));
     for (const int field : {a, b, c, d, e, f})
-        EXPECT_EQ(field, kOld);
+        EXPECT_EQ(field, OLD);
     EXPECT_EQ(number, 0.5);
     EXPECT_EQ(whole, 5);
     EXPECT_TRUE(truth);
@@ -379,14 +356,12 @@ TEST(ValueReading, ReadsBackWhatTheWritersWrite) {
             EXPECT_EQ(read, value);
         }
     }
-    const int forms[][3] = {{2024, 5, 17}, {2024, 5, -1}, {2024, -1, -1}, {-1, 5, 17},
-                            {-1, 5, -1},   {-1, -1, 17},  {0, 1, 1},      {-5, 12, 31}};
+    const std::array<int, 3> forms[] = {{2024, 5, 17}, {2024, 5, -1}, {2024, -1, -1}, {-1, 5, 17},
+                                        {-1, 5, -1},   {-1, -1, 17},  {0, 1, 1},      {-5, 12, 31}};
     for (const auto& form : forms) {
-        int year = kOld, month = kOld, day = kOld;
+        std::array<int, 3> f = {OLD, OLD, OLD};
         const char* text = XMLConvertDate2Text(form[0], form[1], form[2]);
-        EXPECT_TRUE(XMLConvertText2Date(text, year, month, day)) << text;
-        EXPECT_EQ(year, form[0]) << text;
-        EXPECT_EQ(month, form[1]) << text;
-        EXPECT_EQ(day, form[2]) << text;
+        EXPECT_TRUE(XMLConvertText2Date(text, f[0], f[1], f[2])) << text;
+        EXPECT_EQ(f, form) << text;
     }
 }

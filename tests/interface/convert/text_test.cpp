@@ -10,7 +10,6 @@
 
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -20,7 +19,7 @@ struct SDateRow {
     const char* text;  // nullptr: out of range or without a form
 };
 
-const SDateRow kDates[] = {
+const SDateRow DATES[] = {
     // Every combination of present and absent components.
     {2024, 5, 17, "2024-05-17"},
     {2024, 5, -1, "2024-05"},
@@ -69,12 +68,21 @@ const SDateRow kDates[] = {
     {-1, 2, 30, "--02-30"},
 };
 
+// NULL: refused.
+template <typename Convert>
+void ExpectText(const Convert& convert, const char* text) {
+    if (text)
+        EXPECT_STREQ(convert(), text);
+    else
+        EXPECT_NO_CONVERSION(convert());
+}
+
 struct STimeRow {
     int hour, minute, second;
     const char* text;
 };
 
-const STimeRow kTimes[] = {
+const STimeRow TIMES[] = {
     {0, 0, 0, "00:00:00"},    {10, 30, 5, "10:30:05"},  {23, 59, 59, "23:59:59"},
     {24, 0, 0, nullptr},      {-1, 0, 0, nullptr},      {0, 60, 0, nullptr},
     {0, -1, 0, nullptr},      {0, 0, 60, nullptr},      {0, 0, -1, nullptr},
@@ -86,7 +94,7 @@ struct SDoubleRow {
     const char* text;
 };
 
-const SDoubleRow kDoubles[] = {
+const SDoubleRow DOUBLES[] = {
     {0.0, "0"},
     {-0.0, "-0"},
     {1.0, "1"},
@@ -149,35 +157,33 @@ private:
 }  // namespace
 
 TEST(ValueText, WritesADateInTheFormOfItsComponents) {
-    for (const SDateRow& row : kDates) {
+    for (const SDateRow& row : DATES) {
         SCOPED_TRACE(::testing::Message() << row.year << "," << row.month << "," << row.day);
-        if (row.text)
-            EXPECT_STREQ(XMLConvertDate2Text(row.year, row.month, row.day), row.text);
-        else
-            EXPECT_NO_CONVERSION(XMLConvertDate2Text(row.year, row.month, row.day));
+        ExpectText([&] { return XMLConvertDate2Text(row.year, row.month, row.day); }, row.text);
     }
 }
 
 TEST(ValueText, WritesATime) {
-    for (const STimeRow& row : kTimes) {
+    for (const STimeRow& row : TIMES) {
         SCOPED_TRACE(::testing::Message() << row.hour << "," << row.minute << "," << row.second);
-        if (row.text)
-            EXPECT_STREQ(XMLConvertTime2Text(row.hour, row.minute, row.second), row.text);
-        else
-            EXPECT_NO_CONVERSION(XMLConvertTime2Text(row.hour, row.minute, row.second));
+        ExpectText([&] { return XMLConvertTime2Text(row.hour, row.minute, row.second); }, row.text);
     }
 }
 
 TEST(ValueText, WritesADateTimeWithTheRangesOfItsParts) {
-    for (const STimeRow& row : kTimes) {
-        SCOPED_TRACE(::testing::Message() << row.hour << "," << row.minute << "," << row.second);
-        if (row.text)
-            EXPECT_EQ(XMLConvertDateTime2Text(2024, 5, 17, row.hour, row.minute, row.second),
-                      std::string("2024-05-17T") + row.text);
-        else
-            EXPECT_NO_CONVERSION(
-                XMLConvertDateTime2Text(2024, 5, 17, row.hour, row.minute, row.second));
-    }
+    const auto expect = [](const SDateRow& d, const STimeRow& t) {
+        SCOPED_TRACE(::testing::Message() << d.year << "," << d.month << "," << d.day << ","
+                                          << t.hour << "," << t.minute << "," << t.second);
+        const std::string text =
+            d.text && t.text ? std::string(d.text) + "T" + t.text : std::string();
+        ExpectText(
+            [&] {
+                return XMLConvertDateTime2Text(d.year, d.month, d.day, t.hour, t.minute, t.second);
+            },
+            text.empty() ? nullptr : text.c_str());
+    };
+    for (const STimeRow& row : TIMES)
+        expect({2024, 5, 17, "2024-05-17"}, row);
     const SDateRow dates[] = {
         {9999, 12, 31, "9999-12-31"}, {0, 1, 1, "0000-01-01"},
         {-1, 1, 1, "-001-01-01"},  // nothing is absent here
@@ -187,18 +193,12 @@ TEST(ValueText, WritesADateTimeWithTheRangesOfItsParts) {
         {2024, 13, 1, nullptr},       {2024, -1, 1, nullptr},
         {2024, 1, 32, nullptr},       {2024, 1, -1, nullptr},
     };
-    for (const SDateRow& row : dates) {
-        SCOPED_TRACE(::testing::Message() << row.year << "," << row.month << "," << row.day);
-        if (row.text)
-            EXPECT_EQ(XMLConvertDateTime2Text(row.year, row.month, row.day, 1, 2, 3),
-                      std::string(row.text) + "T01:02:03");
-        else
-            EXPECT_NO_CONVERSION(XMLConvertDateTime2Text(row.year, row.month, row.day, 1, 2, 3));
-    }
+    for (const SDateRow& row : dates)
+        expect(row, {1, 2, 3, "01:02:03"});
 }
 
 TEST(ValueText, WritesADoubleWithFourteenDigits) {
-    for (const SDoubleRow& row : kDoubles)
+    for (const SDoubleRow& row : DOUBLES)
         EXPECT_STREQ(XMLConvertDouble2Text(row.value), row.text);
 }
 

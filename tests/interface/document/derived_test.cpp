@@ -2,7 +2,6 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -33,7 +32,6 @@ class CManagerProbe : public CXMLManager {
 public:
     CManagerProbe() = default;
     CManagerProbe(const CXMLManager& other) : CXMLManager(other) {}
-    ~CManagerProbe() = default;
 };
 
 }  // namespace
@@ -58,8 +56,7 @@ TEST(DerivedDocument, IsAskedForTheStreamWhenItIsSavedToAFile) {
     const TemporaryFile file;
     document.Save(file.Name(), false);
     EXPECT_EQ(document.m_nSaved, 1);
-    EXPECT_EQ(file.Content(),
-              std::string("<!-- before -->") + kDeclaration + "<r/><!-- behind -->");
+    EXPECT_EQ(file.Content(), std::string("<!-- before -->") + DECLARATION + "<r/><!-- behind -->");
 }
 
 TEST(DerivedDocument, IsNotAskedForTheStreamWithoutARoot) {

@@ -2,7 +2,6 @@
 #include "support/names.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -13,7 +12,7 @@ struct SReferenceRow {
     bool isSet;
 };
 
-const SReferenceRow kReferences[] = {
+const SReferenceRow REFERENCES[] = {
     {"name", "path", true},    {"1a", "any path <&>", true}, {"n", " ", true},
     {nullptr, nullptr, false}, {"name", nullptr, false},     {nullptr, "path", false},
     {"", "path", false},       {"name", "", false},          {"", "", false},
@@ -41,15 +40,15 @@ TEST(XmlDocument, HasNoRootAtFirst) {
 }
 
 TEST(XmlDocument, IsMadeWithAWholeReferenceOrNone) {
-    for (const SReferenceRow& row : kReferences) {
+    for (const SReferenceRow& row : REFERENCES) {
         const Document document = NewDocument(row.name, row.path);
         ExpectReference(*document, row);
     }
 }
 
 TEST(XmlDocument, SetsAWholeReferenceOrRemovesIt) {
-    for (const SReferenceRow& before : kReferences) {
-        for (const SReferenceRow& row : kReferences) {
+    for (const SReferenceRow& before : REFERENCES) {
+        for (const SReferenceRow& row : REFERENCES) {
             const Document document = NewDocument(before.name, before.path);
             document->SetDTDRef(row.name, row.path);
             ExpectReference(*document, row);
@@ -88,7 +87,7 @@ TEST(XmlDocument, ChecksTheNameOfTheReferenceWhenItIsSaved) {
         document->SetDTDRef(name.c_str(), "path");
         std::ostringstream out;
         EXPECT_INVALID_NAME(document->Save(out, true), name);
-        EXPECT_EQ(out.str(), kDeclaration);
+        EXPECT_EQ(out.str(), DECLARATION);
     }
 }
 

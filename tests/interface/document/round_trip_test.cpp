@@ -2,18 +2,17 @@
 #include "support/random_tree.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-constexpr unsigned kTrees = 150;
+constexpr unsigned TREES = 150;
 
 }  // namespace
 
 TEST(RoundTrip, GivesTheSameTreeAndTheSameBytes) {
     for (const Content content : {Content::ELEMENTS, Content::FAITHFUL}) {
-        for (unsigned seed = 0; seed < kTrees; ++seed) {
+        for (unsigned seed = 0; seed < TREES; ++seed) {
             Document document = CRandomTree(seed, content).Make();
             const std::string tree = TreeText(document);
             for (const bool format : {false, true}) {
@@ -28,7 +27,7 @@ TEST(RoundTrip, GivesTheSameTreeAndTheSameBytes) {
 
 TEST(RoundTrip, ReachesTheSameBytesAfterTheFirstRoundWhateverTheTreeHolds) {
     unsigned changed = 0;
-    for (unsigned seed = 0; seed < kTrees; ++seed) {
+    for (unsigned seed = 0; seed < TREES; ++seed) {
         Document document = CRandomTree(seed, Content::ANYTHING).Make();
         Document first = LoadMemory(Saved(document, seed % 2 == 0));
         const std::string bytes = Saved(first);
@@ -37,11 +36,11 @@ TEST(RoundTrip, ReachesTheSameBytesAfterTheFirstRoundWhateverTheTreeHolds) {
         EXPECT_TRUE(Saved(LoadMemory(Saved(second, true))) == bytes) << "seed " << seed;
         if (TreeText(first) != TreeText(document)) ++changed;
     }
-    EXPECT_GT(changed, kTrees / 4);
+    EXPECT_GT(changed, TREES / 4);
 }
 
 TEST(RoundTrip, LoadsBothFormatsToTheSameTree) {
-    for (unsigned seed = 0; seed < kTrees; ++seed) {
+    for (unsigned seed = 0; seed < TREES; ++seed) {
         for (const Content content : {Content::ELEMENTS, Content::FAITHFUL, Content::ANYTHING}) {
             Document document = CRandomTree(seed, content).Make();
             EXPECT_TRUE(TreeText(LoadMemory(Saved(document, true))) ==
@@ -52,7 +51,7 @@ TEST(RoundTrip, LoadsBothFormatsToTheSameTree) {
 }
 
 TEST(RoundTrip, SavesAClonePlacedAnywhereLikeItsSource) {
-    for (unsigned seed = 0; seed < kTrees; ++seed) {
+    for (unsigned seed = 0; seed < TREES; ++seed) {
         Document document = CRandomTree(seed, Content::ANYTHING).Make();
         document->SetDTDRef("r", "r.dtd");
         Document clone(document->Clone());

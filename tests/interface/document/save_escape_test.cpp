@@ -5,7 +5,6 @@
 #include "support/testing.h"
 #include "support/unicode.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -62,18 +61,18 @@ TEST(SaveEscape, WritesEveryByteValueBetweenOthers) {
     for (int value = 1; value < 256; ++value) {
         const std::string byte(1, static_cast<char>(value));
         EXPECT_EQ(Written("a" + byte + "b"),
-                  value < 128 ? Escaped("a" + byte + "b") : std::string("a") + kReplacement + "b")
+                  value < 128 ? Escaped("a" + byte + "b") : std::string("a") + REPLACEMENT + "b")
             << value;
-        EXPECT_EQ(Written(byte), value < 128 ? Escaped(byte) : std::string(kReplacement)) << value;
+        EXPECT_EQ(Written(byte), value < 128 ? Escaped(byte) : std::string(REPLACEMENT)) << value;
     }
 }
 
 TEST(SaveEscape, WritesEveryCodePointAsUtf8) {
     std::string text;
-    for (char32_t c = 1; c <= kLastCodePoint; ++c) {
+    for (char32_t c = 1; c <= LAST_CODE_POINT; ++c) {
         if (IsSurrogate(c)) continue;
         AppendUtf8(text, c);
-        if (c % 8192 == 0 || c == kLastCodePoint) {
+        if (c % 8192 == 0 || c == LAST_CODE_POINT) {
             EXPECT_TRUE(Written(text) == Escaped(text)) << "up to U+" << std::hex << c;
             text.clear();
         }
@@ -134,7 +133,7 @@ TEST(SaveEscape, ReplacesEachInvalidSequence) {
         std::string expected;
         for (const char c : std::string(row.written)) {
             if (c == '?') {
-                expected += kReplacement;
+                expected += REPLACEMENT;
             } else {
                 expected += c;
             }
@@ -207,7 +206,7 @@ TEST(SaveEscape, WritesLongTextsWithAnythingAtAnyPlace) {
     std::string escaped;
     for (int i = 0; i < 30000; ++i) {
         all += "\xE6\xBD\xAE<\xFF";
-        escaped += std::string("\xE6\xBD\xAE&#x3c;") + kReplacement;
+        escaped += std::string("\xE6\xBD\xAE&#x3c;") + REPLACEMENT;
     }
     EXPECT_TRUE(Written(all) == escaped);
 }
@@ -215,7 +214,7 @@ TEST(SaveEscape, WritesLongTextsWithAnythingAtAnyPlace) {
 // The other direction: what was written is read back, but for what XML itself does to line ends.
 TEST(SaveEscape, IsReadBackAsItWas) {
     std::string text;
-    for (char32_t c = 1; c <= kLastCodePoint; ++c) {
+    for (char32_t c = 1; c <= LAST_CODE_POINT; ++c) {
         if (IsXmlCharacter(c) && c != '\r') AppendUtf8(text, c);
     }
     Document document = NewDocumentWithRoot("r");

@@ -10,7 +10,6 @@
 #include "support/streams.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -34,7 +33,7 @@ TEST(StreamException, DoesNotHideTheExceptionThatCameFirst) {
     document->GetRoot()->SetAttribute("good", "value");
     document->GetRoot()->GetAttributes()[0]->SetName("no name");
     // The declaration is written before the tree is.
-    CLimitedBuffer full(kDeclaration.size());
+    CLimitedBuffer full(DECLARATION.size());
     std::ostream out(&full);
     out.exceptions(std::ios::badbit);
     EXPECT_INVALID_NAME(document->Save(out, false), "no name");
@@ -43,7 +42,7 @@ TEST(StreamException, DoesNotHideTheExceptionThatCameFirst) {
 
 TEST(StreamException, LetsAThreadEndInTheMiddleOfASave) {
     // What unwinds a thread is no object, and the sanitizer takes its handler for a null reference.
-    if (kIsSanitized) GTEST_SKIP() << "a thread cannot end under the sanitizers";
+    if (IS_SANITIZED) GTEST_SKIP() << "a thread cannot end under the sanitizers";
     const Document document = NewDocumentWithRoot("root");
     CLastBuffer last;
     std::ostream out(&last);

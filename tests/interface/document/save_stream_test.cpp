@@ -10,7 +10,6 @@
 #include "support/streams.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -24,7 +23,6 @@ Document Sample() {
 class CNamedNode : public CXMLNode {
 public:
     explicit CNamedNode(const char* name) : CXMLNode(name, nullptr) {}
-    ~CNamedNode() override = default;
 };
 
 // Both formats of a document that is refused: the exception, and what is in the stream.
@@ -72,22 +70,22 @@ TEST(SaveToStream, RefusesADocumentWithoutARootAndWritesNothing) {
 TEST(SaveToStream, RefusesADtdNameBehindTheDeclaration) {
     Document document = NewDocument("1dtd", "r.dtd");
     document->CreateRoot("r");
-    ExpectRefused(*document, "1dtd", kDeclaration, kDeclaration);
+    ExpectRefused(*document, "1dtd", DECLARATION, DECLARATION);
 }
 
 TEST(SaveToStream, RefusesATagNameInFrontOfItsElement) {
     Document document = LoadMemory("<r><a/><b><c k='v'/></b>text<d/></r>");
     CXMLNode* root = document->GetRoot();
     *root->GetChildren()[3] = CNamedNode("not a name");
-    ExpectRefused(*document, "not a name", kDeclaration + "<r><a/><b><c k=\"v\"/></b>text",
-                  kDeclaration + "\r\n<r>\r\n\t<a/>\r\n\t<b>\r\n\t\t<c k=\"v\"/>\r\n\t</b>text");
+    ExpectRefused(*document, "not a name", DECLARATION + "<r><a/><b><c k=\"v\"/></b>text",
+                  DECLARATION + "\r\n<r>\r\n\t<a/>\r\n\t<b>\r\n\t\t<c k=\"v\"/>\r\n\t</b>text");
     *root->GetChildren()[1]->GetFirstChild() = CNamedNode("<");
-    ExpectRefused(*document, "<", kDeclaration + "<r><a/><b>",
-                  kDeclaration + "\r\n<r>\r\n\t<a/>\r\n\t<b>\r\n\t\t");
+    ExpectRefused(*document, "<", DECLARATION + "<r><a/><b>",
+                  DECLARATION + "\r\n<r>\r\n\t<a/>\r\n\t<b>\r\n\t\t");
     *root->GetFirstChild() = CNamedNode("");
-    ExpectRefused(*document, "", kDeclaration + "<r>", kDeclaration + "\r\n<r>\r\n\t");
+    ExpectRefused(*document, "", DECLARATION + "<r>", DECLARATION + "\r\n<r>\r\n\t");
     *root = CNamedNode("1");
-    ExpectRefused(*document, "1", kDeclaration, kDeclaration + "\r\n");
+    ExpectRefused(*document, "1", DECLARATION, DECLARATION + "\r\n");
 }
 
 TEST(SaveToStream, RefusesAnAttributeNameBehindTheAttributesBeforeIt) {
@@ -95,12 +93,12 @@ TEST(SaveToStream, RefusesAnAttributeNameBehindTheAttributesBeforeIt) {
     CXMLAttribut** attributes = document->GetRoot()->GetFirstChild()->GetAttributes();
     for (const char* name : {"", "1", "a b", "=", "k\x01"}) {
         attributes[1]->SetName(name);
-        ExpectRefused(*document, name, kDeclaration + "<r><a k=\"&#x3c;\"",
-                      kDeclaration + "\r\n<r>\r\n\t<a k=\"&#x3c;\"");
+        ExpectRefused(*document, name, DECLARATION + "<r><a k=\"&#x3c;\"",
+                      DECLARATION + "\r\n<r>\r\n\t<a k=\"&#x3c;\"");
     }
     attributes[1]->SetName(nullptr);
     attributes[0]->SetName("-");
-    ExpectRefused(*document, "-", kDeclaration + "<r><a", kDeclaration + "\r\n<r>\r\n\t<a");
+    ExpectRefused(*document, "-", DECLARATION + "<r><a", DECLARATION + "\r\n<r>\r\n\t<a");
 }
 
 TEST(SaveToStream, GivesEachStreamThatFailsItsBeginningAndReportsNothing) {
@@ -159,12 +157,12 @@ TEST(SaveToStream, PadsTheFirstTokenLikeAnyOtherStringAndNothingElse) {
     Document document = Sample();
     for (const bool format : {false, true}) {
         const std::string whole = Saved(document, format);
-        const std::string behind = whole.substr(kDeclaration.size());
+        const std::string behind = whole.substr(DECLARATION.size());
         for (const int width : {1, 21, 22, 30, 5000}) {
             for (const auto adjustment : {std::ios::left, std::ios::right, std::ios::internal}) {
                 std::ostringstream expected;
                 expected.setf(adjustment, std::ios::adjustfield);
-                expected << std::setfill('*') << std::setw(width) << kDeclaration << behind;
+                expected << std::setfill('*') << std::setw(width) << DECLARATION << behind;
                 std::ostringstream out;
                 out.setf(adjustment, std::ios::adjustfield);
                 out << std::setfill('*') << std::setw(width);
@@ -204,7 +202,7 @@ TEST(SaveToStream, AppendsToWhatTheStreamHoldsAndCanBeRepeated) {
     document->Save(out, false);
     document->Save(out, false);
     out << "behind";
-    EXPECT_EQ(out.str(), "before" + kDeclaration + "<r/>" + kDeclaration + "<r/>behind");
+    EXPECT_EQ(out.str(), "before" + DECLARATION + "<r/>" + DECLARATION + "<r/>behind");
 }
 
 TEST(SaveToStream, ReportsAFullDeviceToTheOwnerOfTheStream) {

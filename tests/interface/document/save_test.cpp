@@ -1,7 +1,6 @@
 // What saving writes, token by token and with or without formatting, to a stream and to a file.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -16,8 +15,8 @@ void ExpectLayouts(const std::vector<SLayout>& rows) {
     for (const SLayout& row : rows) {
         SCOPED_TRACE(row.xml);
         Document document = LoadMemory(row.xml);
-        EXPECT_EQ(Saved(document, false), kDeclaration + row.plain);
-        EXPECT_EQ(Saved(document, true), kDeclaration + "\r\n" + row.formatted);
+        EXPECT_EQ(Saved(document, false), DECLARATION + row.plain);
+        EXPECT_EQ(Saved(document, true), DECLARATION + "\r\n" + row.formatted);
     }
 }
 
@@ -71,13 +70,13 @@ TEST(Save, TreatsEmptyTextsAndBinaryNodesAsContent) {
     document->GetRoot()->CreateChild("a", nullptr);
     document->GetRoot()->CreateTextChild("");
     document->GetRoot()->CreateChild("b", nullptr);
-    EXPECT_EQ(Saved(document, false), kDeclaration + "<r><a/><b/></r>");
-    EXPECT_EQ(Saved(document, true), kDeclaration + "\r\n<r>\r\n\t<a/><b/></r>");
+    EXPECT_EQ(Saved(document, false), DECLARATION + "<r><a/><b/></r>");
+    EXPECT_EQ(Saved(document, true), DECLARATION + "\r\n<r>\r\n\t<a/><b/></r>");
     document->CreateRoot("r")->CreateBinChild();
-    EXPECT_EQ(Saved(document, false), kDeclaration + "<r><![CDATA[]]></r>");
-    EXPECT_EQ(Saved(document, true), kDeclaration + "\r\n<r><![CDATA[]]></r>");
+    EXPECT_EQ(Saved(document, false), DECLARATION + "<r><![CDATA[]]></r>");
+    EXPECT_EQ(Saved(document, true), DECLARATION + "\r\n<r><![CDATA[]]></r>");
     document->CreateRoot("r")->CreateTextChild(nullptr);
-    EXPECT_EQ(Saved(document, false), kDeclaration + "<r></r>");
+    EXPECT_EQ(Saved(document, false), DECLARATION + "<r></r>");
 }
 
 TEST(Save, WritesTheDocumentTypeLine) {
@@ -117,7 +116,7 @@ TEST(Save, BreaksBase64AfterEvery60Characters) {
     };
     for (const auto& row : rows) {
         node->SetData(zeros.data(), row.length);
-        EXPECT_EQ(Saved(document), kDeclaration + "<r><![CDATA[" + row.text + "]]></r>")
+        EXPECT_EQ(Saved(document), DECLARATION + "<r><![CDATA[" + row.text + "]]></r>")
             << row.length << " bytes";
     }
 }
@@ -135,21 +134,21 @@ TEST(Save, ShowsEveryChangeOfTheTreeAndChangesNothing) {
     root->GetFirstChild()->SetTextChildValue("y");
     root->DeleteChild(root->GetChildren()[1]);
     root->CreateChild("e", root->GetFirstChild());
-    EXPECT_EQ(Saved(document), kDeclaration + "<s a=\"2\" d=\"3\"><e/><b>y</b></s>");
+    EXPECT_EQ(Saved(document), DECLARATION + "<s a=\"2\" d=\"3\"><e/><b>y</b></s>");
     document->CreateRoot("t");
-    EXPECT_EQ(Saved(document), kDeclaration + "<t/>");
+    EXPECT_EQ(Saved(document), DECLARATION + "<t/>");
 }
 
 TEST(Save, WritesAttributesWithoutAValueAsTheyAre) {
     Document document = LoadMemory("<r a='1' b='2'/>");
     document->GetRoot()->GetAttributes()[0]->SetValue("");
     document->GetRoot()->GetAttributes()[1]->SetValue(nullptr);
-    EXPECT_EQ(Saved(document), kDeclaration + "<r a=\"\" b=\"\"/>");
+    EXPECT_EQ(Saved(document), DECLARATION + "<r a=\"\" b=\"\"/>");
 }
 
 TEST(Save, IndentsToAnyDepthWithoutAnyOtherByte) {
     Document document = NewDocumentWithRoot("e");
-    std::string expected = kDeclaration + "\r\n<e>";
+    std::string expected = DECLARATION + "\r\n<e>";
     CXMLNode* node = document->GetRoot();
     const std::size_t depth = 300;
     for (std::size_t level = 1; level < depth; ++level) {
@@ -174,7 +173,7 @@ TEST(SaveToFile, TakesAnyNameAsItStandsAndSoDoesALoad) {
     for (const char* suffix : {" b c.xml", "%20.xml", "#part.xml", "?query=1", "\xC3\xA9.xml"}) {
         TemporaryFile file(suffix);
         NewDocumentWithRoot("r")->Save(file.Name(), false);
-        EXPECT_EQ(file.Content(), kDeclaration + "<r/>") << file.Name();
+        EXPECT_EQ(file.Content(), DECLARATION + "<r/>") << file.Name();
         EXPECT_EQ(TreeText(LoadFile(file.Name())), "r()") << file.Name();
     }
 }
@@ -182,7 +181,7 @@ TEST(SaveToFile, TakesAnyNameAsItStandsAndSoDoesALoad) {
 TEST(SaveToFile, ReplacesWhatTheFileHeld) {
     TemporaryFile file(".xml", std::string(10000, 'x'));
     NewDocumentWithRoot("r")->Save(file.Name(), false);
-    EXPECT_EQ(file.Content(), kDeclaration + "<r/>");
+    EXPECT_EQ(file.Content(), DECLARATION + "<r/>");
 }
 
 TEST(SaveToFile, DoesNothingWithoutARootOrAName) {
@@ -221,7 +220,7 @@ TEST(SaveToFile, LeavesAPartOfTheDocumentWhenANameIsRefused) {
     document->GetRoot()->GetChildren()[1]->GetAttributes()[1]->SetName("");
     TemporaryFile file;
     EXPECT_INVALID_NAME(document->Save(file.Name(), false), "");
-    EXPECT_EQ(file.Content(), kDeclaration + "<r><a/><b k=\"v\"");
+    EXPECT_EQ(file.Content(), DECLARATION + "<r><a/><b k=\"v\"");
 }
 
 namespace {
@@ -229,7 +228,6 @@ namespace {
 class CSigningDocument : public CXMLDocument {
 public:
     CSigningDocument() : CXMLDocument(nullptr, nullptr) {}
-    ~CSigningDocument() override = default;
     using CXMLDocument::Save;
     void Save(std::ostream& out, bool format) override {
         CXMLDocument::Save(out, format);
@@ -244,5 +242,5 @@ TEST(SaveToFile, GoesThroughTheStreamVariantOfADerivedDocument) {
     document.CreateRoot("r");
     TemporaryFile file;
     document.Save(file.Name(), false);
-    EXPECT_EQ(file.Content(), kDeclaration + "<r/><!-- signed -->");
+    EXPECT_EQ(file.Content(), DECLARATION + "<r/><!-- signed -->");
 }

@@ -2,16 +2,15 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-constexpr const char* kXml = "<r a='1'><p>text</p><![CDATA[QUJD]]></r>";
-constexpr const char* kSaved = "<r a=\"1\"><p>text</p><![CDATA[QUJD\n]]></r>";
+constexpr const char* XML = "<r a='1'><p>text</p><![CDATA[QUJD]]></r>";
+constexpr const char* SAVED = "<r a=\"1\"><p>text</p><![CDATA[QUJD\n]]></r>";
 
 Document LoadWithReference() {
-    Document document = Load(kXml);
+    Document document = Load(XML);
     document->SetDTDRef("name", "path");
     return document;
 }
@@ -43,15 +42,15 @@ TEST(DocumentSharing, CopiesShowEachOthersChanges) {
 }
 
 TEST(DocumentSharing, CopiesEndInEitherOrder) {
-    Document source = Load(kXml);
+    Document source = Load(XML);
     {
         CDocumentProbe copy(*source);
         CDocumentProbe second(copy);
     }
-    EXPECT_EQ(SavedBody(*source), kSaved);
+    EXPECT_EQ(SavedBody(*source), SAVED);
     CDocumentProbe copy(*source);
     source.reset();
-    EXPECT_EQ(SavedBody(copy), kSaved);
+    EXPECT_EQ(SavedBody(copy), SAVED);
     copy.GetRoot()->CreateChild("new", nullptr);
     EXPECT_EQ(Listed(copy.GetNodes("r/new")), "new");
     const Document clone(copy.Clone());
@@ -68,7 +67,7 @@ TEST(DocumentSharing, AssignedDocumentsEndInEitherOrder) {
         EXPECT_TRUE(Same(target->GetDTDName(), source->GetDTDName()));
         (targetFirst ? target : source).reset();
         const Document& left = targetFirst ? source : target;
-        EXPECT_EQ(SavedBody(*left), std::string("<!DOCTYPE name SYSTEM \"path\">") + kSaved);
+        EXPECT_EQ(SavedBody(*left), std::string("<!DOCTYPE name SYSTEM \"path\">") + SAVED);
         left->CreateRoot("end")->CreateTextChild("text");
         left->SetDTDRef("end", "end");
     }
@@ -112,13 +111,13 @@ TEST(DocumentSharing, DocumentsWithoutARootShareTheNextOne) {
 }
 
 TEST(DocumentSharing, NodesAndAttributesOutliveSharedDocuments) {
-    Document source = Load(kXml);
+    Document source = Load(XML);
     auto copy = std::make_unique<CDocumentProbe>(*source);
     CElementProbe root(*source->GetRoot());
     CXMLAttribut attribute(*source->GetRoot()->GetAttributes()[0]);
     source.reset();
     copy->CreateRoot("new");
     copy.reset();
-    EXPECT_EQ(SavedNode(root), kSaved);
+    EXPECT_EQ(SavedNode(root), SAVED);
     EXPECT_STREQ(attribute.GetValue(), "1");
 }

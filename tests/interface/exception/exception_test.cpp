@@ -4,7 +4,6 @@
 
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -14,7 +13,7 @@ struct STableRow {
     const char* text;
 };
 
-const STableRow kTable[] = {
+const STableRow TABLE[] = {
     {1, "Error during initialisation of the XML parser"},
     {2, "Error loading '%s':\n\n'%s'"},
     {3, "Load error:\nFile: '%s'  Line '%s':\n\n'%s'"},
@@ -31,7 +30,7 @@ const STableRow kTable[] = {
     {14, "Error during conversion."},
 };
 
-const unsigned int kOutsideTheTable[] = {0, 15, 16, 255, 256, 257, 65536, 65537, UINT_MAX};
+const unsigned int OUTSIDE_THE_TABLE[] = {0, 15, 16, 255, 256, 257, 65536, 65537, UINT_MAX};
 
 std::string Replaced(std::string text, const std::string& argument) {
     for (std::size_t at = text.find("%s"); at != std::string::npos; at = text.find("%s", at)) {
@@ -50,7 +49,7 @@ public:
 }  // namespace
 
 TEST(Exception, TakesATableTextAsItStands) {
-    for (const STableRow& row : kTable) {
+    for (const STableRow& row : TABLE) {
         CXMLException e(42, row.number);
         EXPECT_STREQ(e.GetMessage(), row.text) << "number " << row.number;
         EXPECT_EQ(e.GetID(), 42) << "number " << row.number;
@@ -58,7 +57,7 @@ TEST(Exception, TakesATableTextAsItStands) {
 }
 
 TEST(Exception, FillsEveryPlaceOfEveryTableText) {
-    for (const STableRow& row : kTable) {
+    for (const STableRow& row : TABLE) {
         CXMLException e(1, row.number, "argument", "argument", "argument");
         EXPECT_EQ(e.GetMessage(), Replaced(row.text, "argument")) << "number " << row.number;
     }
@@ -79,7 +78,7 @@ TEST(Exception, FillsThePlacesInOrder) {
 
 TEST(Exception, IgnoresArgumentsWithoutAPlace) {
     for (const unsigned int number : {1u, 5u, 8u, 9u, 12u, 13u, 14u}) {
-        const char* text = kTable[number - 1].text;
+        const char* text = TABLE[number - 1].text;
         EXPECT_STREQ(CXMLException(6, number, "x").GetMessage(), text);
         EXPECT_STREQ(CXMLException(6, number, "x", "y").GetMessage(), text);
         EXPECT_STREQ(CXMLException(6, number, "x", "y", "z").GetMessage(), text);
@@ -106,7 +105,7 @@ TEST(Exception, PrintsNothingForNull) {
 }
 
 TEST(Exception, HasAnEmptyTextForANumberOutsideTheTable) {
-    for (const unsigned int number : kOutsideTheTable) {
+    for (const unsigned int number : OUTSIDE_THE_TABLE) {
         EXPECT_STREQ(CXMLException(7, number).GetMessage(), "") << "number " << number;
         EXPECT_STREQ(CXMLException(7, number, "a").GetMessage(), "") << "number " << number;
         EXPECT_STREQ(CXMLException(7, number, "a", "b").GetMessage(), "") << "number " << number;

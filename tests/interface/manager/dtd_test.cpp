@@ -2,7 +2,6 @@
 // and external DTDs do to the tree, and validation against a DTD.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

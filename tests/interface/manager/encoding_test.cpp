@@ -5,7 +5,6 @@
 #include "support/testing.h"
 #include "support/unicode.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -34,21 +33,21 @@ std::string Wide(const std::u32string& text, Order order, std::size_t unitSize) 
     return bytes;
 }
 
-constexpr const char* kTree = "r k=\"\xC3\xA9\"(\"\xE2\x82\xAC \xF0\x9F\x98\x80\")";
-const std::u32string kBody = U"<r k='\u00E9'>\u20AC \U0001F600</r>";
+constexpr const char* TREE = "r k=\"\xC3\xA9\"(\"\xE2\x82\xAC \xF0\x9F\x98\x80\")";
+const std::u32string BODY = U"<r k='\u00E9'>\u20AC \U0001F600</r>";
 
 }  // namespace
 
 TEST(LoadEncoding, ReadsUtf8WithAndWithoutAMarkAndADeclaration) {
     const std::string body = "<r k='\xC3\xA9'>\xE2\x82\xAC \xF0\x9F\x98\x80</r>";
     const std::string mark = "\xEF\xBB\xBF";
-    ExpectTrees({{body, kTree}});
-    ExpectTrees({{mark + body, kTree}});
-    ExpectTrees({{"<?xml version='1.0' encoding='UTF-8'?>" + body, kTree}});
-    ExpectTrees({{"<?xml version='1.0' encoding='utf-8'?>\n" + body, kTree}});
-    ExpectTrees({{mark + "<?xml version='1.0' encoding='UTF-8'?>" + body, kTree}});
+    ExpectTrees({{body, TREE}});
+    ExpectTrees({{mark + body, TREE}});
+    ExpectTrees({{"<?xml version='1.0' encoding='UTF-8'?>" + body, TREE}});
+    ExpectTrees({{"<?xml version='1.0' encoding='utf-8'?>\n" + body, TREE}});
+    ExpectTrees({{mark + "<?xml version='1.0' encoding='UTF-8'?>" + body, TREE}});
     // The bytes contradict the declaration; the parser only warns.
-    ExpectTrees({{"<?xml version='1.0' encoding='UTF-16'?>" + body, kTree}});
+    ExpectTrees({{"<?xml version='1.0' encoding='UTF-16'?>" + body, TREE}});
 }
 
 TEST(LoadEncoding, ReadsUtf16InBothOrders) {
@@ -59,17 +58,17 @@ TEST(LoadEncoding, ReadsUtf16InBothOrders) {
         const std::u32string declared = U"<?xml version='1.0' encoding='UTF-16'?>";
         const std::u32string exact = std::u32string(U"<?xml version='1.0' encoding='UTF-16") +
                                      (order == Order::Little ? U"LE" : U"BE") + U"'?>";
-        ExpectTrees({{Wide(mark + kBody, order, 2), kTree}});
-        ExpectTrees({{Wide(mark + declared + kBody, order, 2), kTree}});
-        ExpectTrees({{Wide(declared + kBody, order, 2), kTree}});
-        ExpectTrees({{Wide(exact + kBody, order, 2), kTree}});
+        ExpectTrees({{Wide(mark + BODY, order, 2), TREE}});
+        ExpectTrees({{Wide(mark + declared + BODY, order, 2), TREE}});
+        ExpectTrees({{Wide(declared + BODY, order, 2), TREE}});
+        ExpectTrees({{Wide(exact + BODY, order, 2), TREE}});
     }
 }
 
 TEST(LoadEncoding, ReadsUtf32InBothOrders) {
     const std::u32string declared = U"<?xml version='1.0' encoding='ISO-10646-UCS-4'?>";
-    ExpectTrees({{Wide(declared + kBody, Order::Little, 4), kTree}});
-    ExpectTrees({{Wide(declared + kBody, Order::Big, 4), kTree}});
+    ExpectTrees({{Wide(declared + BODY, Order::Little, 4), TREE}});
+    ExpectTrees({{Wide(declared + BODY, Order::Big, 4), TREE}});
 }
 
 TEST(LoadEncoding, ReadsSingleByteEncodings) {
@@ -103,7 +102,7 @@ TEST(LoadEncoding, TellsEncodingsThatItDoesNotKnowAndBytesThatTheirsDoesNotHave)
 
 // The parser puts the bad bytes themselves into its text, which the converter then replaces.
 TEST(LoadEncoding, TellsInvalidUtf8InTextsValuesAndNames) {
-    const std::string bad = kReplacement;
+    const std::string bad = REPLACEMENT;
     struct {
         const char* bytes;
         std::string message;
@@ -149,7 +148,7 @@ TEST(LoadEncoding, DoesNotDependOnTheLocale) {
 }
 
 TEST(LoadEncoding, CarriesEveryCharacterOfEveryPlaneInTextsAndValues) {
-    for (char32_t plane = 0; plane <= kLastCodePoint; plane += 0x10000) {
+    for (char32_t plane = 0; plane <= LAST_CODE_POINT; plane += 0x10000) {
         std::string raw;
         std::string value;
         std::string text;

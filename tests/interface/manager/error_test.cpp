@@ -6,7 +6,6 @@
 #include "support/testing.h"
 #include "support/unicode.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -54,15 +53,12 @@ TEST(LoadError, OfNoSourceIsTheParameters) {
     unsigned char bytes[] = {'<', 'r', '/', '>'};
     const char* noName = nullptr;
     unsigned char* noBuffer = nullptr;
-    for (const bool option : {false, true}) {
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument(noName, option, option, nullptr, option, option));
+    for (const SLoad& how : {SLoad(), SLoad{true, true, {}, true, true}}) {
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, noName));
         for (const unsigned length : {0u, 4u, 0xFFFFFFFFu}) {
-            EXPECT_INVALID_PARAMETER(
-                Manager().LoadDocument(noBuffer, length, option, option, nullptr, option, option));
+            EXPECT_INVALID_PARAMETER(LoadFrom(how, noBuffer, length));
         }
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument(bytes, 0, option, option, nullptr, option, option));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, bytes, 0u));
     }
 }
 

@@ -2,7 +2,6 @@
 // lose their difference with the prefix, normalised values, names outside XML 1.0.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -25,7 +24,7 @@ void ExpectSame(const std::vector<STreeRow>& rows) {
     ExpectTrees(rows, KeepPrefixes());
 }
 
-constexpr const char* kLinearB = "\xF0\x90\x80\x80";  // U+10000
+constexpr const char* LINEAR_B = "\xF0\x90\x80\x80";  // U+10000
 
 }  // namespace
 
@@ -165,7 +164,7 @@ TEST(LoadNames, TakesNamesFromTheWholeBasicPlane) {
 // The parser takes names with characters beyond U+FFFF, in XML 1.0 and 1.1 documents alike; the name
 // test of the tree does not.
 TEST(LoadNames, RefusesNamesBeyondTheBasicPlane) {
-    const std::string bad = kLinearB;
+    const std::string bad = LINEAR_B;
     for (const std::string declaration : {"", "<?xml version='1.0'?>", "<?xml version='1.1'?>"}) {
         SCOPED_TRACE(declaration);
         for (const SLoad& how : {SLoad(), KeepPrefixes()}) {
@@ -182,7 +181,7 @@ TEST(LoadNames, RefusesNamesBeyondTheBasicPlane) {
 }
 
 TEST(LoadNames, RefusesSuchAPrefixOnlyWhenItIsKept) {
-    const std::string bad = kLinearB;
+    const std::string bad = LINEAR_B;
     const std::string element = "<" + bad + ":r xmlns:" + bad + "='u'/>";
     EXPECT_EQ(TreeText(LoadMemory(element)), "r()");
     EXPECT_INVALID_NAME(LoadMemory(element, KeepPrefixes()), bad + ":r");

@@ -4,7 +4,6 @@
 #include "support/random_document.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -2,7 +2,6 @@
 // the parameters has an effect when.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -30,7 +29,7 @@ TEST_F(LoadSchema, ValidatesAgainstTheCallersSchemaForNoNamespace) {
     EXPECT_EQ(TreeText(LoadMemory("<r><n>1</n></r>", how)), "r d=\"default\"(n(\"1\"))");
     EXPECT_EQ(TreeText(LoadMemory("<r d='v'> <n>1</n> <n>-2</n> </r>", how)),
               "r d=\"v\"(n(\"1\"), n(\"-2\"))");
-    EXPECT_LOAD_ERROR(LoadMemory("<r>\n<n>x</n></r>", how), "Memfile", 2, kNoInteger);
+    EXPECT_LOAD_ERROR(LoadMemory("<r>\n<n>x</n></r>", how), "Memfile", 2, NO_INTEGER);
     EXPECT_LOAD_ERROR(LoadMemory("<r><m/></r>", how), "Memfile", 1,
                       "no declaration found for element 'm'");
     EXPECT_LOAD_ERROR(LoadMemory("<q/>", how), "Memfile", 1,
@@ -43,9 +42,9 @@ TEST_F(LoadSchema, ValidatesAgainstTheCallersSchemaForANamespace) {
               "r d=\"default\"(n(\"1\"))");
     EXPECT_EQ(TreeText(LoadMemory("<t:r xmlns:t='urn:t'><t:n>1</t:n></t:r>", how)),
               "r d=\"default\"(n(\"1\"))");
-    EXPECT_LOAD_ERROR(LoadMemory("<r xmlns='urn:t'><n>x</n></r>", how), "Memfile", 1, kNoInteger);
+    EXPECT_LOAD_ERROR(LoadMemory("<r xmlns='urn:t'><n>x</n></r>", how), "Memfile", 1, NO_INTEGER);
     TemporaryFile file(".xml", "<r xmlns='urn:t'>\n<n>x</n></r>");
-    EXPECT_LOAD_ERROR(LoadFile(file.Name(), how), file.Name(), 2, kNoInteger);
+    EXPECT_LOAD_ERROR(LoadFile(file.Name(), how), file.Name(), 2, NO_INTEGER);
     SLoad keep = how;
     keep.keepPrefixes = true;
     EXPECT_EQ(TreeText(LoadMemory("<t:r xmlns:t='urn:t'><t:n>1</t:n></t:r>", keep)),
@@ -70,9 +69,9 @@ TEST_F(LoadSchema, ValidatesAgainstTheSchemaThatTheDocumentNames) {
     const SLoad how = ValidateWithSchema("");
     EXPECT_EQ(TreeText(LoadMemory("<r" + Hint() + "><n>1</n></r>", how)),
               "r noNamespaceSchemaLocation=" + Quoted(m_Plain.Name()) + " d=\"default\"(n(\"1\"))");
-    EXPECT_LOAD_ERROR(LoadMemory("<r" + Hint() + "><n>x</n></r>", how), "Memfile", 1, kNoInteger);
+    EXPECT_LOAD_ERROR(LoadMemory("<r" + Hint() + "><n>x</n></r>", how), "Memfile", 1, NO_INTEGER);
     EXPECT_LOAD_ERROR(LoadMemory("<r xmlns='urn:t'" + NamespaceHint() + ">\n\n<n>x</n></r>", how),
-                      "Memfile", 3, kNoInteger);
+                      "Memfile", 3, NO_INTEGER);
 }
 
 TEST_F(LoadSchema, LoadsADocumentWithoutASchemaUnvalidated) {
@@ -147,7 +146,7 @@ TEST_F(LoadSchema, FindsARelativeSchemaBesideTheDocument) {
     const std::string name = m_Plain.Name();
     const std::string base = name.substr(name.rfind('/') + 1);
     TemporaryFile file(".xml", "<r><n>x</n></r>");
-    EXPECT_LOAD_ERROR(LoadFile(file.Name(), ValidateWithSchema(base)), file.Name(), 1, kNoInteger);
+    EXPECT_LOAD_ERROR(LoadFile(file.Name(), ValidateWithSchema(base)), file.Name(), 1, NO_INTEGER);
 }
 
 TEST_F(LoadSchema, ValidatesADtdAlthoughSchemaProcessingIsOn) {

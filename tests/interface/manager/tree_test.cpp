@@ -1,9 +1,7 @@
 // What a loaded tree looks like: text and whitespace, references, CDATA sections, comments, size.
-#include <thread>
-
 #include "support/testing.h"
+#include "support/threads.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -317,38 +315,25 @@ TEST(LoadTree, GivesDocumentsThatAreIndependentOfTheBufferAndOfEachOther) {
 }
 
 TEST(LoadTree, LoadsOnSeveralThreadsAtOnce) {
-    std::vector<std::string> wrong(4);
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < wrong.size(); ++i) {
-        threads.emplace_back([i, &wrong] {
-            const std::string name = "e" + std::to_string(i);
-            const std::string xml =
-                "<" + name + " k='\xC3\xA9'>&amp;<a>text</a><![CDATA[QQ==]]></" + name + ">";
-            const std::string tree = name + " k=\"\xC3\xA9\"(\"&\", a(\"text\"), #41)";
-            for (int round = 0; round < 300; ++round) {
-                Document document = LoadMemory(xml);
-                Document loaded = LoadMemory(Saved(document, round % 2 == 0));
-                if (TreeText(document) != tree) wrong[i] = TreeText(document);
-                if (TreeText(loaded) != tree) wrong[i] = TreeText(loaded);
-                try {
-                    LoadMemory("<" + name + ">");
-                    wrong[i] = "no error";
-                } catch (CXMLException& e) {
-                    const std::string text = e.GetMessage();
-                    if (text.find("'" + name + "'") == std::string::npos) wrong[i] = text;
-                }
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    for (const std::string& text : wrong)
-        EXPECT_EQ(text, "");
+    OnThreads([](int thread) {
+        const std::string name = "e" + std::to_string(thread);
+        const std::string xml =
+            "<" + name + " k='\xC3\xA9'>&amp;<a>text</a><![CDATA[QQ==]]></" + name + ">";
+        const std::string tree = name + " k=\"\xC3\xA9\"(\"&\", a(\"text\"), #41)";
+        for (int round = 0; round < 300; ++round) {
+            const Document document = LoadMemory(xml);
+            ASSERT_EQ(TreeText(document), tree);
+            ASSERT_EQ(TreeText(LoadMemory(Saved(document, round % 2 == 0))), tree);
+            EXPECT_LOAD_ERROR(LoadMemory("<" + name + ">"), "Memfile", 1,
+                              "input ended before all started tags were ended; last tag started "
+                              "is '" +
+                                  name + "'");
+        }
+    });
 }
 
 TEST(LoadTree, ReadsTheGivenLengthOnly) {
     std::string xml = "<r>text</r>behind the document";
-    Document document(Manager().LoadDocument(reinterpret_cast<unsigned char*>(&xml[0]), 11, false,
-                                             false, nullptr, false, false));
+    Document document(LoadFrom(SLoad(), reinterpret_cast<unsigned char*>(&xml[0]), 11u));
     EXPECT_EQ(TreeText(document), "r(\"text\")");
 }

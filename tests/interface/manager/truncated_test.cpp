@@ -7,12 +7,11 @@
 #include "support/testing.h"
 #include "support/unicode.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-const char* const kRootAndBefore =
+const char* const ROOT_AND_BEFORE =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n"
     "<!-- a lending library's list \xE2\x80\x93 made by hand -->\n"
     "<?sort by='title'?>\n"
@@ -40,9 +39,9 @@ const char* const kRootAndBefore =
     "\t<lib:book lib:id='b2'><title>The <![CDATA[<plain>]]> title of &press;</title></lib:book>\n"
     "\t<note>  &seen; &#x1F600;&#10;also<!-- or not -->  <?check twice?></note>\n"
     "</lib:list>";
-const char* const kComment = "\n<!-- the end -->";
+const char* const COMMENT = "\n<!-- the end -->";
 
-std::string Whole() { return std::string(kRootAndBefore) + kComment + "\n"; }
+std::string Whole() { return std::string(ROOT_AND_BEFORE) + COMMENT + "\n"; }
 
 // "" if the text is that of a parse error in this file on one of these lines, else what is wrong.
 std::string WrongWith(const std::string& text, const std::string& file, long lines) {
@@ -112,8 +111,8 @@ TEST(LoadTruncated, TheWholeDocumentLoads) {
 
 TEST(LoadTruncated, EveryBeginningOfADocumentIsAParseErrorOrComplete) {
     const std::string whole = Whole();
-    const std::size_t root = std::string(kRootAndBefore).size();
-    const std::size_t comment = root + std::string(kComment).size();
+    const std::size_t root = std::string(ROOT_AND_BEFORE).size();
+    const std::size_t comment = root + std::string(COMMENT).size();
     for (int combination = 0; combination < 4; ++combination) {
         for (std::size_t length = 1; length <= whole.size(); ++length) {
             const bool complete = length == root || length == root + 1 || length >= comment;

@@ -2,14 +2,14 @@
 // the call replaces or releases, it has read its arguments before.
 #include "support/derived.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
 // Names and texts of these lengths: strings may be kept in different places by their length.
-const std::size_t kLengths[] = {1, 7, 15, 16, 31, 40, 300, 5000, 100000};
+const std::size_t LENGTHS[] = {1, 7, 15, 16, 31, 40, 300, 5000, 100000};
 
 // Letters that differ from place to place, so that a shifted copy shows; a valid name.
 std::string Letters(std::size_t length, int shift = 0) {
@@ -19,16 +19,14 @@ std::string Letters(std::size_t length, int shift = 0) {
     return text;
 }
 
-class Aliasing : public ::testing::TestWithParam<std::size_t> {
+class Aliasing : public CTreeFixture, public ::testing::WithParamInterface<std::size_t> {
 protected:
     std::string m_S = Letters(GetParam());
     std::string m_T = Letters(GetParam(), 1);
     std::size_t m_nHalf = GetParam() / 2;  // never the terminator
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
 };
 
-INSTANTIATE_TEST_SUITE_P(Lengths, Aliasing, ::testing::ValuesIn(kLengths));
+INSTANTIATE_TEST_SUITE_P(Lengths, Aliasing, ::testing::ValuesIn(LENGTHS));
 
 }  // namespace
 

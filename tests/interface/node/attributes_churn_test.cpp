@@ -1,7 +1,6 @@
 // Attributes that come and go by the hundred on an element that once had many.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 TEST(AttributeChurn, FindsEveryAttributeWhileOthersComeAndGo) {

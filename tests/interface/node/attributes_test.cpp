@@ -1,19 +1,21 @@
 // The attributes of an element: SetAttribute, GetAttributeValue and GetAttributes.
 #include "support/names.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-class ElementAttributes : public ::testing::Test {
+class ElementAttributes : public CTreeFixture {
 protected:
     void Set(const char* name, const char* value) { m_Root.SetAttribute(name, value); }
+    // p, q and so on, with the values 1, 2 and so on.
+    void SetFirst(int count) {
+        for (int i = 0; i < count; ++i)
+            Set(std::string(1, static_cast<char>('p' + i)).c_str(), std::to_string(i + 1).c_str());
+    }
     std::string List() { return Attributes(m_Root); }
-
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
 };
 
 }  // namespace
@@ -33,9 +35,7 @@ TEST_F(ElementAttributes, KeepTheOrderInWhichTheyWereAdded) {
 }
 
 TEST_F(ElementAttributes, KeepTheirPlaceAndTheirObjectWhenTheValueChanges) {
-    Set("p", "1");
-    Set("q", "2");
-    Set("r", "3");
+    SetFirst(3);
     CXMLAttribut* first = m_Root.GetAttributes()[0];
     Set("p", "a longer value than before");
     EXPECT_EQ(List(), "p=a longer value than before q=2 r=3");
@@ -47,9 +47,7 @@ TEST_F(ElementAttributes, AreRemovedByAnEmptyValueOrNull) {
         for (const char* name : {"p", "q", "r"}) {
             for (const char* all : {"p", "q", "r"})
                 Set(all, nullptr);
-            Set("p", "1");
-            Set("q", "2");
-            Set("r", "3");
+            SetFirst(3);
             CXMLAttribut* const before[] = {m_Root.GetAttributes()[0], m_Root.GetAttributes()[1],
                                             m_Root.GetAttributes()[2]};
             Set(name, nothing);
@@ -64,8 +62,7 @@ TEST_F(ElementAttributes, AreRemovedByAnEmptyValueOrNull) {
 }
 
 TEST_F(ElementAttributes, GoBehindTheOthersWhenAddedAgain) {
-    Set("p", "1");
-    Set("q", "2");
+    SetFirst(2);
     Set("p", "");
     Set("p", "3");
     EXPECT_EQ(List(), "q=2 p=3");
@@ -141,12 +138,11 @@ TEST_F(ElementAttributes, StayUnchangedWhenTheNameIsInvalid) {
 }
 
 TEST_F(ElementAttributes, MayBeEmptiedThroughTheAttributeItself) {
-    Set("p", "1");
-    Set("q", "2");
+    SetFirst(2);
     m_Root.GetAttributes()[0]->SetValue("");
     EXPECT_EQ(List(), "p= q=2");
     EXPECT_STREQ(m_Root.GetAttributeValue("p"), "");
-    EXPECT_EQ(SavedBody(*m_Document), "<r p=\"\" q=\"2\"/>");
+    EXPECT_EQ(Body(), "<r p=\"\" q=\"2\"/>");
     Set("p", "3");
     EXPECT_EQ(List(), "p=3 q=2");
     m_Root.GetAttributes()[0]->SetValue("");
@@ -155,8 +151,7 @@ TEST_F(ElementAttributes, MayBeEmptiedThroughTheAttributeItself) {
 }
 
 TEST_F(ElementAttributes, AreFoundUnderTheNameGivenThroughTheAttributeItself) {
-    Set("p", "1");
-    Set("q", "2");
+    SetFirst(2);
     m_Root.GetAttributes()[0]->SetName("renamed");
     EXPECT_STREQ(m_Root.GetAttributeValue("p"), "");
     EXPECT_STREQ(m_Root.GetAttributeValue("renamed"), "1");
@@ -169,8 +164,7 @@ TEST_F(ElementAttributes, AreFoundUnderTheNameGivenThroughTheAttributeItself) {
 }
 
 TEST_F(ElementAttributes, AnswerTheFirstOfTwoWithOneName) {
-    Set("p", "1");
-    Set("q", "2");
+    SetFirst(2);
     m_Root.GetAttributes()[1]->SetName("p");
     EXPECT_STREQ(m_Root.GetAttributeValue("p"), "1");
     Set("p", "3");
@@ -182,14 +176,13 @@ TEST_F(ElementAttributes, AnswerTheFirstOfTwoWithOneName) {
 }
 
 TEST_F(ElementAttributes, MayBeGivenAnInvalidNameWhichSavingRefuses) {
-    Set("p", "1");
-    Set("q", "2");
+    SetFirst(2);
     for (const char* name : {"", "1a", "a b"}) {
         m_Root.GetAttributes()[1]->SetName(name);
         EXPECT_STREQ(m_Root.GetAttributes()[1]->GetName(), name);
         std::ostringstream out;
         EXPECT_INVALID_NAME(m_Document->Save(out, false), name);
-        EXPECT_EQ(out.str(), kDeclaration + "<r p=\"1\"");
+        EXPECT_EQ(out.str(), DECLARATION + "<r p=\"1\"");
     }
     EXPECT_STREQ(m_Root.GetAttributeValue("a b"), "2");
     m_Root.GetAttributes()[1]->SetName(nullptr);

@@ -7,14 +7,14 @@
 #include "support/heap.h"
 #include "support/sanitizers.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-constexpr int kWarmUp = 2000;
-constexpr int kRounds = 20000;
+constexpr int WARM_UP = 2000;
+constexpr int ROUNDS = 20000;
 
 // Lengths that differ from round to round, from a few bytes to more than any small block.
 std::string Letters(int round) {
@@ -22,22 +22,19 @@ std::string Letters(int round) {
     return std::string(lengths[round % 10] + static_cast<std::size_t>(round % 3), 'v');
 }
 
-class Churn : public ::testing::Test {
+class Churn : public CTreeFixture {
 protected:
     void SetUp() override {
-        if (kIsSanitized) GTEST_SKIP() << "the sanitizer's allocator keeps what is freed";
+        if (IS_SANITIZED) GTEST_SKIP() << "the sanitizer's allocator keeps what is freed";
     }
     void Repeat(const std::function<void(int)>& work) {
-        for (int round = 0; round < kWarmUp; ++round)
+        for (int round = 0; round < WARM_UP; ++round)
             work(round);
         const std::size_t before = HeapInUse();
-        for (int round = 0; round < kRounds; ++round)
-            work(kWarmUp + round);
+        for (int round = 0; round < ROUNDS; ++round)
+            work(WARM_UP + round);
         ExpectHeapAsBefore(before);  // that is, less than four bytes a round
     }
-
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
 };
 
 }  // namespace

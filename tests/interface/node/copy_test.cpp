@@ -1,19 +1,13 @@
 // Real copies: CopyChild and Clone.
 #include "support/names.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-class TreeCopy : public ::testing::Test {
-protected:
-    std::string Body() { return SavedBody(*m_Document); }
-
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
-};
+class TreeCopy : public CTreeFixture {};
 
 }  // namespace
 
@@ -252,7 +246,7 @@ TEST(Clone, OutlivesItsSourceAndIsLeftAloneByIt) {
     document->GetRoot()->DeleteChild(document->GetRoot()->GetFirstChild());
     document->SetDTDRef("n", "p");
     document.reset();
-    EXPECT_EQ(Saved(clone), kDeclaration + "<r a=\"1\">text<c/></r>");
+    EXPECT_EQ(Saved(clone), DECLARATION + "<r a=\"1\">text<c/></r>");
     EXPECT_EQ(clone->GetDTDName(), nullptr);
 }
 

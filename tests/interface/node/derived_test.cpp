@@ -7,7 +7,6 @@
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -248,7 +247,7 @@ TEST(DerivedNode, IsAskedToSaveItselfBelowAnElement) {
     const CSubstitute substitute(*root->GetFirstChild(), 0, probe);
     EXPECT_EQ(SavedBody(*document), "<r><a>{plain,\t\t}</a><b/></r>");
     EXPECT_EQ(Saved(document, true),
-              std::string(kDeclaration) +
+              std::string(DECLARATION) +
                   "\r\n<r>\r\n\t<a>\r\n\t\t{format,\t\t}\r\n\t</a>\r\n\t<b/>\r\n</r>");
 }
 
@@ -257,7 +256,7 @@ TEST(DerivedNode, IsAskedToSaveItselfAsAText) {
     CSavingText probe("ignored");
     const CSubstitute substitute(*document->GetRoot()->GetFirstChild(), 0, probe);
     EXPECT_EQ(SavedBody(*document), "<r><a>{text}</a></r>");
-    EXPECT_EQ(Saved(document, true), kDeclaration + "\r\n<r>\r\n\t<a>{text}</a>\r\n</r>");
+    EXPECT_EQ(Saved(document, true), DECLARATION + "\r\n<r>\r\n\t<a>{text}</a>\r\n</r>");
 }
 
 TEST(DerivedNode, IsEndedThroughItsOwnDestructor) {
@@ -334,7 +333,7 @@ TEST(DerivedBinary, IsToldBeforeItsBlockGoes) {
 }
 
 TEST(DerivedBinary, IsToldAlsoWhenThereIsNoMemoryForTheNewBlock) {
-    if (kIsSanitized) GTEST_SKIP() << "the sanitizer ends the program where new would throw";
+    if (IS_SANITIZED) GTEST_SKIP() << "the sanitizer ends the program where new would throw";
     CRecordingBinary binary;
     SetBytes(binary, "old");
     binary.m_Deleted.clear();

@@ -1,17 +1,15 @@
 // Growing and shrinking an element: children at a place, leaves, deleting, the one text.
 #include "support/names.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
 // A root with the children P, Q and R.
-class TreeEdit : public ::testing::Test {
+class TreeEdit : public CTreeFixture {
 protected:
-    Document m_Document = NewDocumentWithRoot("r");
-    CXMLNode& m_Root = *m_Document->GetRoot();
     CXMLNode* m_pP = m_Root.CreateChild("P", nullptr);
     CXMLNode* m_pQ = m_Root.CreateChild("Q", nullptr);
     CXMLNode* m_pR = m_Root.CreateChild("R", nullptr);
@@ -165,7 +163,7 @@ TEST_F(TreeEdit, FollowsChildrenThatTheClientReorders) {
     std::swap(children[0], children[2]);
     EXPECT_EQ(Children(m_Root), "R Q P");
     EXPECT_EQ(m_Root.GetFirstChild(), m_pR);
-    EXPECT_EQ(SavedBody(*m_Document), "<r><R/><Q/><P/></r>");
+    EXPECT_EQ(Body(), "<r><R/><Q/><P/></r>");
     m_Root.CreateChild("S", m_pP);
     m_Root.DeleteChild(m_pR);
     EXPECT_EQ(Children(m_Root), "Q S P");

@@ -3,7 +3,6 @@
 #include "support/random_text.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -250,7 +249,7 @@ void TreeModel::Step() {
 
 void TreeModel::Check() {
     for (const bool format : {false, true}) {
-        std::string expected = kDeclaration + (format ? "\r\n" : "");
+        std::string expected = DECLARATION + (format ? "\r\n" : "");
         Write(*m_pRoot, format, "", expected);
         ASSERT_EQ(Saved(m_Document, format), expected);
     }

@@ -3,24 +3,28 @@
 
 #include "support/names.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
-TEST(Node, HasNeitherChildrenNorAttributesAtFirst) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    for (CXMLNode* node : {root, root->CreateChild("c", nullptr)}) {
+namespace {
+
+class Node : public CTreeFixture {};
+
+}  // namespace
+
+TEST_F(Node, HasNeitherChildrenNorAttributesAtFirst) {
+    for (CXMLNode* node : {&m_Root, m_Root.CreateChild("c", nullptr)}) {
         ASSERT_NE(node->GetAttributes(), nullptr);
         EXPECT_EQ(node->GetAttributes()[0], nullptr);
-        if (node == root) continue;
+        if (node == &m_Root) continue;
         ASSERT_NE(node->GetChildren(), nullptr);
         EXPECT_EQ(node->GetChildren()[0], nullptr);
         EXPECT_EQ(node->GetFirstChild(), nullptr);
     }
 }
 
-TEST(Node, NumbersItsKinds) {
+TEST_F(Node, NumbersItsKinds) {
     EXPECT_EQ(CXMLNode::NODE_ELEMENT, 0);
     EXPECT_EQ(CXMLNode::NODE_TEXT, 1);
     EXPECT_EQ(CXMLNode::NODE_BINARY, 2);
@@ -33,18 +37,16 @@ TEST(Node, NumbersItsKinds) {
     EXPECT_EQ(root->CreateBinChild()->GetNodeType(), CXMLNode::NODE_BINARY);
 }
 
-TEST(Node, KnowsItsParent) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    CXMLNode* child = root->CreateChild("c", nullptr);
-    EXPECT_EQ(root->GetParentNode(), nullptr);
-    EXPECT_EQ(child->GetParentNode(), root);
+TEST_F(Node, KnowsItsParent) {
+    CXMLNode* child = m_Root.CreateChild("c", nullptr);
+    EXPECT_EQ(m_Root.GetParentNode(), nullptr);
+    EXPECT_EQ(child->GetParentNode(), &m_Root);
     EXPECT_EQ(child->CreateChild("d", nullptr)->GetParentNode(), child);
     EXPECT_EQ(child->CreateTextChild("t")->GetParentNode(), child);
     EXPECT_EQ(child->CreateBinChild()->GetParentNode(), child);
 }
 
-TEST(Node, EndsItsChildrenWithNullHoweverManyThereAre) {
+TEST_F(Node, EndsItsChildrenWithNullHoweverManyThereAre) {
     for (const char* kind : {"element", "text", "binary"}) {
         const Document document = NewDocumentWithRoot("r");
         CXMLNode* root = document->GetRoot();
@@ -61,53 +63,45 @@ TEST(Node, EndsItsChildrenWithNullHoweverManyThereAre) {
     }
 }
 
-TEST(Node, ShowsTheSameChildArrayUntilAChildComesOrGoes) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    root->CreateChild("a", nullptr);
-    CXMLNode** children = root->GetChildren();
-    root->SetAttribute("p", "1");
-    root->SetTagName("renamed");
-    root->GetFirstChild()->CreateChild("b", nullptr);
-    root->GetNodes("a/b");
-    EXPECT_EQ(root->GetChildren(), children);
+TEST_F(Node, ShowsTheSameChildArrayUntilAChildComesOrGoes) {
+    m_Root.CreateChild("a", nullptr);
+    CXMLNode** children = m_Root.GetChildren();
+    m_Root.SetAttribute("p", "1");
+    m_Root.SetTagName("renamed");
+    m_Root.GetFirstChild()->CreateChild("b", nullptr);
+    m_Root.GetNodes("a/b");
+    EXPECT_EQ(m_Root.GetChildren(), children);
     EXPECT_EQ(Listed(children), "a");
 }
 
-TEST(Node, ShowsTheSameAttributeArrayUntilAnAttributeComesOrGoes) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    root->SetAttribute("p", "1");
-    CXMLAttribut** attributes = root->GetAttributes();
-    root->SetAttribute("p", "2");
-    root->CreateChild("a", nullptr);
-    root->SetTagName("renamed");
-    EXPECT_EQ(root->GetAttributes(), attributes);
+TEST_F(Node, ShowsTheSameAttributeArrayUntilAnAttributeComesOrGoes) {
+    m_Root.SetAttribute("p", "1");
+    CXMLAttribut** attributes = m_Root.GetAttributes();
+    m_Root.SetAttribute("p", "2");
+    m_Root.CreateChild("a", nullptr);
+    m_Root.SetTagName("renamed");
+    EXPECT_EQ(m_Root.GetAttributes(), attributes);
     EXPECT_STREQ(attributes[0]->GetValue(), "2");
 }
 
-TEST(Node, RefusesToBeRenamedToWhatIsNoName) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
-    const char* before = root->GetTagName();
+TEST_F(Node, RefusesToBeRenamedToWhatIsNoName) {
+    const char* before = m_Root.GetTagName();
     for (const std::string& name : InvalidNames()) {
-        EXPECT_INVALID_NAME(root->SetTagName(name.c_str()), name);
-        EXPECT_STREQ(root->GetTagName(), "r") << name;
+        EXPECT_INVALID_NAME(m_Root.SetTagName(name.c_str()), name);
+        EXPECT_STREQ(m_Root.GetTagName(), "r") << name;
     }
-    EXPECT_INVALID_NAME(root->SetTagName(nullptr), "");
-    EXPECT_TRUE(Same(root->GetTagName(), before));
+    EXPECT_INVALID_NAME(m_Root.SetTagName(nullptr), "");
+    EXPECT_TRUE(Same(m_Root.GetTagName(), before));
 }
 
-TEST(Node, IsRenamedToAnyName) {
-    const Document document = NewDocumentWithRoot("r");
-    CXMLNode* root = document->GetRoot();
+TEST_F(Node, IsRenamedToAnyName) {
     for (const std::string& name : ValidNames()) {
-        root->SetTagName(name.c_str());
-        EXPECT_EQ(root->GetTagName(), name);
+        m_Root.SetTagName(name.c_str());
+        EXPECT_EQ(m_Root.GetTagName(), name);
     }
 }
 
-TEST(Node, CopiesTheNameItIsGiven) {
+TEST_F(Node, CopiesTheNameItIsGiven) {
     const Document document = NewDocumentWithRoot("r");
     char name[] = "name";
     document->GetRoot()->SetTagName(name);
@@ -115,7 +109,7 @@ TEST(Node, CopiesTheNameItIsGiven) {
     EXPECT_STREQ(document->GetRoot()->GetTagName(), "name");
 }
 
-TEST(Node, KeepsEachNameApartFromEqualOnes) {
+TEST_F(Node, KeepsEachNameApartFromEqualOnes) {
     const Document document = NewDocumentWithRoot("same");
     CXMLNode* root = document->GetRoot();
     CXMLNode* first = root->CreateChild("same", nullptr);
@@ -126,7 +120,7 @@ TEST(Node, KeepsEachNameApartFromEqualOnes) {
     EXPECT_STREQ(first->GetTagName(), "other");
 }
 
-TEST(Node, KeepsInvalidBytesOfANameAndWritesTheReplacementCharacter) {
+TEST_F(Node, KeepsInvalidBytesOfANameAndWritesTheReplacementCharacter) {
     const Document document = NewDocumentWithRoot("a\xFF");
     CXMLNode* root = document->GetRoot();
     root->SetAttribute("\xC3", "v\xFF");
@@ -135,13 +129,13 @@ TEST(Node, KeepsInvalidBytesOfANameAndWritesTheReplacementCharacter) {
     EXPECT_EQ(SavedBody(*document), "<a\xEF\xBF\xBD \xEF\xBF\xBD=\"v\xEF\xBF\xBD\"/>");
 }
 
-TEST(Node, ShortensALongInvalidNameInTheMessageOnly) {
+TEST_F(Node, ShortensALongInvalidNameInTheMessageOnly) {
     const Document document = NewDocumentWithRoot("r");
     const std::string name = "1" + std::string(1000, 'n');
     EXPECT_INVALID_NAME(document->GetRoot()->SetTagName(name.c_str()), name.substr(0, 255));
 }
 
-TEST(Node, CannotBeMadeOrEndedByClients) {
+TEST_F(Node, CannotBeMadeOrEndedByClients) {
     EXPECT_FALSE(std::is_destructible<CXMLNode>::value);
     EXPECT_FALSE((std::is_constructible<CXMLNode, const char*, CXMLNode*>::value));
     EXPECT_FALSE(std::is_destructible<CXMLTextNode>::value);
@@ -152,7 +146,7 @@ TEST(Node, CannotBeMadeOrEndedByClients) {
     EXPECT_TRUE((std::is_base_of<CXMLNode, CXMLBinNode>::value));
 }
 
-TEST(Node, FreesATreeOfEveryKind) {
+TEST_F(Node, FreesATreeOfEveryKind) {
     const Document document = NewDocumentWithRoot("r");
     CXMLNode* node = document->GetRoot();
     for (int level = 0; level < 50; ++level) {

@@ -6,7 +6,6 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -14,7 +13,6 @@ namespace {
 class CStubbornBinary : public CXMLBinNode {
 public:
     CStubbornBinary() : CXMLBinNode(nullptr) {}
-    ~CStubbornBinary() override = default;
 
     bool m_bThrows = false;
     int m_nCalls = 0;
@@ -30,7 +28,6 @@ private:
 class CLazyElement : public CXMLNode {
 public:
     CLazyElement() : CXMLNode("lazy", nullptr) {}
-    ~CLazyElement() override = default;
 
     int m_nCalls = 0;
 

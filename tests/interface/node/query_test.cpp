@@ -1,7 +1,6 @@
 // GetNodes of elements, leaves and documents: what a path selects, and how long the answer holds.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

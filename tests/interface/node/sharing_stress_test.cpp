@@ -1,11 +1,12 @@
 // Sharing taken to its limits: cycles, chains of shared nodes, and random assignments between the
 // nodes of several documents that end in any order. What counts is what the sanitizers say.
+#include <functional>
+
 #include "support/derived.h"
 #include "support/random_text.h"
 #include "support/small_stack.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -122,66 +123,48 @@ TEST(SharingStress, RandomAssignmentsEndInAnyOrder) {
             auto& text = static_cast<CXMLTextNode&>(*from->GetChildren()[0]);
             auto& binary = static_cast<CXMLBinNode&>(*from->GetChildren()[1]);
             const std::size_t which = random.Number(2);
-            switch (random.Number(16)) {
-                case 0:
-                    *to = *from;
-                    break;
-                case 1:
-                    static_cast<CXMLTextNode&>(*to->GetChildren()[0]) = text;
-                    break;
-                case 2:
-                    static_cast<CXMLBinNode&>(*to->GetChildren()[1]) = binary;
-                    break;
-                case 3:
-                    *to->GetAttributes()[which] = *from->GetAttributes()[1 - which];
-                    break;
-                case 4:
-                    copies.elements.push_back(std::make_unique<CElementProbe>(*from));
-                    break;
-                case 5:
-                    copies.texts.push_back(std::make_unique<CTextProbe>(text));
-                    break;
-                case 6:
-                    copies.binaries.push_back(std::make_unique<CBinaryProbe>(binary));
-                    break;
-                case 7:
-                    copies.attributes.push_back(*from->GetAttributes()[which]);
-                    break;
-                case 8:
+            const std::function<void()> steps[] = {
+                [&] { *to = *from; },
+                [&] { static_cast<CXMLTextNode&>(*to->GetChildren()[0]) = text; },
+                [&] { static_cast<CXMLBinNode&>(*to->GetChildren()[1]) = binary; },
+                [&] { *to->GetAttributes()[which] = *from->GetAttributes()[1 - which]; },
+                [&] { copies.elements.push_back(std::make_unique<CElementProbe>(*from)); },
+                [&] { copies.texts.push_back(std::make_unique<CTextProbe>(text)); },
+                [&] { copies.binaries.push_back(std::make_unique<CBinaryProbe>(binary)); },
+                [&] { copies.attributes.push_back(*from->GetAttributes()[which]); },
+                [&] {
                     copies.documents.push_back(
                         std::make_unique<CDocumentProbe>(*documents[random.Number(4)]));
-                    break;
-                case 9:
+                },
+                [&] {
                     if (!copies.elements.empty())
                         *to = *copies.elements[random.Number(copies.elements.size())];
-                    break;
-                case 10:
+                },
+                [&] {
                     if (!copies.attributes.empty())
                         *to->GetAttributes()[which] =
                             copies.attributes[random.Number(copies.attributes.size())];
-                    break;
-                case 11:
+                },
+                [&] {
                     text.SetText(random.Bytes(random.Number(100)).c_str());
                     SetBytes(binary, random.Bytes(random.Number(100)));
-                    break;
-                case 12:
+                },
+                [&] {
                     from->GetAttributes()[which]->SetValue(
                         random.Bytes(1 + random.Number(60)).c_str());
                     from->SetTagName(which ? "one" : "other");
-                    break;
-                case 13:
-                    *documents[random.Number(4)] = *documents[random.Number(4)];
-                    break;
-                case 14:
-                    documents[random.Number(4)] = SmallDocument(step);
-                    break;
-                default:
+                },
+                [&] { *documents[random.Number(4)] = *documents[random.Number(4)]; },
+                [&] { documents[random.Number(4)] = SmallDocument(step); },
+                [&] {
                     EraseAny(copies.elements, random);
                     EraseAny(copies.texts, random);
                     EraseAny(copies.binaries, random);
                     EraseAny(copies.documents, random);
                     EraseAny(copies.attributes, random);
-            }
+                },
+            };
+            steps[random.Number(16)]();
             ASSERT_FALSE(Saved(documents[random.Number(4)]).empty());
         }
         documents.resize(random.Number(4));

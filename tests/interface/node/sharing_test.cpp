@@ -1,21 +1,19 @@
 // Copies of nodes: they show the same content, and it goes with the last of them.
 #include "support/derived.h"
 #include "support/testing.h"
+#include "support/tree_fixture.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-constexpr const char* kXml = "<r a='1'><p b='2'>text<x/><![CDATA[QUJD]]></p><q><y/></q></r>";
-constexpr const char* kP = "<p b=\"2\">text<x/><![CDATA[QUJD\n]]></p>";
+constexpr const char* XML = "<r a='1'><p b='2'>text<x/><![CDATA[QUJD]]></p><q><y/></q></r>";
+constexpr const char* P = "<p b=\"2\">text<x/><![CDATA[QUJD\n]]></p>";
 
-class NodeSharing : public ::testing::Test {
+class NodeSharing : public CTreeFixture {
 protected:
-    std::string Body() { return SavedBody(*m_Document); }
+    NodeSharing() : CTreeFixture(Load(XML)) {}
 
-    Document m_Document = Load(kXml);
-    CXMLNode& m_Root = *m_Document->GetRoot();
     CXMLNode& m_P = *m_Root.GetChildren()[0];
     CXMLNode& m_Q = *m_Root.GetChildren()[1];
     CXMLTextNode& m_Text = static_cast<CXMLTextNode&>(*m_P.GetChildren()[0]);
@@ -32,7 +30,7 @@ TEST_F(NodeSharing, CopiesShowTheVerySameContent) {
     EXPECT_TRUE(Same(copy.GetAttributes(), m_P.GetAttributes()));
     EXPECT_EQ(copy.GetParentNode(), &m_Root);
     EXPECT_EQ(copy.GetNodeType(), CXMLNode::NODE_ELEMENT);
-    EXPECT_EQ(SavedNode(copy), kP);
+    EXPECT_EQ(SavedNode(copy), P);
     EXPECT_TRUE(Same(copy.GetNodes("x"), m_P.GetNodes("x")));
 }
 
@@ -68,8 +66,8 @@ TEST_F(NodeSharing, CopiesOutliveTheDocument) {
     CTextProbe text(m_Text);
     CBinaryProbe binary(m_Binary);
     m_Document.reset();
-    EXPECT_EQ(SavedNode(p), kP);
-    EXPECT_EQ(SavedNode(root), std::string("<r a=\"1\">") + kP + "<q><y/></q></r>");
+    EXPECT_EQ(SavedNode(p), P);
+    EXPECT_EQ(SavedNode(root), std::string("<r a=\"1\">") + P + "<q><y/></q></r>");
     EXPECT_STREQ(text.GetText(), "text");
     EXPECT_EQ(Bytes(binary), "ABC");
     p.CreateChild("new", nullptr)->SetTextChildValue("content");
@@ -85,9 +83,9 @@ TEST_F(NodeSharing, CopiesOutliveTheDeletionOfTheirSource) {
     CElementProbe copy(m_P);
     m_Root.DeleteChild(&m_P);
     EXPECT_EQ(Body(), "<r a=\"1\"><q><y/></q></r>");
-    EXPECT_EQ(SavedNode(copy), kP);
+    EXPECT_EQ(SavedNode(copy), P);
     m_Document->CreateRoot("s");
-    EXPECT_EQ(SavedNode(copy), kP);
+    EXPECT_EQ(SavedNode(copy), P);
     EXPECT_EQ(Listed(copy.GetNodes("x")), "x");
 }
 
@@ -134,7 +132,7 @@ TEST_F(NodeSharing, CopiesKeepDeepContentAlive) {
 
 TEST_F(NodeSharing, AssignedElementsShowOneContent) {
     m_Q = m_P;
-    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + kP + kP + "</r>");
+    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + P + P + "</r>");
     EXPECT_TRUE(Same(m_Q.GetChildren(), m_P.GetChildren()));
     m_Q.DeleteChild(m_Q.GetFirstChild());
     EXPECT_EQ(Count(m_P.GetChildren()), 2u);
@@ -156,8 +154,8 @@ TEST_F(NodeSharing, ElementsSurviveAssignmentToThemselves) {
 
 TEST_F(NodeSharing, AnElementMayBeAssignedToTheOneAboveIt) {
     m_Root = m_P;
-    EXPECT_EQ(Body(), kP);
-    EXPECT_EQ(Saved(Document(m_Document->Clone())), kDeclaration + kP);
+    EXPECT_EQ(Body(), P);
+    EXPECT_EQ(Saved(Document(m_Document->Clone())), DECLARATION + P);
     EXPECT_EQ(Listed(m_Document->GetNodes("p/x")), "x");
     m_Root.CreateChild("new", nullptr);
     EXPECT_EQ(Children(m_Root), "'text' x [ABC] new");
@@ -165,10 +163,10 @@ TEST_F(NodeSharing, AnElementMayBeAssignedToTheOneAboveIt) {
 
 TEST_F(NodeSharing, AssignmentAcrossDocumentsSurvivesEitherEnd) {
     for (const bool targetFirst : {true, false}) {
-        Document source = Load(kXml);
+        Document source = Load(XML);
         Document target = Load("<t><old>content</old><other/></t>");
         *target->GetRoot()->GetFirstChild() = *source->GetRoot()->GetFirstChild();
-        EXPECT_EQ(SavedBody(*target), std::string("<t>") + kP + "<other/></t>");
+        EXPECT_EQ(SavedBody(*target), std::string("<t>") + P + "<other/></t>");
         (targetFirst ? target : source).reset();
         CXMLNode* left = (targetFirst ? source : target)->GetRoot()->GetFirstChild();
         left->CreateChild("new", nullptr)->SetAttribute("a", "1");
@@ -180,7 +178,7 @@ TEST_F(NodeSharing, AssignmentAcrossDocumentsSurvivesEitherEnd) {
 
 TEST_F(NodeSharing, RootsOfTwoDocumentsMayShowOneTree) {
     for (const bool sourceFirst : {true, false}) {
-        Document source = Load(kXml);
+        Document source = Load(XML);
         Document target = NewDocumentWithRoot("t");
         *target->GetRoot() = *source->GetRoot();
         const std::string saved = Saved(source);
@@ -198,7 +196,7 @@ TEST_F(NodeSharing, TextsShareTheirTextAndEachOthersChanges) {
     CXMLTextNode& other = *m_Q.CreateTextChild("other");
     other = m_Text;
     EXPECT_TRUE(Same(other.GetText(), m_Text.GetText()));
-    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + kP + "<q><y/>text</q></r>");
+    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + P + "<q><y/>text</q></r>");
     other.SetText("changed");
     EXPECT_STREQ(m_Text.GetText(), "changed");
     EXPECT_TRUE(Same(other.GetText(), m_Text.GetText()));
@@ -243,7 +241,7 @@ TEST_F(NodeSharing, NodesOfDifferentKindsTakeOverTheParentOnly) {
     static_cast<CXMLNode&>(m_Binary) = m_Root;
     EXPECT_EQ(m_Binary.GetParentNode(), nullptr);
     EXPECT_EQ(Bytes(m_Binary), "ABC");
-    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + kP + "<q><y/>kept</q></r>");
+    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + P + "<q><y/>kept</q></r>");
 }
 
 TEST_F(NodeSharing, AnElementCopiedFromALeafIsAnEmptyElement) {
@@ -265,7 +263,7 @@ TEST_F(NodeSharing, AnElementCopiedFromALeafIsAnEmptyElement) {
         EXPECT_EQ(Listed(copy->GetNodes("q")), "q");
     }
     EXPECT_EQ(m_Text.GetFirstChild(), nullptr);
-    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + kP + "<q><y/></q></r>");
+    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + P + "<q><y/></q></r>");
     m_Document.reset();
     EXPECT_EQ(SavedNode(fromText), "<e a=\"1\"><c/><q><y/></q></e>");
     EXPECT_EQ(SavedNode(fromBinary), "<e a=\"1\"><c/><q><y/></q></e>");
@@ -283,7 +281,7 @@ TEST_F(NodeSharing, DerivedNodesOfTheirOwnShareAsWell) {
     source.reset();
     EXPECT_EQ(SavedNode(copy), "<own a=\"1\"><c/></own>");
     EXPECT_EQ(SavedNode(assigned), "<own a=\"1\"><c/></own>");
-    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + kP + "<own a=\"1\"><c/></own></r>");
+    EXPECT_EQ(Body(), std::string("<r a=\"1\">") + P + "<own a=\"1\"><c/></own></r>");
 }
 
 TEST_F(NodeSharing, CopiesAreCopiedDeeplyLikeAnyNode) {
@@ -292,7 +290,7 @@ TEST_F(NodeSharing, CopiesAreCopiedDeeplyLikeAnyNode) {
     copy.CopyChild(&m_P, nullptr);
     m_P.SetTagName("changed");
     EXPECT_EQ(SavedNode(copy),
-              "<changed b=\"2\">text<x/><![CDATA[QUJD\n]]>" + std::string(kP) + "</changed>");
+              "<changed b=\"2\">text<x/><![CDATA[QUJD\n]]>" + std::string(P) + "</changed>");
     EXPECT_EQ(Listed(m_Root.GetNodes("q/p/x")), "x");
 }
 

@@ -5,7 +5,6 @@
 #include "support/testing.h"
 #include "support/threads.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

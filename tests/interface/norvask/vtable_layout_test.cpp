@@ -9,14 +9,13 @@
 #include "support/derived.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-constexpr std::ptrdiff_t kNotVirtual = -1;
+constexpr std::ptrdiff_t NOT_VIRTUAL = -1;
 
-// The slot that a pointer to a member function names; kNotVirtual for an ordinary function.
+// The slot that a pointer to a member function names; NOT_VIRTUAL for an ordinary function.
 template <typename Function>
 std::ptrdiff_t SlotOf(Function function) {
     static_assert(sizeof(function) == 2 * sizeof(std::ptrdiff_t), "no Itanium member pointer");
@@ -31,7 +30,15 @@ std::ptrdiff_t SlotOf(Function function) {
     const std::ptrdiff_t offset = words[0] - 1;
 #endif
     const std::ptrdiff_t slotSize = sizeof(void*);
-    return isVirtual && offset % slotSize == 0 ? offset / slotSize : kNotVirtual;
+    return isVirtual && offset % slotSize == 0 ? offset / slotSize : NOT_VIRTUAL;
+}
+
+// The functions have the slots from this one on, in this order.
+template <typename... Functions>
+void ExpectSlots(std::ptrdiff_t slot, Functions... functions) {
+    std::ptrdiff_t expected = slot;
+    for (const std::ptrdiff_t actual : {SlotOf(functions)...})
+        EXPECT_EQ(actual, expected++) << "function " << expected - slot << " of the list";
 }
 
 // The addresses in the first `slots` slots of an object's virtual table.
@@ -53,13 +60,13 @@ std::set<std::size_t> Differences(const std::vector<std::uintptr_t>& a,
 }
 
 // The destructor's two slots and the operations of each class.
-constexpr std::size_t kNodeSlots = 2 + 20;
-constexpr std::size_t kTextSlots = kNodeSlots + 16;
-constexpr std::size_t kBinarySlots = kNodeSlots + 3;
-constexpr std::size_t kDocumentSlots = 2 + 10;
-constexpr std::size_t kHandlerSlots = 2 + 11;
-constexpr std::size_t kSaxAttributSlots = 2 + 4;
-constexpr std::size_t kWriterSlots = 2 + 13;
+constexpr std::size_t NODE_SLOTS = 2 + 20;
+constexpr std::size_t TEXT_SLOTS = NODE_SLOTS + 16;
+constexpr std::size_t BINARY_SLOTS = NODE_SLOTS + 3;
+constexpr std::size_t DOCUMENT_SLOTS = 2 + 10;
+constexpr std::size_t HANDLER_SLOTS = 2 + 11;
+constexpr std::size_t SAX_ATTRIBUT_SLOTS = 2 + 4;
+constexpr std::size_t WRITER_SLOTS = 2 + 13;
 
 // The one private operation: an override of it has its slot.
 class CDeletingBinary : public CBinaryProbe {
@@ -78,7 +85,6 @@ public:
 class CSaxAttributProbe : public CXMLSaxAttribut {
 public:
     CSaxAttributProbe() : CXMLSaxAttribut("u", "l", "q", "v") {}
-    ~CSaxAttributProbe() override = default;
 };
 
 class CTextHandler : public CXMLSaxHandler {
@@ -96,7 +102,7 @@ class CAttributTable : public CXMLSaxHandler {
 public:
     void StartElement(const char*, const char*, const char*,
                       CXMLSaxAttribut** attributes) override {
-        m_Slots = Slots(attributes[0], kSaxAttributSlots);
+        m_Slots = Slots(attributes[0], SAX_ATTRIBUT_SLOTS);
     }
     std::vector<std::uintptr_t> m_Slots;
 };
@@ -110,53 +116,28 @@ using FileSave = void (CXMLDocument::*)(const char*, bool);
 
 TEST(VtableLayout, OfNodes) {
     EXPECT_TRUE(std::has_virtual_destructor<CElementProbe>::value);
-    EXPECT_EQ(SlotOf(&CElementProbe::Save), 2);
-    EXPECT_EQ(SlotOf(&CElementProbe::IncQueryResult), 3);
-    EXPECT_EQ(SlotOf(&CElementProbe::AddToQueryResult), 4);
-    EXPECT_EQ(SlotOf(&CXMLNode::DeleteChild), 5);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetTagName), 6);
-    EXPECT_EQ(SlotOf(&CXMLNode::SetTagName), 7);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetChildren), 8);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetFirstChild), 9);
-    EXPECT_EQ(SlotOf(&CXMLNode::CreateChild), 10);
-    EXPECT_EQ(SlotOf(&CXMLNode::CopyChild), 11);
-    EXPECT_EQ(SlotOf(&CXMLNode::CreateTextChild), 12);
-    EXPECT_EQ(SlotOf(&CXMLNode::CreateBinChild), 13);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetAttributes), 14);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetAttributeValue), 15);
-    EXPECT_EQ(SlotOf(&CXMLNode::SetAttribute), 16);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetNodeType), 17);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetTextChildValue), 18);
-    EXPECT_EQ(SlotOf(&CXMLNode::SetTextChildValue), 19);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetNodes), 20);
-    EXPECT_EQ(SlotOf(&CXMLNode::GetParentNode), 21);
+    ExpectSlots(2, &CElementProbe::Save, &CElementProbe::IncQueryResult,
+                &CElementProbe::AddToQueryResult, &CXMLNode::DeleteChild, &CXMLNode::GetTagName,
+                &CXMLNode::SetTagName, &CXMLNode::GetChildren, &CXMLNode::GetFirstChild,
+                &CXMLNode::CreateChild, &CXMLNode::CopyChild, &CXMLNode::CreateTextChild,
+                &CXMLNode::CreateBinChild, &CXMLNode::GetAttributes, &CXMLNode::GetAttributeValue,
+                &CXMLNode::SetAttribute, &CXMLNode::GetNodeType, &CXMLNode::GetTextChildValue,
+                &CXMLNode::SetTextChildValue, &CXMLNode::GetNodes, &CXMLNode::GetParentNode);
 }
 
 TEST(VtableLayout, OfTextNodesBehindThoseOfNodes) {
-    const std::ptrdiff_t first = kNodeSlots;
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetText), first);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetDateTimeText), first + 1);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetDateText), first + 2);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetTimeText), first + 3);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetDoubleText), first + 4);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetLongText), first + 5);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetBoolText), first + 6);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetBinaryText), first + 7);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetText), first + 8);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetDateText), first + 9);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetDateTimeText), first + 10);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetTimeText), first + 11);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetDoubleText), first + 12);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetLongText), first + 13);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetBoolText), first + 14);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetBinaryText), first + 15);
+    ExpectSlots(
+        NODE_SLOTS, &CXMLTextNode::SetText, &CXMLTextNode::SetDateTimeText,
+        &CXMLTextNode::SetDateText, &CXMLTextNode::SetTimeText, &CXMLTextNode::SetDoubleText,
+        &CXMLTextNode::SetLongText, &CXMLTextNode::SetBoolText, &CXMLTextNode::SetBinaryText,
+        &CXMLTextNode::GetText, &CXMLTextNode::GetDateText, &CXMLTextNode::GetDateTimeText,
+        &CXMLTextNode::GetTimeText, &CXMLTextNode::GetDoubleText, &CXMLTextNode::GetLongText,
+        &CXMLTextNode::GetBoolText, &CXMLTextNode::GetBinaryText);
 }
 
 TEST(VtableLayout, OfBinaryNodesBehindThoseOfNodes) {
-    const std::ptrdiff_t first = kNodeSlots;
-    EXPECT_EQ(SlotOf(&CXMLBinNode::SetData), first);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::GetData), first + 1);
-    EXPECT_EQ(SlotOf(&CDeletingBinary::DeleteData), first + 2);
+    ExpectSlots(NODE_SLOTS, &CXMLBinNode::SetData, &CXMLBinNode::GetData,
+                &CDeletingBinary::DeleteData);
 }
 
 TEST(VtableLayout, OfLeavesInTheSlotsOfTheNodesTheyDeriveFrom) {
@@ -166,40 +147,27 @@ TEST(VtableLayout, OfLeavesInTheSlotsOfTheNodesTheyDeriveFrom) {
     EXPECT_EQ(SlotOf(&CXMLBinNode::SetTagName), 7);
     EXPECT_EQ(SlotOf(&CXMLTextNode::CreateChild), 10);
     EXPECT_EQ(SlotOf(&CXMLBinNode::CreateChild), 10);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::CreateTextChild), 12);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::CreateTextChild), 12);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::CreateBinChild), 13);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::CreateBinChild), 13);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetAttribute), 16);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::SetAttribute), 16);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetNodeType), 17);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::GetNodeType), 17);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetTextChildValue), 18);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::GetTextChildValue), 18);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::SetTextChildValue), 19);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::SetTextChildValue), 19);
-    EXPECT_EQ(SlotOf(&CXMLTextNode::GetNodes), 20);
-    EXPECT_EQ(SlotOf(&CXMLBinNode::GetNodes), 20);
+    ExpectSlots(12, &CXMLTextNode::CreateTextChild, &CXMLTextNode::CreateBinChild);
+    ExpectSlots(12, &CXMLBinNode::CreateTextChild, &CXMLBinNode::CreateBinChild);
+    ExpectSlots(16, &CXMLTextNode::SetAttribute, &CXMLTextNode::GetNodeType,
+                &CXMLTextNode::GetTextChildValue, &CXMLTextNode::SetTextChildValue,
+                &CXMLTextNode::GetNodes);
+    ExpectSlots(16, &CXMLBinNode::SetAttribute, &CXMLBinNode::GetNodeType,
+                &CXMLBinNode::GetTextChildValue, &CXMLBinNode::SetTextChildValue,
+                &CXMLBinNode::GetNodes);
 }
 
 TEST(VtableLayout, OfDocuments) {
     EXPECT_TRUE(std::has_virtual_destructor<CDocumentProbe>::value);
-    EXPECT_EQ(SlotOf(&CXMLDocument::Delete), 2);
-    EXPECT_EQ(SlotOf(static_cast<StreamSave>(&CXMLDocument::Save)), 3);
-    EXPECT_EQ(SlotOf(static_cast<FileSave>(&CXMLDocument::Save)), 4);
-    EXPECT_EQ(SlotOf(&CXMLDocument::GetRoot), 5);
-    EXPECT_EQ(SlotOf(&CXMLDocument::CreateRoot), 6);
-    EXPECT_EQ(SlotOf(&CXMLDocument::Clone), 7);
-    EXPECT_EQ(SlotOf(&CXMLDocument::SetDTDRef), 8);
-    EXPECT_EQ(SlotOf(&CXMLDocument::GetDTDName), 9);
-    EXPECT_EQ(SlotOf(&CXMLDocument::GetDTDPath), 10);
-    EXPECT_EQ(SlotOf(&CXMLDocument::GetNodes), 11);
+    ExpectSlots(2, &CXMLDocument::Delete, static_cast<StreamSave>(&CXMLDocument::Save),
+                static_cast<FileSave>(&CXMLDocument::Save), &CXMLDocument::GetRoot,
+                &CXMLDocument::CreateRoot, &CXMLDocument::Clone, &CXMLDocument::SetDTDRef,
+                &CXMLDocument::GetDTDName, &CXMLDocument::GetDTDPath, &CXMLDocument::GetNodes);
 }
 
 TEST(VtableLayout, OfExceptionsWithoutADestructor) {
     EXPECT_FALSE(std::has_virtual_destructor<CXMLException>::value);
-    EXPECT_EQ(SlotOf(&CXMLException::GetMessage), 0);
-    EXPECT_EQ(SlotOf(&CXMLException::GetID), 1);
+    ExpectSlots(0, &CXMLException::GetMessage, &CXMLException::GetID);
 }
 
 TEST(VtableLayout, OfConvertersWithoutADestructor) {
@@ -209,89 +177,73 @@ TEST(VtableLayout, OfConvertersWithoutADestructor) {
 
 TEST(VtableLayout, OfHandlers) {
     EXPECT_TRUE(std::has_virtual_destructor<CXMLSaxHandler>::value);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartDocument), 2);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndDocument), 3);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartElement), 4);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndElement), 5);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::Characters), 6);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartCDATA), 7);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndCDATA), 8);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartDTD), 9);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::StartNamespace), 10);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::EndNamespace), 11);
-    EXPECT_EQ(SlotOf(&CXMLSaxHandler::GetSourceOffset), 12);
+    ExpectSlots(2, &CXMLSaxHandler::StartDocument, &CXMLSaxHandler::EndDocument,
+                &CXMLSaxHandler::StartElement, &CXMLSaxHandler::EndElement,
+                &CXMLSaxHandler::Characters, &CXMLSaxHandler::StartCDATA, &CXMLSaxHandler::EndCDATA,
+                &CXMLSaxHandler::StartDTD, &CXMLSaxHandler::StartNamespace,
+                &CXMLSaxHandler::EndNamespace, &CXMLSaxHandler::GetSourceOffset);
 
     CXMLSaxHandler plain;
     CTextHandler text;
     const std::set<std::size_t> overridden = {6};
-    EXPECT_EQ(Differences(Slots(&plain, kHandlerSlots), Slots(&text, kHandlerSlots)), overridden);
+    EXPECT_EQ(Differences(Slots(&plain, HANDLER_SLOTS), Slots(&text, HANDLER_SLOTS)), overridden);
 }
 
 TEST(VtableLayout, OfReportedAttributes) {
     EXPECT_TRUE(std::has_virtual_destructor<CSaxAttributProbe>::value);
-    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetUri), 2);
-    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetLocalName), 3);
-    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetQName), 4);
-    EXPECT_EQ(SlotOf(&CXMLSaxAttribut::GetValue), 5);
+    ExpectSlots(2, &CXMLSaxAttribut::GetUri, &CXMLSaxAttribut::GetLocalName,
+                &CXMLSaxAttribut::GetQName, &CXMLSaxAttribut::GetValue);
 
     CAttributTable handler;
-    unsigned char xml[] = "<r k='v'/>";
-    Manager().LoadDocument(xml, sizeof xml - 1, &handler, false, false, nullptr, false, false);
-    ASSERT_EQ(handler.m_Slots.size(), kSaxAttributSlots);
+    LoadMemory("<r k='v'/>", handler);
+    ASSERT_EQ(handler.m_Slots.size(), SAX_ATTRIBUT_SLOTS);
     CSaxAttributProbe probe;
-    EXPECT_EQ(Differences(handler.m_Slots, Slots(&probe, kSaxAttributSlots)),
+    EXPECT_EQ(Differences(handler.m_Slots, Slots(&probe, SAX_ATTRIBUT_SLOTS)),
               std::set<std::size_t>());
 }
 
 TEST(VtableLayout, OfWriters) {
     EXPECT_TRUE(std::has_virtual_destructor<CXMLSaxWriter>::value);
-    EXPECT_EQ(SlotOf(static_cast<StartOnStream>(&CXMLSaxWriter::StartDocument)), 2);
-    EXPECT_EQ(SlotOf(static_cast<StartInFile>(&CXMLSaxWriter::StartDocument)), 3);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::EndDocument), 4);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::StartElement), 5);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::EndElement), 6);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Characters), 7);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Data), 8);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Date), 9);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::DateTime), 10);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Time), 11);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Double), 12);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Long), 13);
-    EXPECT_EQ(SlotOf(&CXMLSaxWriter::Bool), 14);
+    ExpectSlots(2, static_cast<StartOnStream>(&CXMLSaxWriter::StartDocument),
+                static_cast<StartInFile>(&CXMLSaxWriter::StartDocument),
+                &CXMLSaxWriter::EndDocument, &CXMLSaxWriter::StartElement,
+                &CXMLSaxWriter::EndElement, &CXMLSaxWriter::Characters, &CXMLSaxWriter::Data,
+                &CXMLSaxWriter::Date, &CXMLSaxWriter::DateTime, &CXMLSaxWriter::Time,
+                &CXMLSaxWriter::Double, &CXMLSaxWriter::Long, &CXMLSaxWriter::Bool);
 
     CXMLSaxWriter plain;
     CTextWriter text;
     const std::set<std::size_t> overridden = {7};
-    EXPECT_EQ(Differences(Slots(&plain, kWriterSlots), Slots(&text, kWriterSlots)), overridden);
+    EXPECT_EQ(Differences(Slots(&plain, WRITER_SLOTS), Slots(&text, WRITER_SLOTS)), overridden);
 }
 
 TEST(VtableLayout, HasNoPlaceForClassesWithoutVirtualOperations) {
     EXPECT_FALSE(std::is_polymorphic<CXMLAttribut>::value);
     EXPECT_FALSE(std::is_polymorphic<CXMLManager>::value);
-    EXPECT_EQ(SlotOf(&CXMLAttribut::GetName), kNotVirtual);
-    EXPECT_EQ(SlotOf(&CXMLAttribut::SetValue), kNotVirtual);
-    EXPECT_EQ(SlotOf(&CXMLManager::IsInitialized), kNotVirtual);
-    EXPECT_EQ(SlotOf(&CXMLManager::CreateDocument), kNotVirtual);
+    EXPECT_EQ(SlotOf(&CXMLAttribut::GetName), NOT_VIRTUAL);
+    EXPECT_EQ(SlotOf(&CXMLAttribut::SetValue), NOT_VIRTUAL);
+    EXPECT_EQ(SlotOf(&CXMLManager::IsInitialized), NOT_VIRTUAL);
+    EXPECT_EQ(SlotOf(&CXMLManager::CreateDocument), NOT_VIRTUAL);
 }
 
 TEST(VtableLayout, ShowsAnOverrideInItsSlotOnly) {
     CElementProbe plain("plain");
     CNamed named("named");
     const std::set<std::size_t> expected = {6};
-    EXPECT_EQ(Differences(Slots(&plain, kNodeSlots), Slots(&named, kNodeSlots)), expected);
+    EXPECT_EQ(Differences(Slots(&plain, NODE_SLOTS), Slots(&named, NODE_SLOTS)), expected);
 
     CBinaryProbe binary;
     CDeletingBinary deleting;
-    const std::set<std::size_t> deleted = {kBinarySlots - 1};
-    EXPECT_EQ(Differences(Slots(&binary, kBinarySlots), Slots(&deleting, kBinarySlots)), deleted);
+    const std::set<std::size_t> deleted = {BINARY_SLOTS - 1};
+    EXPECT_EQ(Differences(Slots(&binary, BINARY_SLOTS), Slots(&deleting, BINARY_SLOTS)), deleted);
 }
 
 TEST(VtableLayout, OfTheLibrarysLeavesOverridesWhatLeavesRefuse) {
     const Document document = NewDocumentWithRoot("r");
     CXMLNode* root = document->GetRoot();
-    const auto element = Slots(root, kNodeSlots);
-    const auto text = Slots(root->CreateTextChild("t"), kNodeSlots);
-    const auto binary = Slots(root->CreateBinChild(), kNodeSlots);
+    const auto element = Slots(root, NODE_SLOTS);
+    const auto text = Slots(root->CreateTextChild("t"), NODE_SLOTS);
+    const auto binary = Slots(root->CreateBinChild(), NODE_SLOTS);
     const std::set<std::size_t> overridden = {2, 7, 10, 12, 13, 16, 17, 18, 19, 20};
     EXPECT_EQ(Differences(element, text), overridden);
     EXPECT_EQ(Differences(element, binary), overridden);
@@ -302,15 +254,15 @@ TEST(VtableLayout, OfTheLibrarysObjectsIsWhatDerivedObjectsInherit) {
     CXMLNode* root = document->GetRoot();
     const std::set<std::size_t> none;
     CElementProbe element("e");
-    EXPECT_EQ(Differences(Slots(root, kNodeSlots), Slots(&element, kNodeSlots)), none);
+    EXPECT_EQ(Differences(Slots(root, NODE_SLOTS), Slots(&element, NODE_SLOTS)), none);
     CTextProbe text("t");
-    EXPECT_EQ(Differences(Slots(root->CreateTextChild("t"), kTextSlots), Slots(&text, kTextSlots)),
+    EXPECT_EQ(Differences(Slots(root->CreateTextChild("t"), TEXT_SLOTS), Slots(&text, TEXT_SLOTS)),
               none);
     CBinaryProbe binary;
     EXPECT_EQ(
-        Differences(Slots(root->CreateBinChild(), kBinarySlots), Slots(&binary, kBinarySlots)),
+        Differences(Slots(root->CreateBinChild(), BINARY_SLOTS), Slots(&binary, BINARY_SLOTS)),
         none);
     CDocumentProbe probe;
-    EXPECT_EQ(Differences(Slots(document.get(), kDocumentSlots), Slots(&probe, kDocumentSlots)),
+    EXPECT_EQ(Differences(Slots(document.get(), DOCUMENT_SLOTS), Slots(&probe, DOCUMENT_SLOTS)),
               none);
 }

@@ -6,7 +6,6 @@
 #include "support/recording_handler.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -17,9 +16,6 @@ public:
     CProbe(const char* uri, const char* localName, const char* qName, const char* value)
         : CXMLSaxAttribut(uri, localName, qName, value) {}
     CProbe(const CXMLSaxAttribut& other) : CXMLSaxAttribut(other) {}
-    CProbe(const CProbe& other) = default;
-    CProbe& operator=(const CProbe& other) = default;
-    ~CProbe() override = default;
 };
 
 std::string Shown(CXMLSaxAttribut& attribute) {

@@ -1,7 +1,6 @@
 // CXMLSaxHandler::GetData: Base64 and the one block that shows its result.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -11,7 +10,7 @@ struct SRow {
     const char* bytes;  // nullptr: no Base64
 };
 
-const SRow kRows[] = {
+const SRow ROWS[] = {
     {"QUJD", "ABC"},
     {"QUJDREVG", "ABCDEF"},
     {"QUI=", "AB"},
@@ -58,7 +57,7 @@ const SRow kRows[] = {
 }  // namespace
 
 TEST(Base64Reading, DecodesWhatIsBase64AndRefusesTheRest) {
-    for (const SRow& row : kRows) {
+    for (const SRow& row : ROWS) {
         unsigned char before = 0;
         unsigned char* data = &before;
         std::size_t length = 77;

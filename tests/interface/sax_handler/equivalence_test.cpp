@@ -8,7 +8,6 @@
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -67,7 +66,7 @@ private:
 };
 
 // Instrumented, allocations are slow; what the counts below must exceed is exceeded all the same.
-int Times(int plain, int sanitized) { return kIsSanitized ? sanitized : plain; }
+int Times(int plain, int sanitized) { return IS_SANITIZED ? sanitized : plain; }
 
 // Says everything about one document in every way.
 void ExpectTheSame(const std::string& xml) {

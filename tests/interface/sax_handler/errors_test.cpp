@@ -3,7 +3,6 @@
 #include "support/recording_handler.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -101,10 +100,10 @@ TEST(CallbackErrors, OfASchemaAreThoseOfTheSchemaInForce) {
     TemporaryFile named(".xsd", Schema(true));
     const SLoad forPlain = ValidateWithSchema(plain.Name());
     const SLoad forNamed = ValidateWithSchema(std::string("urn:t ") + named.Name(), true);
-    ExpectFailure({"<r>\n<n>x</n></r>", 2, kNoInteger,
+    ExpectFailure({"<r>\n<n>x</n></r>", 2, NO_INTEGER,
                    "StartDocument\nStartElement r d=\"default\"\nStartElement n\n"},
                   forPlain);
-    ExpectFailure({"<t:r xmlns:t='urn:t'>\n\n<t:n>x</t:n></t:r>", 3, kNoInteger,
+    ExpectFailure({"<t:r xmlns:t='urn:t'>\n\n<t:n>x</t:n></t:r>", 3, NO_INTEGER,
                    "StartDocument\nStartNamespace \"t\"=\"urn:t\"\n"
                    "StartElement {urn:t}r=t:r d=\"default\"\nStartElement {urn:t}n=t:n\n"},
                   forNamed);
@@ -160,21 +159,17 @@ TEST(CallbackErrors, OfNoSourceOrNoHandlerAreTheParameters) {
     unsigned char* noBuffer = nullptr;
     CXMLSaxHandler* noHandler = nullptr;
     CRecordingHandler handler;
-    for (const bool o : {false, true}) {
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(noName, &handler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(noName, noHandler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument(file.Name(), noHandler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument("/nonexistent", noHandler, o, o, nullptr, o, o));
+    for (const SLoad& how : {SLoad(), SLoad{true, true, {}, true, true}}) {
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, noName, &handler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, noName, noHandler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, file.Name(), noHandler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, "/nonexistent", noHandler));
         for (const unsigned length : {0u, 4u, 0xFFFFFFFFu}) {
-            EXPECT_INVALID_PARAMETER(
-                Manager().LoadDocument(noBuffer, length, &handler, o, o, nullptr, o, o));
+            EXPECT_INVALID_PARAMETER(LoadFrom(how, noBuffer, length, &handler));
         }
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(bytes, 0, &handler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(Manager().LoadDocument(bytes, 4, noHandler, o, o, nullptr, o, o));
-        EXPECT_INVALID_PARAMETER(
-            Manager().LoadDocument(noBuffer, 0, noHandler, o, o, nullptr, o, o));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, bytes, 0u, &handler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, bytes, 4u, noHandler));
+        EXPECT_INVALID_PARAMETER(LoadFrom(how, noBuffer, 0u, noHandler));
     }
     EXPECT_EQ(handler.Transcript(), "");
     ExpectUsable(handler);
@@ -184,7 +179,6 @@ TEST(CallbackErrors, OfAManagerThatIsNotInitialisedComeFirst) {
     class CCopy : public CXMLManager {
     public:
         CCopy() : CXMLManager(GetInstance()) {}
-        ~CCopy() = default;
     } copy;
     CRecordingHandler handler;
     unsigned char bytes[] = {'<', 'r', '/', '>'};

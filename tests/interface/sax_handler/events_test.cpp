@@ -4,7 +4,6 @@
 #include "support/sanitizers.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -228,7 +227,7 @@ TEST(CallbackEvents, GiveShortTextsBehindLongOnesAsTheyAre) {
 }
 
 TEST(CallbackEvents, EndEachOfAMillionElements) {
-    const int count = kIsSanitized ? 100000 : 1000000;
+    const int count = IS_SANITIZED ? 100000 : 1000000;
     std::string xml = "<r>";
     for (int i = 0; i < count; ++i)
         xml += "<e/>";
@@ -270,8 +269,7 @@ TEST(CallbackEvents, ReadTheGivenLengthOnly) {
     std::string xml = "<r>text</r>behind the document";
     const std::string before = xml;
     CRecordingHandler handler;
-    Manager().LoadDocument(reinterpret_cast<unsigned char*>(&xml[0]), 11, &handler, false, false,
-                           nullptr, false, false);
+    LoadFrom(SLoad(), reinterpret_cast<unsigned char*>(&xml[0]), 11u, &handler);
     EXPECT_EQ(handler.Transcript(), Whole(InRoot("Characters \"text\"\n")));
     EXPECT_EQ(xml, before);
 }

@@ -6,19 +6,18 @@
 #include "support/testing.h"
 #include "support/thrown.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
 // Every callback, some of them with a text pending or attributes alive.
-const char* const kDocument =
+const char* const DOCUMENT =
     "<!DOCTYPE r [<!ENTITY e '<i>in an entity</i>'>]>\n"
     "<r xmlns:p='urn:u' k='v' p:k='w'>text<![CDATA[section]]><p:a xmlns='v'/>&e; more</r>\n";
 
-const char* const kCallbacks[] = {"StartDocument", "StartDTD",   "StartNamespace", "StartElement",
-                                  "Characters",    "StartCDATA", "EndCDATA",       "EndElement",
-                                  "EndNamespace",  "EndDocument"};
+const char* const CALLBACKS[] = {"StartDocument", "StartDTD",   "StartNamespace", "StartElement",
+                                 "Characters",    "StartCDATA", "EndCDATA",       "EndElement",
+                                 "EndNamespace",  "EndDocument"};
 
 // The transcript up to the n-th line (from 0) that begins with this, with it; empty if there is none.
 std::string UpTo(const std::string& transcript, const std::string& callback, int n) {
@@ -34,10 +33,10 @@ std::string UpTo(const std::string& transcript, const std::string& callback, int
 }  // namespace
 
 TEST(CallbackExceptions, OfEveryKindLeaveEveryCallback) {
-    const std::string whole = EventsOfMemory(kDocument);
-    TemporaryFile file(".xml", kDocument);
+    const std::string whole = EventsOfMemory(DOCUMENT);
+    TemporaryFile file(".xml", DOCUMENT);
     int throws = 0;
-    for (const std::string callback : kCallbacks) {
+    for (const std::string callback : CALLBACKS) {
         ASSERT_NE(UpTo(whole, callback, 0), "") << callback << " is not called";
         for (int n = 0; !UpTo(whole, callback, n).empty(); ++n) {
             for (const SThrow& thrown : THROWS) {
@@ -53,7 +52,7 @@ TEST(CallbackExceptions, OfEveryKindLeaveEveryCallback) {
                                   if (fromFile)
                                       LoadFile(file.Name(), handler);
                                   else
-                                      LoadMemory(kDocument, handler);
+                                      LoadMemory(DOCUMENT, handler);
                               }),
                               thrown.told);
                     ++throws;
@@ -61,7 +60,7 @@ TEST(CallbackExceptions, OfEveryKindLeaveEveryCallback) {
                     EXPECT_EQ(handler.GetSourceOffset(), 0u);
                     EXPECT_EQ(std::uncaught_exceptions(), 0);
                     handler.Do(nullptr);
-                    LoadMemory(kDocument, handler);
+                    LoadMemory(DOCUMENT, handler);
                     EXPECT_EQ(handler.Take(), whole);
                 }
             }

@@ -3,7 +3,6 @@
 #include "support/recording_handler.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 TEST(CallbackNamespaces, AreDeclaredBeforeAndEndedBehindTheirElement) {

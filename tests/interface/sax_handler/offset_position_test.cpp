@@ -7,21 +7,19 @@
 #include "support/source_offsets.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-std::string OffsetsOfMemory(const std::string& xml) {
-    COffsetHandler handler;
-    LoadMemory(xml, handler);
-    return handler.m_Lines;
-}
-std::string OffsetsOfFile(const std::string& xml) {
-    TemporaryFile file(".xml", xml);
-    COffsetHandler handler;
-    LoadFile(file.Name(), handler);
-    return handler.m_Lines;
+// From memory and from a file.
+void ExpectOffsets(const std::string& xml, const std::string& expected) {
+    const CSourceOffsets on;
+    const TemporaryFile file(".xml", xml);
+    COffsetHandler fromMemory, fromFile;
+    LoadMemory(xml, fromMemory);
+    LoadFile(file.Name(), fromFile);
+    EXPECT_EQ(fromMemory.m_Lines, expected);
+    EXPECT_EQ(fromFile.m_Lines, expected);
 }
 
 // Notes the positions of elements only, of documents that are too large for a transcript.
@@ -81,19 +79,16 @@ std::string Utf16Bytes(const std::u16string& units, bool bigEndian) {
 }  // namespace
 
 TEST(CallbackOffsetPosition, IsBehindWhatIsReported) {
-    const CSourceOffsets on;
     const std::string xml = "<r><a/>text<b k='v'>x</b> <![CDATA[y]]></r>\n";
     const std::string expected =
         "0 StartDocument\n3 StartElement r\n7 StartElement a\n7 EndElement a\n"
         "20 Characters \"text\"\n20 StartElement b k=\"v\"\n25 Characters \"x\"\n25 EndElement b\n"
         "39 Characters \" \"\n39 StartCDATA\n39 Characters \"y\"\n39 EndCDATA\n43 EndElement r\n"
         "44 EndDocument\n";
-    EXPECT_EQ(OffsetsOfMemory(xml), expected);
-    EXPECT_EQ(OffsetsOfFile(xml), expected);
+    ExpectOffsets(xml, expected);
 }
 
 TEST(CallbackOffsetPosition, CountsBytesRatherThanCharacters) {
-    const CSourceOffsets on;
     const std::string xml =
         "<?xml version='1.0'?>\n<!-- c -->\n<r xmlns:p='u'>\xC3\xA9<p:a/>\xF0\x9F\x98\x80\r\n"
         "&amp;<b/></r>\n<!-- c -->  ";
@@ -103,27 +98,25 @@ TEST(CallbackOffsetPosition, CountsBytesRatherThanCharacters) {
         "56 Characters \"\xC3\xA9\"\n56 StartElement {u}a=p:a\n56 EndElement {u}a=p:a\n"
         "71 Characters \"\xF0\x9F\x98\x80\\n&\"\n71 StartElement b\n71 EndElement b\n"
         "75 EndElement r\n75 EndNamespace \"p\"\n88 EndDocument\n";
-    EXPECT_EQ(OffsetsOfMemory(xml), expected);
-    EXPECT_EQ(OffsetsOfFile(xml), expected);
+    ExpectOffsets(xml, expected);
 }
 
 TEST(CallbackOffsetPosition, CountsBytesInOtherEncodings) {
-    const CSourceOffsets on;
     const std::string latin = "<?xml version='1.0' encoding='ISO-8859-1'?><r k='\xE9'>\xFC<a/></r>";
-    EXPECT_EQ(OffsetsOfMemory(latin),
-              "0 StartDocument\n52 StartElement r k=\"\xC3\xA9\"\n57 Characters \"\xC3\xBC\"\n"
-              "57 StartElement a\n57 EndElement a\n61 EndElement r\n61 EndDocument\n");
+    ExpectOffsets(latin,
+                  "0 StartDocument\n52 StartElement r k=\"\xC3\xA9\"\n57 Characters \"\xC3\xBC\"\n"
+                  "57 StartElement a\n57 EndElement a\n61 EndElement r\n61 EndDocument\n");
     for (const bool bigEndian : {false, true}) {
         const std::string mark = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
         // A byte order mark is none of the document, and is not counted.
-        EXPECT_EQ(OffsetsOfMemory(mark + Utf16Bytes(u"<r>\x20AC\xD83D\xDE00<a/></r>", bigEndian)),
-                  "0 StartDocument\n6 StartElement r\n"
-                  "20 Characters \"\xE2\x82\xAC\xF0\x9F\x98\x80\"\n20 StartElement a\n"
-                  "20 EndElement a\n28 EndElement r\n28 EndDocument\n");
+        ExpectOffsets(mark + Utf16Bytes(u"<r>\x20AC\xD83D\xDE00<a/></r>", bigEndian),
+                      "0 StartDocument\n6 StartElement r\n"
+                      "20 Characters \"\xE2\x82\xAC\xF0\x9F\x98\x80\"\n20 StartElement a\n"
+                      "20 EndElement a\n28 EndElement r\n28 EndDocument\n");
     }
-    EXPECT_EQ(OffsetsOfMemory("\xEF\xBB\xBF<r><a/></r>"),
-              "0 StartDocument\n3 StartElement r\n7 StartElement a\n7 EndElement a\n"
-              "11 EndElement r\n11 EndDocument\n");
+    ExpectOffsets("\xEF\xBB\xBF<r><a/></r>",
+                  "0 StartDocument\n3 StartElement r\n7 StartElement a\n7 EndElement a\n"
+                  "11 EndElement r\n11 EndDocument\n");
 }
 
 // At every tag, wherever the parts in which the parser reads end.
@@ -158,8 +151,7 @@ TEST(CallbackOffsetPosition, MayBeAskedOnceOrOften) {
     const CSourceOffsets on;
     const STags tags = Generated(2000, 4);
     std::size_t count = 0;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line.compare(0, 12, "StartElement") != 0 && line.compare(0, 10, "EndElement") != 0)
             return;
         if (count % 97 == 0) {
@@ -175,21 +167,19 @@ TEST(CallbackOffsetPosition, MayBeAskedOnceOrOften) {
 }
 
 TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfAnInternalEntity) {
-    const CSourceOffsets on;
     const std::string xml = "<!DOCTYPE r [<!ENTITY e 'x<a/>y<a/>'>]>\n<r>1&e;2<b/></r>";
     const std::string expected =
         "0 StartDocument\n12 StartDTD \"r\" public NULL system NULL\n43 StartElement r\n"
         "43 Characters \"1x\"\n43 StartElement a\n43 EndElement a\n43 Characters \"y\"\n"
         "43 StartElement a\n43 EndElement a\n52 Characters \"2\"\n52 StartElement b\n"
         "52 EndElement b\n56 EndElement r\n56 EndDocument\n";
-    EXPECT_EQ(OffsetsOfMemory(xml), expected);
-    EXPECT_EQ(OffsetsOfFile(xml), expected);
+    ExpectOffsets(xml, expected);
 }
 
 // The entities are longer than the document, so that positions inside of them would show.
 TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfLongAndNestedEntities) {
     const CSourceOffsets on;
-    const std::size_t count = kIsSanitized ? 3000 : 20000;
+    const std::size_t count = IS_SANITIZED ? 3000 : 20000;
     std::string content = "<?xml encoding='UTF-8'?>";
     for (std::size_t i = 0; i < count; ++i)
         content += "<a>&i;</a>\n";
@@ -220,8 +210,7 @@ TEST(CallbackOffsetPosition, RepeatsTheLastAnswerInsideOfLongAndNestedEntities) 
 TEST(CallbackOffsetPosition, IsZeroInAnEntityWhenNothingWasAskedBefore) {
     const CSourceOffsets on;
     std::uint64_t offset = 77;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "StartElement a") offset = handler.GetSourceOffset();
     });
     LoadMemory("<!DOCTYPE r [<!ENTITY e '<a/>'>]><r>&e;</r>", handler);

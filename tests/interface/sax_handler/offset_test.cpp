@@ -5,7 +5,6 @@
 #include "support/source_offsets.h"
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 TEST(CallbackOffset, IsZeroOutsideOfALoad) {
@@ -51,8 +50,7 @@ TEST(CallbackOffset, EndsTheLoadWhereItIsNotTracked) {
         SCOPED_TRACE(row.callback);
         const std::string until =
             whole.substr(0, whole.find(row.callback + "\n") + row.callback.size() + 1);
-        CRecordingHandler handler;
-        handler.Do([&](const std::string& line) {
+        CRecordingHandler handler([&](const std::string& line) {
             if (line == row.callback) handler.GetSourceOffset();
         });
         EXPECT_LOAD_ERROR(LoadMemory(xml, handler), "Memfile", row.line, refusal);
@@ -65,8 +63,7 @@ TEST(CallbackOffset, EndsTheLoadWhereItIsNotTracked) {
 }
 
 TEST(CallbackOffset, IsRefusedInsideOfAnInternalEntityToo) {
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "EndElement k") handler.GetSourceOffset();
     });
     EXPECT_LOAD_ERROR(LoadMemory("<!DOCTYPE r [<!ENTITY e '<k>z</k>'>]><r>&e;</r>", handler),
@@ -77,8 +74,7 @@ TEST(CallbackOffset, IsRefusedInsideOfAnInternalEntityToo) {
 
 TEST(CallbackOffset, IsRefusedInsideOfAnExternalEntityToo) {
     TemporaryFile entity(".ent", "<a/>");
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "StartElement a") handler.GetSourceOffset();
     });
     EXPECT_ANY_THROW(LoadMemory(
@@ -91,8 +87,7 @@ TEST(CallbackOffset, IsRefusedInsideOfAnExternalEntityToo) {
 
 TEST(CallbackOffset, LeavesTheLoadAloneWhereTheCallbackCatchesTheRefusal) {
     int refused = 0;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string&) {
+    CRecordingHandler handler([&](const std::string&) {
         try {
             handler.GetSourceOffset();
         } catch (...) {
@@ -128,8 +123,7 @@ TEST(CallbackOffset, IsTrackedByLoadsThatStartWithTheSwitchOn) {
 
     // Turned off inside, it stays on for the load under way; turned on inside, it stays off.
     std::vector<std::uint64_t> offsets;
-    CRecordingHandler other;
-    other.Do([&](const std::string& line) {
+    CRecordingHandler other([&](const std::string& line) {
         manager.SetCalculateSourceOffsets(line == "EndDocument");
         offsets.push_back(other.GetSourceOffset());
     });

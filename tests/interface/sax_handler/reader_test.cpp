@@ -1,25 +1,24 @@
 // Which load a handler shows: copies and assigned handlers, handlers that end, and loads that are
 // started inside a callback.
 #include <cstdint>
-#include <thread>
 
 #include "support/recording_handler.h"
+#include "support/source_offsets.h"
 #include "support/testing.h"
+#include "support/threads.h"
+#include "support/thrown.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
 // The switch is on during each of these tests.
 class CallbackReader : public ::testing::Test {
-protected:
-    CallbackReader() { Manager().SetCalculateSourceOffsets(true); }
-    ~CallbackReader() override { Manager().SetCalculateSourceOffsets(false); }
+    const CSourceOffsets m_On;
 };
 
-const char* const kDocument = "<r><a/><b/></r>";
-const char* const kEvents =
+const char* const DOCUMENT = "<r><a/><b/></r>";
+const char* const EVENTS =
     "StartElement r\nStartElement a\nEndElement a\nStartElement b\nEndElement b\nEndElement r\n";
 
 }  // namespace
@@ -27,8 +26,7 @@ const char* const kEvents =
 TEST_F(CallbackReader, IsSharedWithACopyThatIsMadeDuringTheLoad) {
     std::unique_ptr<CXMLSaxHandler> copy;
     std::unique_ptr<CXMLSaxHandler> copyOfCopy;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "StartElement a") {
             copy = std::make_unique<CXMLSaxHandler>(handler);
             EXPECT_EQ(copy->GetSourceOffset(), 7u);
@@ -42,8 +40,8 @@ TEST_F(CallbackReader, IsSharedWithACopyThatIsMadeDuringTheLoad) {
             EXPECT_EQ(copyOfCopy->GetSourceOffset(), 15u);
         }
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
     ASSERT_NE(copyOfCopy, nullptr);
     EXPECT_EQ(copyOfCopy->GetSourceOffset(), 0u);
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
@@ -53,15 +51,14 @@ TEST_F(CallbackReader, IsGoneFromCopiesAfterALoadThatThrew) {
     CXMLSaxHandler assigned;
     std::unique_ptr<CXMLSaxHandler> copy;
     {
-        CRecordingHandler handler;
-        handler.Do([&](const std::string& line) {
+        CRecordingHandler handler([&](const std::string& line) {
             if (line != "StartElement a") return;
             copy = std::make_unique<CXMLSaxHandler>(handler);
             assigned = handler;
             EXPECT_EQ(assigned.GetSourceOffset(), 7u);
             throw 42;
         });
-        EXPECT_THROW(LoadMemory(kDocument, handler), int);
+        EXPECT_THROW(LoadMemory(DOCUMENT, handler), int);
         EXPECT_EQ(assigned.GetSourceOffset(), 0u);
     }
     EXPECT_EQ(assigned.GetSourceOffset(), 0u);
@@ -71,29 +68,27 @@ TEST_F(CallbackReader, IsGoneFromCopiesAfterALoadThatThrew) {
 // A copy shows the load that its source served when it was made, and no later one.
 TEST_F(CallbackReader, OfTheNextLoadIsNoneOfACopyFromBefore) {
     std::unique_ptr<CXMLSaxHandler> copy;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string&) {
+    CRecordingHandler handler([&](const std::string&) {
         if (!copy) copy = std::make_unique<CXMLSaxHandler>(handler);
     });
-    LoadMemory(kDocument, handler);
+    LoadMemory(DOCUMENT, handler);
     handler.Do([&](const std::string& line) {
         if (line != "StartElement b") return;
         EXPECT_EQ(handler.GetSourceOffset(), 11u);
         EXPECT_EQ(copy->GetSourceOffset(), 0u);
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents) + Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS) + Whole(EVENTS));
 
     CXMLSaxHandler before(handler);
     handler.Do([&](const std::string&) { EXPECT_EQ(before.GetSourceOffset(), 0u); });
-    LoadMemory(kDocument, handler);
+    LoadMemory(DOCUMENT, handler);
 }
 
 TEST_F(CallbackReader, MayBeAssignedAwayAndBack) {
     CXMLSaxHandler idle;
     CXMLSaxHandler keeper;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         CXMLSaxHandler& base = handler;
         CXMLSaxHandler& same = handler;
         if (line == "StartElement a") {
@@ -111,24 +106,24 @@ TEST_F(CallbackReader, MayBeAssignedAwayAndBack) {
             base = idle;  // and stays away
         }
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
     EXPECT_EQ(handler.GetSourceOffset(), 0u);
     EXPECT_EQ(keeper.GetSourceOffset(), 0u);
     handler.Do(nullptr);
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
 }
 
 TEST_F(CallbackReader, EndsWithAHandlerThatIsDeletedAfterALoad) {
-    TemporaryFile file(".xml", kDocument);
+    TemporaryFile file(".xml", DOCUMENT);
     std::unique_ptr<CXMLSaxHandler> copy;
     for (int i = 0; i < 10; ++i) {
         auto handler = std::make_unique<CRecordingHandler>();
         CRecordingHandler* inside = handler.get();
         handler->Do([&](const std::string&) { copy = std::make_unique<CXMLSaxHandler>(*inside); });
         if (i % 2) {
-            LoadMemory(kDocument, *handler);
+            LoadMemory(DOCUMENT, *handler);
         } else {
             LoadFile(file.Name(), *handler);
         }
@@ -137,7 +132,7 @@ TEST_F(CallbackReader, EndsWithAHandlerThatIsDeletedAfterALoad) {
     }
     // A copy serves loads of its own.
     std::uint64_t last = 0;
-    LoadMemory(kDocument, *copy);
+    LoadMemory(DOCUMENT, *copy);
     EXPECT_EQ(copy->GetSourceOffset(), last);
 }
 
@@ -195,9 +190,9 @@ TEST_F(CallbackReader, OfALoadInsideThatThrowsLeavesTheOuterOne) {
         EXPECT_EQ(inner.GetSourceOffset(), 0u);
         EXPECT_EQ(outer.GetSourceOffset(), line == "StartElement a" ? 7u : 11u);
     });
-    LoadMemory(kDocument, outer);
+    LoadMemory(DOCUMENT, outer);
     EXPECT_EQ(caught, 2);
-    EXPECT_EQ(outer.Take(), Whole(kEvents));
+    EXPECT_EQ(outer.Take(), Whole(EVENTS));
 }
 
 TEST_F(CallbackReader, LetsTreesBeLoadedInsideACallback) {
@@ -216,57 +211,47 @@ TEST_F(CallbackReader, LetsTreesBeLoadedInsideACallback) {
 // Callbacks go to the handler that was handed to the load, whatever is assigned to whom.
 TEST_F(CallbackReader, DoesNotMoveTheCallbacks) {
     CRecordingHandler other;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line != "StartElement r") return;
         static_cast<CXMLSaxHandler&>(other) = handler;
     });
-    LoadMemory(kDocument, handler);
-    EXPECT_EQ(handler.Take(), Whole(kEvents));
+    LoadMemory(DOCUMENT, handler);
+    EXPECT_EQ(handler.Take(), Whole(EVENTS));
     EXPECT_EQ(other.Take(), "");
     EXPECT_EQ(other.GetSourceOffset(), 0u);
 }
 
 TEST_F(CallbackReader, OfEachThreadIsItsOwn) {
-    std::vector<std::string> wrong(4);
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < wrong.size(); ++i) {
-        threads.emplace_back([i, &wrong] {
-            const std::string name = "e" + std::to_string(i);
-            const std::string xml = "<" + name + "><a k='\xC3\xA9'/>text</" + name + ">";
-            const std::string whole = Whole("StartElement " + name +
-                                            "\nStartElement a k=\"\xC3\xA9\"\nEndElement a\n"
-                                            "Characters \"text\"\nEndElement " +
-                                            name + "\n");
-            for (int round = 0; round < 300; ++round) {
-                CRecordingHandler handler;
-                std::uint64_t last = 0;
-                handler.Do([&](const std::string&) {
-                    const CXMLSaxHandler copy(handler);
-                    last = handler.GetSourceOffset();
-                    if (round % 3 == 0 && last > 20) throw 42;
-                });
-                try {
-                    LoadMemory(xml, handler);
-                    if (handler.Take() != whole || last != xml.size()) wrong[i] = "a whole load";
-                } catch (int) {
-                    if (round % 3 != 0) wrong[i] = "an exception";
-                }
+    OnThreads([](int thread) {
+        const std::string name = "e" + std::to_string(thread);
+        const std::string xml = "<" + name + "><a k='\xC3\xA9'/>text</" + name + ">";
+        const std::string whole =
+            Whole("StartElement " + name + "\nStartElement a k=\"\xC3\xA9\"\nEndElement a\n" +
+                  "Characters \"text\"\nEndElement " + name + "\n");
+        for (int round = 0; round < 300; ++round) {
+            std::uint64_t last = 0;
+            CRecordingHandler handler([&](const std::string&) {
+                const CXMLSaxHandler copy(handler);
+                last = handler.GetSourceOffset();
+                if (round % 3 == 0 && last > 20) throw 42;
+            });
+            const std::string thrown = Thrown([&] { LoadMemory(xml, handler); });
+            if (round % 3 == 0) {
+                ASSERT_EQ(thrown, "int 42");
+                continue;
             }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    for (const std::string& text : wrong)
-        EXPECT_EQ(text, "");
+            ASSERT_EQ(thrown, "nothing");
+            ASSERT_EQ(handler.Take(), whole);
+            ASSERT_EQ(last, xml.size());
+        }
+    });
 }
 
 // The end of any handler releases the block of GetData; the end of a load does not.
 TEST_F(CallbackReader, AndTheBlockOfGetDataAreIndependent) {
     unsigned char* data = nullptr;
     std::size_t length = 0;
-    CRecordingHandler handler;
-    handler.Do([&](const std::string& line) {
+    CRecordingHandler handler([&](const std::string& line) {
         if (line == "Characters \"QUJD\"") {
             EXPECT_TRUE(CXMLSaxHandler::GetData("QUJD", data, length));
         } else if (line == "EndElement r") {

@@ -9,15 +9,14 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-constexpr int kElements = kIsSanitized ? 300000 : 10000000;
-constexpr std::size_t kLevels = kIsSanitized ? 100000 : 1000000;
-constexpr int kDocuments = kIsSanitized ? 3000 : 100000;
-constexpr std::size_t kLong = 10000000;
+constexpr int ELEMENTS = IS_SANITIZED ? 300000 : 10000000;
+constexpr std::size_t LEVELS = IS_SANITIZED ? 100000 : 1000000;
+constexpr int DOCUMENTS = IS_SANITIZED ? 3000 : 100000;
+constexpr std::size_t LONG = 10000000;
 
 }  // namespace
 
@@ -32,7 +31,7 @@ TEST(WriterMemory, StaysWhereItIsWhileMillionsOfElementsAreWritten) {
     const std::size_t begin = buffer.Count();
     std::size_t record = 0;
     std::size_t before = 0;
-    for (int i = 0; i < kElements; i += 5) {
+    for (int i = 0; i < ELEMENTS; i += 5) {
         writer.StartElement("record", attributes.Get());
         WriteElement(writer, "name", "a text & more");
         writer.StartElement("number", nullptr);
@@ -59,7 +58,7 @@ TEST(WriterMemory, StaysWhereItIsWhileMillionsOfElementsAreWritten) {
                                   "\r\n\t\t<empty/>\r\n\t</record>")
                           .size());
     EXPECT_EQ(buffer.Count(),
-              begin + 1 + record * (kElements / 5) + std::string("\r\n</root>").size());
+              begin + 1 + record * (ELEMENTS / 5) + std::string("\r\n</root>").size());
 }
 
 TEST(WriterMemory, StaysWhereItIsWhileManyDocumentsAreWritten) {
@@ -67,7 +66,7 @@ TEST(WriterMemory, StaysWhereItIsWhileManyDocumentsAreWritten) {
     std::ostream out(&buffer);
     std::size_t before = 0;
     CXMLSaxWriter writer;
-    for (int i = 0; i < kDocuments; ++i) {
+    for (int i = 0; i < DOCUMENTS; ++i) {
         writer.StartDocument(&out, i % 2 == 0, false);
         writer.StartElement("a", nullptr);
         EXPECT_INVALID_NAME(writer.StartElement("1", nullptr), "1");
@@ -88,16 +87,16 @@ TEST(WriterMemory, HoldsTheNamesOfAMillionLevelsAndGivesThemBack) {
             CXMLSaxWriter writer;
             writer.StartDocument(&out, false, false);
             const std::size_t begin = buffer.Count();
-            for (std::size_t i = 0; i < kLevels; ++i)
+            for (std::size_t i = 0; i < LEVELS; ++i)
                 writer.StartElement(name.c_str(), nullptr);
-            EXPECT_EQ(buffer.Count() - begin, kLevels * (name.size() + 2) - 1);
-            if (!kIsSanitized) {
+            EXPECT_EQ(buffer.Count() - begin, LEVELS * (name.size() + 2) - 1);
+            if (!IS_SANITIZED) {
                 // With doubling and all, not much more than the names.
-                EXPECT_LT(HeapInUse(), before + kLevels * 64);
+                EXPECT_LT(HeapInUse(), before + LEVELS * 64);
             }
-            for (std::size_t i = 0; i < kLevels; ++i)
+            for (std::size_t i = 0; i < LEVELS; ++i)
                 writer.EndElement();
-            EXPECT_EQ(buffer.Count() - begin, kLevels * (2 * name.size() + 5) - name.size() - 2);
+            EXPECT_EQ(buffer.Count() - begin, LEVELS * (2 * name.size() + 5) - name.size() - 2);
             EXPECT_WRONG_FORMAT(writer.EndElement(), 1);
             writer.EndDocument();
             ExpectHeapAsBefore(before);
@@ -114,7 +113,7 @@ TEST(WriterMemory, EndsWithAMillionLevelsOpen) {
         {
             CXMLSaxWriter writer;
             writer.StartDocument(&out, false, false);
-            for (std::size_t i = 0; i < kLevels; ++i)
+            for (std::size_t i = 0; i < LEVELS; ++i)
                 writer.StartElement("n", nullptr);
         }
         ExpectHeapAsBefore(before);
@@ -122,14 +121,14 @@ TEST(WriterMemory, EndsWithAMillionLevelsOpen) {
 }
 
 TEST(WriterMemory, HoldsEveryNameOfADeepDocument) {
-    std::string expected = kDeclaration;
+    std::string expected = DECLARATION;
     std::ostringstream out;
     CXMLSaxWriter writer;
     writer.StartDocument(&out, false, false);
     const auto name = [](std::size_t i) {
         return "n" + std::to_string(i) + std::string(i % 50, 'x');
     };
-    constexpr std::size_t levels = kLevels / 10;
+    constexpr std::size_t levels = LEVELS / 10;
     for (std::size_t i = 0; i < levels; ++i) {
         writer.StartElement(name(i).c_str(), nullptr);
         expected += "<" + name(i) + (i + 1 < levels ? ">" : "/>");
@@ -144,7 +143,7 @@ TEST(WriterMemory, HoldsEveryNameOfADeepDocument) {
 
 TEST(WriterMemory, IsEnoughForThousandsOfIndentedLevels) {
     constexpr std::size_t levels = 3000;
-    std::string expected = kDeclaration;
+    std::string expected = DECLARATION;
     std::ostringstream out;
     CXMLSaxWriter writer;
     writer.StartDocument(&out, true, false);
@@ -161,8 +160,8 @@ TEST(WriterMemory, IsEnoughForThousandsOfIndentedLevels) {
 }
 
 TEST(WriterMemory, IsEnoughForVeryLongNamesAndTexts) {
-    const std::string name(kLong, 'n');
-    const std::string text(kLong, 't');
+    const std::string name(LONG, 'n');
+    const std::string text(LONG, 't');
     std::string marked = text;
     for (std::size_t i = 0; i < marked.size(); i += 1000)
         marked[i] = '&';
@@ -180,7 +179,7 @@ TEST(WriterMemory, IsEnoughForVeryLongNamesAndTexts) {
         }
         writer.Characters(marked.c_str());
         writer.EndElement();
-        EXPECT_TRUE(SameBytes(out.str(), kDeclaration + "\r\n<" + name + " " + name + "=\"" + text +
+        EXPECT_TRUE(SameBytes(out.str(), DECLARATION + "\r\n<" + name + " " + name + "=\"" + text +
                                              "\">" + escaped + "</" + name + ">"));
         out.str("");
         WriteData(writer, text, true);

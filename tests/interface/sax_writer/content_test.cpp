@@ -6,7 +6,6 @@
 #include "support/unicode.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -137,7 +136,7 @@ TEST(WriterContent, EscapesEachTextOnItsOwn) {
                   w.Characters("\xC3");
                   w.Characters("\xA9");
               }),
-              std::string(kReplacement) + kReplacement);
+              std::string(REPLACEMENT) + REPLACEMENT);
     EXPECT_EQ(Content([](CXMLSaxWriter& w) {
                   w.Characters("]]");
                   w.Characters(nullptr);
@@ -224,7 +223,7 @@ TEST(WriterContent, PassesTypedValuesThroughAnOverrideOfCharacters) {
         value.write(base);
         base.EndElement();
         base.EndDocument();
-        EXPECT_EQ(out.str(), kDeclaration + "\r\n<r>[" + value.text + "]</r>");
+        EXPECT_EQ(out.str(), DECLARATION + "\r\n<r>[" + value.text + "]</r>");
         EXPECT_EQ(writer.m_Received, std::vector<std::string>{value.text});
 
         // The override is called before anything is checked or written.
@@ -241,7 +240,7 @@ TEST(WriterContent, DoesNotPassBytesThroughAnOverrideOfCharacters) {
     WriteData(writer, "ABC", false);
     WriteData(writer, "ABC", true);
     writer.EndDocument();
-    EXPECT_EQ(out.str(), kDeclaration + "QUJD\n<![CDATA[QUJD\n]]>");
+    EXPECT_EQ(out.str(), DECLARATION + "QUJD\n<![CDATA[QUJD\n]]>");
     EXPECT_TRUE(writer.m_Received.empty());
 }
 
@@ -255,7 +254,7 @@ TEST(WriterContent, RefusesValuesOutOfRangeBeforeAnythingElse) {
         writer.StartDocument(&out, true, false);
         writer.StartElement("r", nullptr);
         EXPECT_NO_CONVERSION(write(writer));
-        EXPECT_EQ(out.str(), kDeclaration + "\r\n<r");
+        EXPECT_EQ(out.str(), DECLARATION + "\r\n<r");
         EXPECT_TRUE(writer.m_Received.empty());
         out.setstate(std::ios::failbit);
         EXPECT_NO_CONVERSION(write(writer));
@@ -263,7 +262,7 @@ TEST(WriterContent, RefusesValuesOutOfRangeBeforeAnythingElse) {
         // No content has been written, so the element is an empty one.
         writer.EndElement();
         writer.EndDocument();
-        EXPECT_EQ(out.str(), kDeclaration + "\r\n<r/>");
+        EXPECT_EQ(out.str(), DECLARATION + "\r\n<r/>");
     }
 }
 

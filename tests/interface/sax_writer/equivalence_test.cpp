@@ -5,7 +5,6 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -31,14 +30,14 @@ std::string Written(CXMLSaxWriter& writer, CXMLDocument& document, bool format) 
     return out.str();
 }
 
-constexpr unsigned kTrees = kIsSanitized ? 40 : 300;
+constexpr unsigned TREES = IS_SANITIZED ? 40 : 300;
 
 }  // namespace
 
 TEST(WriterEquivalence, WithoutFormatForEveryTree) {
     CXMLSaxWriter writer;
     std::size_t bytes = 0;
-    for (unsigned seed = 0; seed < kTrees; ++seed) {
+    for (unsigned seed = 0; seed < TREES; ++seed) {
         for (const Shape shape : {Shape::PURE, Shape::MIXED}) {
             Document document = CRandomTree(seed, Content::UNBOUND, shape).Make();
             const std::string saved = Saved(document, false);
@@ -46,13 +45,13 @@ TEST(WriterEquivalence, WithoutFormatForEveryTree) {
             bytes += saved.size();
         }
     }
-    EXPECT_GT(bytes, 1000u * kTrees);
+    EXPECT_GT(bytes, 1000u * TREES);
 }
 
 TEST(WriterEquivalence, WithFormatWhereTextStandsAlone) {
     CXMLSaxWriter writer;
     std::size_t bytes = 0;
-    for (unsigned seed = 0; seed < kTrees; ++seed) {
+    for (unsigned seed = 0; seed < TREES; ++seed) {
         for (const Content content : {Content::UNBOUND, Content::FAITHFUL}) {
             Document document = CRandomTree(seed, content, Shape::PURE).Make();
             const std::string saved = Saved(document, true);
@@ -60,21 +59,21 @@ TEST(WriterEquivalence, WithFormatWhereTextStandsAlone) {
             bytes += saved.size();
         }
     }
-    EXPECT_GT(bytes, 1000u * kTrees);
+    EXPECT_GT(bytes, 1000u * TREES);
 }
 
 // The writer knows the text that was, but not the text that will come.
 TEST(WriterEquivalence, EndsWithFormatBehindTheTextOfAMixedElement) {
     const Document document = Load("<r><a/>text<b/><c/></r>");
     CXMLSaxWriter writer;
-    const std::string begin = kDeclaration + "\r\n<r>\r\n\t<a/>text<b/>";
+    const std::string begin = DECLARATION + "\r\n<r>\r\n\t<a/>text<b/>";
     EXPECT_EQ(Saved(document, true), begin + "<c/></r>");
     EXPECT_EQ(Written(writer, *document, true), begin + "\r\n\t<c/>\r\n</r>");
 }
 
 TEST(WriterEquivalence, GivesDocumentsThatLoadToTheSameTree) {
     CXMLSaxWriter writer;
-    for (unsigned seed = 0; seed < kTrees; ++seed) {
+    for (unsigned seed = 0; seed < TREES; ++seed) {
         for (const bool format : {false, true}) {
             const Shape shape = format ? Shape::PURE : Shape::MIXED;
             Document document = CRandomTree(seed, Content::FAITHFUL, shape).Make();

@@ -8,12 +8,11 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-const std::string kDocument = kDeclaration + "\r\n<a/>";
+const std::string DOCUMENT = DECLARATION + "\r\n<a/>";
 
 }  // namespace
 
@@ -29,7 +28,7 @@ TEST(WriterFile, HoldsTheDocumentByteForByte) {
         writer.EndDocument();
         const std::string line = format ? "\r\n" : "";
         const std::string tab = format ? "\t" : "";
-        EXPECT_EQ(file.Content(), kDeclaration + line + "<r k=\"\xC3\xA9\r\n\">" + line + tab +
+        EXPECT_EQ(file.Content(), DECLARATION + line + "<r k=\"\xC3\xA9\r\n\">" + line + tab +
                                       "<a>1\n2</a><![CDATA[QUJD\n]]></r>");
     }
 }
@@ -42,9 +41,9 @@ TEST(WriterFile, IsEmptiedAtTheStartAndKeptByEndDocument) {
         EXPECT_LT(file.Content().size(), 100u);
         WriteElement(writer, "a");
         writer.EndDocument();
-        EXPECT_EQ(file.Content(), kDocument);
+        EXPECT_EQ(file.Content(), DOCUMENT);
     }
-    EXPECT_EQ(file.Content(), kDocument);
+    EXPECT_EQ(file.Content(), DOCUMENT);
 }
 
 TEST(WriterFile, MayBeWrittenAndReadByOthersMeanwhile) {
@@ -91,7 +90,7 @@ TEST(WriterFile, IsRefusedWithItsNameWhenItCannotBeOpened) {
     writer.StartDocument(file.Name(), true);
     WriteElement(writer, "a");
     writer.EndDocument();
-    EXPECT_EQ(file.Content(), kDocument);
+    EXPECT_EQ(file.Content(), DOCUMENT);
     EXPECT_TRUE(IsKind(directory.Name(), S_IFDIR));
 }
 
@@ -111,7 +110,7 @@ TEST(WriterFile, IsNotTouchedWhileADocumentIsOpen) {
         out.clear();
         WriteElement(writer, "b");
         writer.EndElement();
-        EXPECT_EQ(out.str(), kDeclaration + "\r\n<a>\r\n\t<b/>\r\n</a>");
+        EXPECT_EQ(out.str(), DECLARATION + "\r\n<a>\r\n\t<b/>\r\n</a>");
         writer.EndDocument();
 
         writer.StartDocument(first.Name(), true);

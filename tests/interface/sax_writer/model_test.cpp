@@ -9,7 +9,6 @@
 #include "support/writer_model.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -159,33 +158,33 @@ private:
     std::size_t m_nRefusals = 0;
 };
 
-constexpr std::size_t kRoomForAll = std::size_t(1) << 40;
-constexpr int kCalls = 300;
+constexpr std::size_t ROOM_FOR_ALL = std::size_t(1) << 40;
+constexpr int CALLS = 300;
 
 // Instrumented, the calls cost thirty times as much.
-constexpr unsigned kSeeds = kIsSanitized ? 30 : 400;
+constexpr unsigned SEEDS = IS_SANITIZED ? 30 : 400;
 
 }  // namespace
 
 TEST(WriterModel, AgreesOnRandomCalls) {
     std::size_t refusals = 0;
-    for (unsigned seed = 0; seed < kSeeds; ++seed) {
+    for (unsigned seed = 0; seed < SEEDS; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
-        CPair pair(seed, kRoomForAll);
-        for (int i = 0; i < kCalls; ++i)
+        CPair pair(seed, ROOM_FOR_ALL);
+        for (int i = 0; i < CALLS; ++i)
             pair.Call();
         pair.ExpectSameBytes();
         refusals += pair.Refusals();
         if (HasFailure()) return;  // once is enough
     }
-    EXPECT_GT(refusals, 3 * kSeeds);
+    EXPECT_GT(refusals, 3 * SEEDS);
 }
 
 TEST(WriterModel, AgreesWithWidthsPendingOnTheStream) {
-    for (unsigned seed = 1000; seed < 1000 + kSeeds; ++seed) {
+    for (unsigned seed = 1000; seed < 1000 + SEEDS; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
-        CPair pair(seed, kRoomForAll);
-        for (int i = 0; i < kCalls; ++i) {
+        CPair pair(seed, ROOM_FOR_ALL);
+        for (int i = 0; i < CALLS; ++i) {
             if (pair.Number(3) == 0) pair.Pad();
             pair.Call();
         }
@@ -195,10 +194,10 @@ TEST(WriterModel, AgreesWithWidthsPendingOnTheStream) {
 }
 
 TEST(WriterModel, AgreesOnStreamsThatBecomeFull) {
-    for (unsigned seed = 2000; seed < 2000 + 2 * kSeeds; ++seed) {
+    for (unsigned seed = 2000; seed < 2000 + 2 * SEEDS; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         CPair pair(seed, seed * 37 % 700);
-        for (int i = 0; i < kCalls; ++i) {
+        for (int i = 0; i < CALLS; ++i) {
             if (seed % 2 == 0 && pair.Number(5) == 0) pair.Pad();
             pair.Call();
         }

@@ -5,7 +5,6 @@
 #include "support/writer_fixture.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {

@@ -7,12 +7,11 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-const std::string kDocument = kDeclaration + "<a/>";
+const std::string DOCUMENT = DECLARATION + "<a/>";
 
 void WriteDocument(CXMLSaxWriter& writer) {
     WriteElement(writer, "a");
@@ -33,7 +32,7 @@ TEST(WriterOwnership, OwnStreamEndsWithTheDocument) {
         EXPECT_EQ(ends, 0);
         writer.EndDocument();
         EXPECT_EQ(ends, 1);
-        EXPECT_EQ(bytes, kDocument);
+        EXPECT_EQ(bytes, DOCUMENT);
         EXPECT_NOT_OPEN(writer.EndDocument());
         writer.StartDocument(new CMortalStream(ends, &bytes), false, true);
         WriteDocument(writer);
@@ -51,7 +50,7 @@ TEST(WriterOwnership, OwnStreamEndsWithTheWriter) {
         writer.StartElement("a", nullptr);
     }
     EXPECT_EQ(ends, 1);
-    EXPECT_EQ(bytes, kDeclaration + "<a");
+    EXPECT_EQ(bytes, DECLARATION + "<a");
     {
         const std::unique_ptr<CXMLSaxWriter> writer(new CXMLSaxWriter);
         auto* stream = new CMortalStream(ends, &bytes);
@@ -82,7 +81,7 @@ TEST(WriterOwnership, OwnStreamEndsWithAStartThatFails) {
 
 TEST(WriterOwnership, OwnStreamEndsWhenItThrowsAtTheStart) {
     for (const bool throws : {false, true}) {
-        for (std::size_t room = 0; room < kDeclaration.size(); ++room) {
+        for (std::size_t room = 0; room < DECLARATION.size(); ++room) {
             int ends = 0;
             CLimitedBuffer buffer(room, throws);
             {
@@ -99,10 +98,10 @@ TEST(WriterOwnership, OwnStreamEndsWhenItThrowsAtTheStart) {
                 std::ostringstream out;
                 writer.StartDocument(&out, false, false);
                 WriteDocument(writer);
-                EXPECT_EQ(out.str(), kDocument);
+                EXPECT_EQ(out.str(), DOCUMENT);
             }
             EXPECT_EQ(ends, 1);
-            EXPECT_EQ(buffer.Bytes(), kDeclaration.substr(0, room));
+            EXPECT_EQ(buffer.Bytes(), DECLARATION.substr(0, room));
         }
     }
 }
@@ -118,7 +117,7 @@ TEST(WriterOwnership, OwnStreamEndsWhenAnotherTakesOver) {
         writer.StartDocument(new CMortalStream(second), false, true);
         EXPECT_EQ(first, 1);
         EXPECT_EQ(second, 0);
-        EXPECT_EQ(bytes, kDeclaration + "<a");
+        EXPECT_EQ(bytes, DECLARATION + "<a");
         std::ostringstream out;
         writer.StartDocument(&out, false, false);
         EXPECT_EQ(second, 1);
@@ -164,7 +163,7 @@ TEST(WriterOwnership, OwnStreamThatIsGivenAgainEndsOnce) {
         EXPECT_EQ(ends, 0);
         WriteDocument(writer);
         EXPECT_EQ(ends, 1);
-        EXPECT_EQ(bytes, kDeclaration + kDocument);
+        EXPECT_EQ(bytes, DECLARATION + DOCUMENT);
         stream = new CMortalStream(ends, &bytes);
         writer.StartDocument(stream, false, true);
         writer.StartDocument(stream, false, true);
@@ -191,7 +190,7 @@ TEST(WriterOwnership, ChangesWithTheLastStart) {
         writer.StartDocument(lent.get(), false, true);
         writer.StartDocument(lent.get(), false, false);
         WriteDocument(writer);
-        EXPECT_EQ(lent->str(), kDeclaration + kDocument);
+        EXPECT_EQ(lent->str(), DECLARATION + DOCUMENT);
         writer.StartDocument(lent.get(), false, true);
         writer.StartDocument(lent.get(), false, false);
     }
@@ -242,7 +241,7 @@ TEST(WriterOwnership, FileStreamIsClosedByEndDocument) {
     EXPECT_FALSE(stream.is_open());
     EXPECT_TRUE(stream.good());
     EXPECT_EQ(ends, 0);
-    EXPECT_EQ(file.Content(), kDocument);
+    EXPECT_EQ(file.Content(), DOCUMENT);
 }
 
 TEST(WriterOwnership, FileStreamIsClosedByTheDestructorAndItsFileKept) {
@@ -254,7 +253,7 @@ TEST(WriterOwnership, FileStreamIsClosedByTheDestructorAndItsFileKept) {
         writer.StartElement("a", nullptr);
     }
     EXPECT_FALSE(stream.is_open());
-    EXPECT_EQ(file.Content(), kDeclaration + "<a");
+    EXPECT_EQ(file.Content(), DECLARATION + "<a");
 }
 
 TEST(WriterOwnership, FileStreamThatIsNotGoodIsNotClosed) {
@@ -270,7 +269,7 @@ TEST(WriterOwnership, FileStreamThatIsNotGoodIsNotClosed) {
     EXPECT_TRUE(stream.is_open());
     stream.clear();
     stream.close();
-    EXPECT_EQ(file.Content(), kDeclaration);
+    EXPECT_EQ(file.Content(), DECLARATION);
 }
 
 TEST(WriterOwnership, FileStreamOfItsOwnIsClosedAndEnds) {
@@ -281,12 +280,12 @@ TEST(WriterOwnership, FileStreamOfItsOwnIsClosedAndEnds) {
         writer.StartDocument(new CMortalFile(ends, file.Name()), false, true);
         WriteDocument(writer);
         EXPECT_EQ(ends, 1);
-        EXPECT_EQ(file.Content(), kDocument);
+        EXPECT_EQ(file.Content(), DOCUMENT);
         writer.StartDocument(new CMortalFile(ends, file.Name()), false, true);
     }
     EXPECT_EQ(ends, 2);
     // The writer did not open the file, so it does not remove it.
-    EXPECT_EQ(file.Content(), kDeclaration);
+    EXPECT_EQ(file.Content(), DECLARATION);
 }
 
 TEST(WriterOwnership, StreamForReadingAndWritingIsNotClosed) {
@@ -302,7 +301,7 @@ TEST(WriterOwnership, StreamForReadingAndWritingIsNotClosed) {
     }
     EXPECT_TRUE(stream.is_open());
     stream.close();
-    EXPECT_EQ(file.Content(), kDocument + kDeclaration);
+    EXPECT_EQ(file.Content(), DOCUMENT + DECLARATION);
 }
 
 TEST(WriterOwnership, FileOfTheWriterIsTakenOverByAnotherStream) {
@@ -314,7 +313,7 @@ TEST(WriterOwnership, FileOfTheWriterIsTakenOverByAnotherStream) {
         writer.StartDocument(file.Name(), false);
         writer.StartDocument(&out, false, false);
         EXPECT_TRUE(file.Exists());
-        EXPECT_EQ(file.Content(), kDeclaration);
+        EXPECT_EQ(file.Content(), DECLARATION);
     }
     EXPECT_FALSE(file.Exists());
     {
@@ -323,5 +322,5 @@ TEST(WriterOwnership, FileOfTheWriterIsTakenOverByAnotherStream) {
         writer.StartDocument(&out, false, false);
         writer.EndDocument();
     }
-    EXPECT_EQ(file.Content(), kDeclaration);
+    EXPECT_EQ(file.Content(), DECLARATION);
 }

@@ -7,7 +7,6 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -23,59 +22,59 @@ struct SRow {
     std::string behind;  // and what it writes behind it
 };
 
-const Step kStart = [](CXMLSaxWriter& w) { w.StartElement("r", nullptr); };
-const Step kStartWithAttributes = [](CXMLSaxWriter& w) {
+const Step START = [](CXMLSaxWriter& w) { w.StartElement("r", nullptr); };
+const Step START_WITH_ATTRIBUTES = [](CXMLSaxWriter& w) {
     w.StartElement("a", CAttributes{{"k", "v"}, {"l", "w"}}.Get());
 };
-const Step kEnd = [](CXMLSaxWriter& w) { w.EndElement(); };
-const Step kText = [](CXMLSaxWriter& w) { w.Characters("x<"); };
-const Step kNoText = [](CXMLSaxWriter& w) { w.Characters(nullptr); };
-const Step kLong = [](CXMLSaxWriter& w) { w.Long(42); };
-const Step kDouble = [](CXMLSaxWriter& w) { w.Double(1e20); };
-const Step kSection = [](CXMLSaxWriter& w) { WriteData(w, "ABC", true); };
-const Step kNoSection = [](CXMLSaxWriter& w) { w.Data(nullptr, 0, true); };
-const Step kBase64 = [](CXMLSaxWriter& w) { WriteData(w, "ABC", false); };
-const Step kEndDocument = [](CXMLSaxWriter& w) { w.EndDocument(); };
+const Step END = [](CXMLSaxWriter& w) { w.EndElement(); };
+const Step TEXT = [](CXMLSaxWriter& w) { w.Characters("x<"); };
+const Step NO_TEXT = [](CXMLSaxWriter& w) { w.Characters(nullptr); };
+const Step LONG = [](CXMLSaxWriter& w) { w.Long(42); };
+const Step DOUBLE = [](CXMLSaxWriter& w) { w.Double(1e20); };
+const Step SECTION = [](CXMLSaxWriter& w) { WriteData(w, "ABC", true); };
+const Step NO_SECTION = [](CXMLSaxWriter& w) { w.Data(nullptr, 0, true); };
+const Step BASE64 = [](CXMLSaxWriter& w) { WriteData(w, "ABC", false); };
+const Step END_DOCUMENT = [](CXMLSaxWriter& w) { w.EndDocument(); };
 
 std::vector<SRow> Rows() {
     return {
-        {"the start of a start tag", false, {}, kStart, "", "<", "r"},
-        {"the same behind a line end", true, {}, kStart, "\r\n", "<", "r"},
-        {"a line end and indentation", true, {kStart, kStart, kEnd}, kStart, "\r\n\t", "<", "r"},
-        {"the end of a start tag", false, {kStart}, kStart, "", ">", "<r"},
-        {"the same in front of a line end", true, {kStart}, kStart, "", ">", "\r\n\t<r"},
+        {"the start of a start tag", false, {}, START, "", "<", "r"},
+        {"the same behind a line end", true, {}, START, "\r\n", "<", "r"},
+        {"a line end and indentation", true, {START, START, END}, START, "\r\n\t", "<", "r"},
+        {"the end of a start tag", false, {START}, START, "", ">", "<r"},
+        {"the same in front of a line end", true, {START}, START, "", ">", "\r\n\t<r"},
         {"only one token of an element",
          false,
          {},
-         kStartWithAttributes,
+         START_WITH_ATTRIBUTES,
          "",
          "<",
          "a k=\"v\" l=\"w\""},
-        {"the end of an empty element", false, {kStart}, kEnd, "", "/>", ""},
-        {"an end tag", false, {kStart, kText}, kEnd, "", "</", "r>"},
-        {"an end tag behind a line end", true, {kStart, kStart, kEnd}, kEnd, "\r\n", "</", "r>"},
-        {"the end of a start tag before text", false, {kStart}, kText, "", ">", "x&#x3c;"},
-        {"text alone", false, {kStart, kText}, kText, "x&#x3c;", "", ""},
-        {"no text", false, {kStart, kText}, kNoText, "", "", ""},
-        {"a number", false, {kStart, kText}, kLong, "42", "", ""},
-        {"a double", false, {kStart, kText}, kDouble, "1e+20", "", ""},
+        {"the end of an empty element", false, {START}, END, "", "/>", ""},
+        {"an end tag", false, {START, TEXT}, END, "", "</", "r>"},
+        {"an end tag behind a line end", true, {START, START, END}, END, "\r\n", "</", "r>"},
+        {"the end of a start tag before text", false, {START}, TEXT, "", ">", "x&#x3c;"},
+        {"text alone", false, {START, TEXT}, TEXT, "x&#x3c;", "", ""},
+        {"no text", false, {START, TEXT}, NO_TEXT, "", "", ""},
+        {"a number", false, {START, TEXT}, LONG, "42", "", ""},
+        {"a double", false, {START, TEXT}, DOUBLE, "1e+20", "", ""},
         {"the start of a CDATA section",
          false,
-         {kStart, kText},
-         kSection,
+         {START, TEXT},
+         SECTION,
          "",
          "<![CDATA[",
          "QUJD\n]]>"},
         {"the end of a start tag before one",
          false,
-         {kStart},
-         kSection,
+         {START},
+         SECTION,
          "",
          ">",
          "<![CDATA[QUJD\n]]>"},
-        {"an empty CDATA section", false, {kStart, kText}, kNoSection, "", "<![CDATA[", "]]>"},
-        {"Base64 alone", false, {kStart, kText}, kBase64, "QUJD\n", "", ""},
-        {"the end of a document", false, {kStart, kEnd}, kEndDocument, "", "", ""},
+        {"an empty CDATA section", false, {START, TEXT}, NO_SECTION, "", "<![CDATA[", "]]>"},
+        {"Base64 alone", false, {START, TEXT}, BASE64, "QUJD\n", "", ""},
+        {"the end of a document", false, {START, END}, END_DOCUMENT, "", "", ""},
     };
 }
 }  // namespace
@@ -108,7 +107,7 @@ TEST(WriterPadding, PadsTheNextMarkupTokenAndNothingElse) {
 TEST(WriterPadding, PadsTheDeclaration) {
     for (const int width : {1, 21, 22, 30, 5000}) {
         std::ostringstream expected;
-        expected << std::setfill('*') << std::setw(width) << kDeclaration;
+        expected << std::setfill('*') << std::setw(width) << DECLARATION;
         std::ostringstream out;
         out << std::setfill('*') << std::setw(width);
         CXMLSaxWriter writer;
@@ -137,7 +136,7 @@ TEST(WriterPadding, WaitsForTheNextTokenThroughCallsThatWriteNone) {
     EXPECT_EQ(out.width(), 0);
     out.width(4);
     writer.EndElement();
-    EXPECT_EQ(out.str(), kDeclaration + "text1...<a...>..</a>");
+    EXPECT_EQ(out.str(), DECLARATION + "text1...<a...>..</a>");
 }
 
 TEST(WriterPadding, IsTheSameForFlagsPrecisionAndLocale) {

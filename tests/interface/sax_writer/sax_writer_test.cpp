@@ -6,7 +6,6 @@
 #include "support/writer_fixture.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -198,7 +197,7 @@ TEST_F(Writer, RefusesEverythingOnAStreamThatIsNotGood) {
         writer.StartElement("a", nullptr);
         out.setstate(state);
         ExpectNotOpen(writer);
-        EXPECT_EQ(out.str(), kDeclaration + "\r\n<a");
+        EXPECT_EQ(out.str(), DECLARATION + "\r\n<a");
         EXPECT_EQ(out.rdstate(), state);
         // Repaired, the stream serves on.
         out.clear();
@@ -207,7 +206,7 @@ TEST_F(Writer, RefusesEverythingOnAStreamThatIsNotGood) {
         ExpectNotOpen(writer);
         out.clear();
         writer.EndDocument();
-        EXPECT_EQ(out.str(), kDeclaration + "\r\n<a/>");
+        EXPECT_EQ(out.str(), DECLARATION + "\r\n<a/>");
     }
 }
 
@@ -235,8 +234,8 @@ TEST_F(Writer, WritesSeveralDocumentsToOneStream) {
         End(1);
     }
     m_Out << "behind";
-    EXPECT_EQ(m_Out.str(), std::string("before") + kDeclaration + "\r\n<r>\r\n\t<a/>\r\n</r>" +
-                               kDeclaration + "<r><a/></r>behind");
+    EXPECT_EQ(m_Out.str(), std::string("before") + DECLARATION + "\r\n<r>\r\n\t<a/>\r\n</r>" +
+                               DECLARATION + "<r><a/></r>behind");
 }
 
 TEST_F(Writer, GoesOnWithAnotherStreamInTheMiddleOfADocument) {
@@ -247,7 +246,7 @@ TEST_F(Writer, GoesOnWithAnotherStreamInTheMiddleOfADocument) {
     m_Writer.StartDocument(&second, true, false);
     // The tag is still open, and so are both elements; the depth begins at none.
     Element("b");
-    EXPECT_EQ(second.str(), kDeclaration + ">\r\n<b/>");
+    EXPECT_EQ(second.str(), DECLARATION + ">\r\n<b/>");
     m_Writer.Characters("text");
     std::ostringstream third;
     m_Writer.StartDocument(&third, true, false);
@@ -255,8 +254,8 @@ TEST_F(Writer, GoesOnWithAnotherStreamInTheMiddleOfADocument) {
     m_Writer.StartElement("c", nullptr);
     End(3);
     EXPECT_EQ(Body(), "\r\n<r>\r\n\t<a");
-    EXPECT_EQ(second.str(), kDeclaration + ">\r\n<b/>text");
-    EXPECT_EQ(third.str(), kDeclaration + "<c/>\r\n</a>\r\n</r>");
+    EXPECT_EQ(second.str(), DECLARATION + ">\r\n<b/>text");
+    EXPECT_EQ(third.str(), DECLARATION + "<c/>\r\n</a>\r\n</r>");
 }
 
 TEST_F(Writer, KeepsTheOpenElementsWhenAnotherStartFails) {

@@ -10,7 +10,6 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -41,7 +40,7 @@ void WriteSteps(CXMLSaxWriter& writer) {
         step(writer);
 }
 
-std::string Whole(bool format) { return kDeclaration + Written(WriteSteps, format); }
+std::string Whole(bool format) { return DECLARATION + Written(WriteSteps, format); }
 
 // Throws what no stream knows.
 class CNumberThrower : public std::streambuf {
@@ -194,7 +193,7 @@ TEST(WriterStream, SpoiltBehindTheLastByteIsFoundByEndDocument) {
 }
 
 TEST(WriterStream, RefusedNameIsToldThoughTheStreamFailsInTheSameCall) {
-    const std::string begun = kDeclaration + "\r\n<r";
+    const std::string begun = DECLARATION + "\r\n<r";
     CLimitedBuffer buffer(begun.size());
     std::ostream out(&buffer);
     CXMLSaxWriter writer;
@@ -274,7 +273,7 @@ TEST(WriterStream, FullDeviceWithExceptionsThrowsThemButNotFromTheDestructor) {
                     writer.StartDocument(&next, false, false);
                     EXPECT_EQ(ends, owned ? 1 : 0);
                     writer.EndDocument();
-                    EXPECT_EQ(next.str(), kDeclaration);
+                    EXPECT_EQ(next.str(), DECLARATION);
                 }
             }
             EXPECT_EQ(ends, owned ? 1 : 0);

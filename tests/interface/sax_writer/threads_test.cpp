@@ -7,12 +7,11 @@
 #include "support/threads.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-constexpr int kRounds = 3000;
+constexpr int ROUNDS = 3000;
 
 // The values differ from thread to thread and from round to round, and all have the same length.
 struct SNumbers {
@@ -24,12 +23,7 @@ struct SNumbers {
           minute((thread * 15 + round) % 60),
           second((thread * 11 + round) % 60),
           number(thread * 1000000 + round) {}
-    int year;
-    int month;
-    int day;
-    int hour;
-    int minute;
-    int second;
+    int year, month, day, hour, minute, second;
     long number;
 };
 
@@ -102,13 +96,13 @@ TEST(WriterThreads, WriteTypedValuesOfTheirOwn) {
     OnThreads([](int thread) {
         std::ostringstream out;
         CXMLSaxWriter writer;
-        for (int round = 0; round < kRounds; ++round) {
+        for (int round = 0; round < ROUNDS; ++round) {
             out.str("");
             writer.StartDocument(&out, false, false);
             const SNumbers numbers(thread, round);
             Write(writer, numbers);
             writer.EndDocument();
-            ASSERT_EQ(out.str(), kDeclaration + Expected(numbers)) << "round " << round;
+            ASSERT_EQ(out.str(), DECLARATION + Expected(numbers)) << "round " << round;
         }
     });
 }
@@ -143,7 +137,7 @@ TEST(WriterThreads, WriteToFilesAndEndUnfinishedOnes) {
                 const SNumbers numbers(thread, round);
                 Write(writer, numbers);
                 writer.EndDocument();
-                ASSERT_EQ(file.Content(), kDeclaration + Expected(numbers));
+                ASSERT_EQ(file.Content(), DECLARATION + Expected(numbers));
                 writer.StartDocument(file.Name(), true);
                 EXPECT_NO_CONVERSION(writer.Time(24, 0, 0));
                 EXPECT_INVALID_NAME(writer.StartElement("1", nullptr), "1");
@@ -157,7 +151,7 @@ TEST(WriterThreads, HandAWriterFromOneToTheOther) {
     std::ostringstream out;
     CXMLSaxWriter writer;
     writer.StartDocument(&out, false, false);
-    std::string expected = kDeclaration;
+    std::string expected = DECLARATION;
     for (int round = 0; round < 20; ++round) {
         const SNumbers numbers(round % THREADS, round);
         std::thread([&] { Write(writer, numbers); }).join();

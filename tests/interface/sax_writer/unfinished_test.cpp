@@ -12,17 +12,20 @@
 #include "support/testing.h"
 #include "support/writing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
 
-// A document in the file that is not ended; then the writer ends.
-void WriteUnfinished(const std::string& name) {
-    CXMLSaxWriter writer;
-    writer.StartDocument(name.c_str(), true);
+void WriteSome(CXMLSaxWriter& writer) {
     writer.StartElement("a", nullptr);
     writer.Characters("text");
+}
+
+// A document in the file that is not ended, but something is done; then the writer ends.
+void WriteUnfinished(const std::string& name, const Step& step = WriteSome) {
+    CXMLSaxWriter writer;
+    writer.StartDocument(name.c_str(), true);
+    step(writer);
 }
 
 }  // namespace
@@ -34,32 +37,25 @@ TEST(WriterUnfinished, IsRemovedWhenItsDocumentIsNotEnded) {
     std::ofstream(file.Name()) << "an older one";
     WriteUnfinished(file.Name());
     EXPECT_FALSE(Exists(file.Name()));
-    {
-        CXMLSaxWriter writer;
-        writer.StartDocument(file.Name(), true);
-    }
+    WriteUnfinished(file.Name(), [&](CXMLSaxWriter&) {});
     EXPECT_FALSE(Exists(file.Name()));
-    {
-        // All elements ended are no document ended, and one refusal changes nothing.
-        CXMLSaxWriter writer;
-        writer.StartDocument(file.Name(), true);
+    // All elements ended are no document ended, and one refusal changes nothing.
+    WriteUnfinished(file.Name(), [&](CXMLSaxWriter& writer) {
         writer.StartElement("a", nullptr);
         EXPECT_WRONG_FORMAT(writer.EndDocument(), 8);
         writer.EndElement();
         EXPECT_TRUE(Exists(file.Name()));
-    }
+    });
     EXPECT_FALSE(Exists(file.Name()));
 }
 
 TEST(WriterUnfinished, LeavesAnotherFileThatHasItsNameByNow) {
     CTemporaryDirectory directory;
     const std::string name = directory.Inside("first");
-    {
-        CXMLSaxWriter writer;
-        writer.StartDocument(name.c_str(), true);
+    WriteUnfinished(name, [&](CXMLSaxWriter&) {
         ASSERT_EQ(rename(name.c_str(), directory.Inside("second").c_str()), 0);
         std::ofstream(name) << "another";
-    }
+    });
     EXPECT_EQ(ReadFile(name), "another");
 }
 
@@ -67,12 +63,10 @@ TEST(WriterUnfinished, LeavesAFileThatTookThePlaceOfALink) {
     CTemporaryDirectory directory;
     const std::string name = directory.Inside("first");
     ASSERT_EQ(symlink(directory.Inside("second").c_str(), name.c_str()), 0);
-    {
-        CXMLSaxWriter writer;
-        writer.StartDocument(name.c_str(), true);
+    WriteUnfinished(name, [&](CXMLSaxWriter&) {
         ASSERT_EQ(unlink(name.c_str()), 0);
         std::ofstream(name) << "another";
-    }
+    });
     EXPECT_EQ(ReadFile(name), "another");
 }
 
@@ -96,18 +90,12 @@ TEST(WriterUnfinished, LeavesAFileOfItsRelativeNameInAnotherDirectory) {
 TEST(WriterUnfinished, MayBeGoneOrReplacedWhenItsDocumentIsNotEnded) {
     CTemporaryDirectory directory;
     const std::string name = directory.Inside("first");
-    {
-        CXMLSaxWriter writer;
-        writer.StartDocument(name.c_str(), true);
-        ASSERT_EQ(unlink(name.c_str()), 0);
-    }
+    WriteUnfinished(name, [&](CXMLSaxWriter&) { ASSERT_EQ(unlink(name.c_str()), 0); });
     EXPECT_FALSE(Exists(name));
-    {
-        CXMLSaxWriter writer;
-        writer.StartDocument(name.c_str(), true);
+    WriteUnfinished(name, [&](CXMLSaxWriter&) {
         ASSERT_EQ(unlink(name.c_str()), 0);
         ASSERT_EQ(mkdir(name.c_str(), 0700), 0);
-    }
+    });
     EXPECT_TRUE(IsKind(name, S_IFDIR));
     rmdir(name.c_str());
 }
@@ -121,7 +109,7 @@ TEST(WriterUnfinished, IsNotRemovedWhenItIsALinkAndNeitherIsItsTarget) {
     WriteUnfinished(link);
     EXPECT_TRUE(IsKind(link, S_IFLNK));
     EXPECT_TRUE(IsKind(target, S_IFREG));
-    EXPECT_EQ(ReadFile(target), kDeclaration + std::string("\r\n<a>text"));
+    EXPECT_EQ(ReadFile(target), DECLARATION + std::string("\r\n<a>text"));
     // A link to a file that is made by opening it.
     ASSERT_EQ(unlink(target.c_str()), 0);
     WriteUnfinished(link);
@@ -155,7 +143,7 @@ TEST(WriterUnfinished, IsNotRemovedWhenItIsAPipe) {
     const ssize_t count = read(reader, bytes, sizeof bytes);
     ASSERT_GE(count, 0);
     EXPECT_EQ(std::string(bytes, static_cast<std::size_t>(count)),
-              kDeclaration + std::string("\r\n<a>text"));
+              DECLARATION + std::string("\r\n<a>text"));
     close(reader);
 }
 

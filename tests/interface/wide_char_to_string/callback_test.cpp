@@ -5,7 +5,6 @@
 #include "support/testing.h"
 #include "support/thrown.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -35,9 +34,9 @@ private:
     }
 };
 
-const char* const kDocument =
+const char* const DOCUMENT =
     "<r xmlns:p='u' k='v'>\n<p:a k='v'>x</p:a><p:a k='v'/><![CDATA[y]]></r>";
-const std::vector<std::string> kConversions = {
+const std::vector<std::string> CONVERSIONS = {
     "p",  "u",                            // StartNamespace
     "",   "r", "r",   "", "k", "k", "v",  // StartElement with an attribute
     "\n",                                 // layout, to be seen as such
@@ -53,13 +52,13 @@ const std::vector<std::string> kConversions = {
 }  // namespace
 
 TEST(CallbackConverter, IsAskedForEveryStringEveryTime) {
-    const std::string events = EventsOfMemory(kDocument);
-    TemporaryFile file(".xml", kDocument);
+    const std::string events = EventsOfMemory(DOCUMENT);
+    TemporaryFile file(".xml", DOCUMENT);
     CRecordingConverter converter;
-    EXPECT_EQ(EventsOfMemory(kDocument), events);
-    EXPECT_EQ(converter.Asked(), CRecordingConverter::Sorted(kConversions));
+    EXPECT_EQ(EventsOfMemory(DOCUMENT), events);
+    EXPECT_EQ(converter.Asked(), CRecordingConverter::Sorted(CONVERSIONS));
     EXPECT_EQ(EventsOfFile(file.Name()), events);
-    EXPECT_EQ(converter.Count(), 2 * kConversions.size());
+    EXPECT_EQ(converter.Count(), 2 * CONVERSIONS.size());
 }
 
 TEST(CallbackConverter, IsAskedForRepeatedNamesAsOftenAsTheyCome) {
@@ -177,8 +176,8 @@ TEST(CallbackConverter, MayAnswerNullForIdentifiersAndMessages) {
 
 // Whatever it throws, at whichever string, passes to the caller as it is.
 TEST(CallbackConverter, MayThrowAtEveryString) {
-    const std::string whole = EventsOfMemory(kDocument);
-    for (std::size_t failing = 0; failing < kConversions.size(); ++failing) {
+    const std::string whole = EventsOfMemory(DOCUMENT);
+    for (std::size_t failing = 0; failing < CONVERSIONS.size(); ++failing) {
         for (const SThrow& thrown : THROWS) {
             std::size_t asked = 0;
             CRecordingConverter converter([&](const std::string& source) {
@@ -186,7 +185,7 @@ TEST(CallbackConverter, MayThrowAtEveryString) {
                 return source.c_str();
             });
             CRecordingHandler handler;
-            EXPECT_EQ(Thrown([&] { LoadMemory(kDocument, handler); }), thrown.told)
+            EXPECT_EQ(Thrown([&] { LoadMemory(DOCUMENT, handler); }), thrown.told)
                 << "string " << failing;
             EXPECT_EQ(converter.Count(), failing + 1);
             const std::string told = handler.Take();
@@ -194,7 +193,7 @@ TEST(CallbackConverter, MayThrowAtEveryString) {
             EXPECT_EQ(told, whole.substr(0, told.size()));
             EXPECT_EQ(handler.GetSourceOffset(), 0u);
             CPlainConverter::Remove();
-            LoadMemory(kDocument, handler);
+            LoadMemory(DOCUMENT, handler);
             EXPECT_EQ(handler.Take(), whole);
         }
     }

@@ -7,7 +7,6 @@
 #include "support/thrown.h"
 #include "support/unicode.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
@@ -20,7 +19,7 @@ std::string Converted(const std::u16string& source, std::size_t length) {
     return copy;
 }
 
-const char* const kDocument =
+const char* const DOCUMENT =
     "<!DOCTYPE r [<!ENTITY e 'en&#116;ity'>]>\n"
     "<r xmlns='d' xmlns:p='u' k='v' p:k='&amp;' m=''>a&e;b<p:c/>\n\t<!-- c --><?p i?>"
     "<![CDATA[QQ==]]><![CDATA[!]]><c>  </c></r>";
@@ -30,11 +29,11 @@ const char* const kDocument =
 TEST(DefaultConverter, GivesTheUtf8OfEveryCodePoint) {
     std::u16string units;
     std::string bytes;
-    for (char32_t c = 1; c <= kLastCodePoint; ++c) {
+    for (char32_t c = 1; c <= LAST_CODE_POINT; ++c) {
         if (IsSurrogate(c)) continue;
         AppendUtf16(units, c);
         AppendUtf8(bytes, c);
-        if (c % 4096 == 0 || c == kLastCodePoint) {
+        if (c % 4096 == 0 || c == LAST_CODE_POINT) {
             EXPECT_TRUE(Converted(units, units.size()) == bytes) << "up to " << std::hex << c;
             units.clear();
             bytes.clear();
@@ -65,7 +64,7 @@ TEST(DefaultConverter, ReplacesEveryUnpairedSurrogate) {
     for (const auto& row : rows)
         EXPECT_EQ(Converted(row.source, row.source.size()), row.bytes);
     for (char16_t unit = 0xD800; unit <= 0xDFFF; ++unit) {
-        EXPECT_EQ(Converted({unit}, 1), kReplacement);
+        EXPECT_EQ(Converted({unit}, 1), REPLACEMENT);
         EXPECT_EQ(Converted({'x', unit, 'y'}, 3), "x\xEF\xBF\xBDy");
     }
 }
@@ -79,13 +78,13 @@ TEST(DefaultConverter, ReadsToTheTerminatorWhateverTheLength) {
 
 TEST(InstalledConverter, IsAskedForEveryStringOfALoad) {
     CRecordingConverter converter;
-    LoadMemory(kDocument);
+    LoadMemory(DOCUMENT);
     EXPECT_EQ(converter.Asked(), "[][\n\t][  ][!][&][aentityb][c][c][k][k][m][r][r][v]");
 }
 
 TEST(InstalledConverter, IsAskedForPrefixesAndNamespacesWhenTheyAreKept) {
     CRecordingConverter converter;
-    LoadMemory(kDocument, KeepPrefixes());
+    LoadMemory(DOCUMENT, KeepPrefixes());
     EXPECT_EQ(converter.Asked(),
               "[][][\n\t][  ][!][&][aentityb][c][d][k][m][p][p:c][p:k][r][r][u][v]");
 }
@@ -205,7 +204,7 @@ TEST(InstalledConverter, MayThrowAtEveryString) {
     std::size_t strings = 0;
     {
         CRecordingConverter converter;
-        LoadMemory(kDocument, KeepPrefixes());
+        LoadMemory(DOCUMENT, KeepPrefixes());
         strings = converter.Count();
     }
     ASSERT_GT(strings, 10u);
@@ -216,7 +215,7 @@ TEST(InstalledConverter, MayThrowAtEveryString) {
                 if (asked++ == failing) thrown.now();
                 return source.c_str();
             });
-            EXPECT_EQ(Thrown([&] { LoadMemory(kDocument, KeepPrefixes()); }), thrown.told)
+            EXPECT_EQ(Thrown([&] { LoadMemory(DOCUMENT, KeepPrefixes()); }), thrown.told)
                 << "string " << failing;
             EXPECT_EQ(converter.Count(), failing + 1);
         }

@@ -1,7 +1,6 @@
 // Converters are values: copies, moved and assigned ones convert like any other.
 #include "support/testing.h"
 
-using namespace norvask;
 using namespace norvask_test;
 
 namespace {
