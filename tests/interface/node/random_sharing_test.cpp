@@ -858,10 +858,10 @@ void CProgram::CheckSaved() {
     }
 }
 
-// In a ring a node and one below it have one result between them, and no rule says which of the
-// two it holds; so there only single steps are asked for.
+// In a ring a node and one below it have one result between them, so a query of several steps may
+// find less there, or something twice.
 void CProgram::CheckQuery() {
-    std::vector<std::string> steps(m_bRings ? 1 : 1 + m_Random.Number(3));
+    std::vector<std::string> steps(1 + m_Random.Number(3));
     std::string path;
     for (std::string& step : steps) {
         if (!OneIn(8)) step = Name();
@@ -873,7 +873,14 @@ void CProgram::CheckQuery() {
     std::vector<CXMLNode*> expected;
     if (asked->content->kind == CXMLNode::NODE_ELEMENT) Select(*asked->content, steps, 0, expected);
     CXMLNode** nodes = asked->node->GetNodes(path.c_str());
-    ASSERT_EQ(std::vector<CXMLNode*>(nodes, nodes + Count(nodes)), expected) << path;
+    const std::vector<CXMLNode*> found(nodes, nodes + Count(nodes));
+    if (!m_bRings || steps.size() == 1) {
+        ASSERT_EQ(found, expected) << path;
+        return;
+    }
+    for (CXMLNode* node : found) {
+        ASSERT_NE(std::find(expected.begin(), expected.end(), node), expected.end()) << path;
+    }
 }
 
 void CProgram::CheckEnded() {
