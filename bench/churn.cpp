@@ -1,5 +1,5 @@
-// Texts and attributes whose sizes change again and again: the time of one change, and what the tree
-// keeps.
+// Texts and attributes whose sizes change again and again: the time of one change, and what the
+// tree keeps.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

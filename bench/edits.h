@@ -1,5 +1,5 @@
-// What long editing costs: how the time of an edit grows with the size of what is edited, and what a
-// tree keeps of the memory through which texts and attributes have passed. Norvask only.
+// What long editing costs: how the time of an edit grows with the size of what is edited, and what
+// a tree keeps of the memory through which texts and attributes have passed. Norvask only.
 #ifndef NORVASK_BENCH_EDITS_H
 #define NORVASK_BENCH_EDITS_H
 
@@ -15,8 +15,8 @@ constexpr const char* GROWTH_INSIDE = "growth, inside";
 constexpr const char* CHURN = "churn";
 constexpr const char* CHURN_KEPT = "churn, kept";
 
-// An edit of n things. Its time for 8 n, divided by 8 times its time for n, is about 1 when the cost of
-// one edit does not depend on how many there are, and about 8 when it grows with them.
+// An edit of n things. Its time for 8 n, divided by 8 times its time for n, is about 1 when the
+// cost of one edit does not depend on how many there are, and about 8 when it grows with them.
 struct SGrowth {
     const char* what;  // GROWTH, or GROWTH_INSIDE where an array must move what lies behind
     const char* name;

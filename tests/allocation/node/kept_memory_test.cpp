@@ -1,9 +1,9 @@
 // What a tree keeps stays below twice the most that it ever held live, plus a page, whatever comes
 // and goes and in which sizes.
 //
-// What it keeps is what has been allocated since the document was made. What it holds live is measured
-// on a copy of the document, which has never been edited, and on attributes of their own with the
-// texts of those that the test holds.
+// What it keeps is what has been allocated since the document was made. What it holds live is
+// measured on a copy of the document, which has never been edited, and on attributes of their own
+// with the texts of those that the test holds.
 #include <norvask/norvask.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// Long arrays of children and attributes against a std::vector: what is inserted in front, behind and
-// between, deleted, renamed, also to names that others have. The seeds are fixed.
+// Long arrays of children and attributes against a std::vector: what is inserted in front, behind
+// and between, deleted, renamed, also to names that others have. The seeds are fixed.
 #include <norvask/norvask.h>
 
 #include <algorithm>
@@ -346,7 +346,7 @@ TEST(ArrayModel, OfChildrenThatPassThroughAsInAQueue) {
 }
 
 TEST(ArrayModel, OfAttributesWithEqualNames) {
-    for (const std::size_t names : {4, 20, 40, 300, 3000}) {
+    for (const std::size_t names : {4u, 20u, 40u, 300u, 3000u}) {
         for (unsigned int seed = 1; seed <= 3; ++seed) {
             SCOPED_TRACE(std::to_string(names) + " names, seed " + std::to_string(seed));
             CAttributes attributes(seed, names);

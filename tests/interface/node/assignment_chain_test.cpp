@@ -1,6 +1,6 @@
 // Chains of assignments that let the content of a node hold, further down, the very node in whose
-// place in memory that content lies. When the last node that shows it leaves, it ends with all that
-// is below it, once. What counts here is as much what the sanitizers say.
+// place in memory that content lies. When the last node that shows it leaves, it is destroyed with
+// all that is below it, once. What counts here is as much what the sanitizers say.
 #include <norvask/norvask.h>
 
 #include <string>
@@ -43,7 +43,7 @@ protected:
 
 }  // namespace
 
-TEST_F(AssignmentChain, EndsWhenTheLastNodeThatShowsItIsAssigned) {
+TEST_F(AssignmentChain, IsDestroyedWhenTheLastNodeThatShowsItIsAssigned) {
     Assign();
     EXPECT_EQ(SavedBody(*m_Document), std::string("<r><z>") + CONTENT_OF_C + "text of z</z><b><z>" +
                                           CONTENT_OF_C + "text of z</z>text of b</b>" +
@@ -57,20 +57,20 @@ TEST_F(AssignmentChain, EndsWhenTheLastNodeThatShowsItIsAssigned) {
     EXPECT_EQ(Children(m_C), "d after");
 }
 
-TEST_F(AssignmentChain, EndsWhenTheLastNodeThatShowsItIsDeleted) {
+TEST_F(AssignmentChain, IsDestroyedWhenTheLastNodeThatShowsItIsDeleted) {
     Assign();
     m_Root.DeleteChild(&m_Z);
     m_Root.DeleteChild(&m_X);
     EXPECT_EQ(SavedBody(*m_Document), std::string("<r>") + CONTENT_OF_C + "</r>");
 }
 
-TEST_F(AssignmentChain, EndsWithTheDocument) {
+TEST_F(AssignmentChain, IsDestroyedWithTheDocument) {
     Assign();
     m_Root.DeleteChild(&m_Z);
     m_Document.reset();
 }
 
-TEST_F(AssignmentChain, EndsWithACopyThatOutlivesTheDocument) {
+TEST_F(AssignmentChain, IsDestroyedWithACopyThatOutlivesTheDocument) {
     Assign();
     m_Root.DeleteChild(&m_Z);
     {
@@ -82,7 +82,7 @@ TEST_F(AssignmentChain, EndsWithACopyThatOutlivesTheDocument) {
     }
 }
 
-TEST_F(AssignmentChain, EndsInAnotherDocument) {
+TEST_F(AssignmentChain, IsDestroyedInAnotherDocument) {
     const Document other = Load("<other><x/></other>");
     CXMLNode& shown = *other->GetRoot()->GetFirstChild();
     shown = m_B;

@@ -35,7 +35,7 @@ private:
     const bool m_bBlocks;
 };
 
-// Hands its copies to another element.
+// Returns another element in place of every child that it should make.
 class CSending : public CElementProbe {
 public:
     explicit CSending(CXMLNode& to) : CElementProbe("from"), m_To(to) {}

@@ -1,6 +1,6 @@
-// A node that shows what stands above it makes the tree a ring: a path leads round it as often as it
-// has steps. A node and the one above it then have one query result between them, and what is found
-// below must not be handed up into the same array.
+// A node that shows what stands above it makes the tree a ring: a path leads round it as often as
+// it has steps. A node and the one above it then have one query result between them, and what is
+// found below must not be passed up into the same array.
 #include <norvask/norvask.h>
 
 #include <cstddef>
@@ -13,7 +13,7 @@ using namespace norvask;
 using namespace norvask_test;
 
 TEST(RingQuery, FindsWhatThePathNamesHoweverOftenItLeadsRound) {
-    for (const std::size_t children : {1, 2, 3, 50}) {
+    for (const std::size_t children : {1u, 2u, 3u, 50u}) {
         const Document document = NewDocumentWithRoot("r");
         CXMLNode* root = document->GetRoot();
         CXMLNode* below = root->CreateChild("p", nullptr);

@@ -1,5 +1,5 @@
-// A process that forks while a writer has a document in a file: the file is that of the process that
-// opened it. The copy of the writer in the child process neither removes it nor writes to it.
+// A process that forks while a writer has a document in a file: the file is that of the process
+// that opened it. The copy of the writer in the child process neither removes it nor writes to it.
 #include <norvask/norvask.h>
 
 #include <sys/wait.h>
