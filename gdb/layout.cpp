@@ -56,12 +56,12 @@ void WriteLayout() {
     FIELD("attribute.value", CXMLAttribut, m_nValue);
     VALUE("attribute.bits", CAttributeAccess::BITS);
 
-    VALUE("tag.bytes", sizeof(SStringTag));
-    FIELD("tag.distance", SStringTag, distance);
-    FIELD("tag.flags", SStringTag, flags);
-    VALUE("tag.constant", STRING_STATIC);
+    VALUE("string.bytes", sizeof(SStringHeader));
+    FIELD("string.distance", SStringHeader, distance);
+    FIELD("string.flags", SStringHeader, flags);
+    VALUE("string.constant", STRING_STATIC);
 
-    VALUE("page.unit", TAG_UNIT);
+    VALUE("page.unit", DISTANCE_UNIT);
     VALUE("page.header", sizeof(SPage));
     FIELD("page.bytes", SPage, bytes);
     FIELD("page.retained", SPage, retained);

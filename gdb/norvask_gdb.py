@@ -140,9 +140,9 @@ def class_of(address):
 
 def tree_string(address):
     """A string of a tree: its tag leads to the page in which it lies."""
-    tag = address - value("tag.bytes")
-    if not field(tag, "tag.flags") & value("tag.constant"):
-        distance = field(tag, "tag.distance") * value("page.unit")
+    tag = address - value("string.bytes")
+    if not field(tag, "string.flags") & value("string.constant"):
+        distance = field(tag, "string.distance") * value("page.unit")
         page = tag - distance
         reach = field(page, "page.bytes") + value("page.header")
         if not 0 < distance <= reach or field(page, "page.retained") == 0:

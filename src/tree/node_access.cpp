@@ -14,7 +14,7 @@ template <typename Node, typename Body>
 Node* CNodeAccess::NewBlock(CTree& tree, EObject object, CXMLNode* parent) {
     SPage* page = nullptr;
     char* const block =
-        static_cast<char*>(tree.Arena().AllocateTagged(sizeof(Node) + sizeof(Body), page));
+        static_cast<char*>(tree.Arena().AllocatePaged(sizeof(Node) + sizeof(Body), page));
     Body* const body = new (block + sizeof(Node)) Body();
     body->distance = DistanceTo(page, body);
     body->kind = static_cast<std::uint8_t>(static_cast<std::uintptr_t>(object) - 1);
@@ -49,7 +49,7 @@ CXMLBinNode* CNodeAccess::NewBinary(CTree& tree, CXMLNode* parent) {
 template <typename Body>
 SNodeBody* CNodeAccess::NewDerivedBody(CTree& tree, CXMLNode::NodeType kind, CXMLNode* parent) {
     SPage* page = nullptr;
-    Body* const body = new (tree.Arena().AllocateTagged(sizeof(Body), page)) Body();
+    Body* const body = new (tree.Arena().AllocatePaged(sizeof(Body), page)) Body();
     body->distance = DistanceTo(page, body);
     body->kind = static_cast<std::uint8_t>(kind);
     body->owners = 1;

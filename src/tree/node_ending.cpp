@@ -31,7 +31,7 @@ namespace {
 const unsigned int NEEDS_WALK = CTree::CHILDREN_SHOWN | CTree::HOLDS_OTHERS;
 
 void FreeBlock(CXMLNode* node, const SNodeBody* own) noexcept {
-    TreeOf(own).Arena().FreeTagged(node, CNodeAccess::BlockSize(own->kind), PageOf(own));
+    TreeOf(own).Arena().FreePaged(node, CNodeAccess::BlockSize(own->kind), PageOf(own));
 }
 
 // Children of which the parent is destroyed, while copies of it go on showing them.
@@ -52,8 +52,8 @@ void Orphan(SNodeBody* body, const CXMLNode* parent) noexcept {
 // too.
 void FreeBody(SNodeBody* body) noexcept {
     if (!HasFlag(body, BODY_IN_BLOCK)) {
-        TreeOf(body).Arena().FreeTagged(body, CNodeAccess::DerivedBodySize(body->kind),
-                                        PageOf(body));
+        TreeOf(body).Arena().FreePaged(body, CNodeAccess::DerivedBodySize(body->kind),
+                                       PageOf(body));
     } else if (HasFlag(body, BODY_OBJECT_GONE)) {
         FreeBlock(CNodeAccess::BlockOf(body), body);
     }

@@ -64,7 +64,7 @@ void CArena::RemovePage(SPage* page) noexcept {
 // and anybody looks for free blocks.
 void CArena::MoveCursor(SPage* page, char* from, std::size_t bytes) noexcept {
     if (m_pFree != nullptr && CursorRoom() >= SMALLEST_BLOCK) {
-        m_pFree->tagged.Put(m_pCursor, CursorRoom(), m_pCurrent);
+        m_pFree->paged.Put(m_pCursor, CursorRoom(), m_pCurrent);
     } else if (CursorRoom() != 0) {
         m_pCurrent->unused = static_cast<std::uint16_t>(m_pCurrent->unused + CursorRoom());
     }
@@ -113,24 +113,24 @@ void* CArena::TakeFree(CFreeBlocks& blocks, std::size_t bytes, bool larger, SPag
 }
 
 // Any free block that serves. A plain request may also have a block whose page is known.
-void* CArena::TakeAnyFree(std::size_t bytes, bool tagged, SPage*& page) noexcept {
+void* CArena::TakeAnyFree(std::size_t bytes, bool paged, SPage*& page) noexcept {
     if (m_pFree == nullptr) {
         return nullptr;
     }
-    void* block = tagged ? nullptr : TakeFree(m_pFree->plain, bytes, true, page);
-    return block != nullptr ? block : TakeFree(m_pFree->tagged, bytes, true, page);
+    void* block = paged ? nullptr : TakeFree(m_pFree->plain, bytes, true, page);
+    return block != nullptr ? block : TakeFree(m_pFree->paged, bytes, true, page);
 }
 
-void* CArena::AllocateTaggedSlowly(std::size_t bytes, SPage*& page) {
-    if (bytes > LARGEST_TAGGED) {
+void* CArena::AllocatePagedSlowly(std::size_t bytes, SPage*& page) {
+    if (bytes > LARGEST_PAGED) {
         return AllocateSingle(bytes, page);
     }
     if (m_pFree != nullptr) {
-        if (void* block = TakeFree(m_pFree->tagged, bytes, false, page)) {
+        if (void* block = TakeFree(m_pFree->paged, bytes, false, page)) {
             return block;
         }
     }
-    if (FitsCursor(bytes, LARGEST_TAGGED)) {
+    if (FitsCursor(bytes, LARGEST_PAGED)) {
         page = m_pCurrent;
         return TakeFromCursor(bytes);
     }
@@ -179,14 +179,14 @@ bool CArena::KeepsFree() noexcept {
     return m_pFree != nullptr;
 }
 
-void CArena::FreeTagged(void* block, std::size_t bytes, SPage* page) noexcept {
+void CArena::FreePaged(void* block, std::size_t bytes, SPage* page) noexcept {
     if (page->isSingle) {
         RemovePage(page);
         return;
     }
-    bytes = TaggedSize(bytes);
+    bytes = PagedSize(bytes);
     if (KeepsFree()) {
-        m_pFree->tagged.Put(block, bytes, page);
+        m_pFree->paged.Put(block, bytes, page);
         m_pFree->bytesSince += bytes;
     }
 }
@@ -219,7 +219,7 @@ void CArena::PutMerged(FreeBlocks::const_iterator first, FreeBlocks::const_itera
             to += COpenBlock(*first)->bytes;
             ++first;
         }
-        m_pFree->tagged.Put(from, static_cast<std::size_t>(to - from), page);
+        m_pFree->paged.Put(from, static_cast<std::size_t>(to - from), page);
     }
 }
 
@@ -237,14 +237,14 @@ void CArena::MergeFree() noexcept {
             pages.push_back(page);
         }
         const auto counted = [&count](SFreeBlock*) { ++count; };
-        m_pFree->tagged.ForEach(counted);
+        m_pFree->paged.ForEach(counted);
         m_pFree->plain.ForEach(counted);
         blocks.reserve(count);
     } catch (const std::bad_alloc&) {
         return;
     }
     const auto collect = [&blocks](SFreeBlock* block) { blocks.push_back(block); };
-    m_pFree->tagged.TakeAll(collect);
+    m_pFree->paged.TakeAll(collect);
     m_pFree->plain.TakeAll(collect);
     std::sort(blocks.begin(), blocks.end(), std::less<>());
     std::sort(pages.begin(), pages.end(), std::less<>());

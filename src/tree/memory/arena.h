@@ -6,12 +6,12 @@
 // a block in use are released, before a new page is made: so a tree that is edited for hours keeps
 // less than twice the most that it ever had in use.
 //
-//   block := tagged | plain
-//   tagged: nodes and strings; whoever allocates one learns its page and writes the tag
+//   block := paged | plain
+//   paged:  nodes and strings; whoever allocates one learns its page and holds the distance
 //   plain:  arrays and attributes, of which nobody needs to find the page
 //
-// Blocks above a limit have a page of their own: plain ones above LARGEST_PLAIN, tagged ones above
-// LARGEST_TAGGED, and tagged ones above LARGEST_PLAIN already when the current page has no room for
+// Blocks above a limit have a page of their own: plain ones above LARGEST_PLAIN, paged ones above
+// LARGEST_PAGED, and paged ones above LARGEST_PLAIN already when the current page has no room for
 // them.
 #ifndef NORVASK_TREE_MEMORY_ARENA_H
 #define NORVASK_TREE_MEMORY_ARENA_H
@@ -38,15 +38,15 @@ public:
     static void ReleasePages(SPage* first) noexcept;
     SPage* FirstPage() const noexcept { return m_pFirst; }
 
-    // A tagged block; `page` is where it lies. Throw std::bad_alloc.
-    void* AllocateTagged(std::size_t bytes, SPage*& page) {
-        bytes = TaggedSize(bytes);
-        if (FitsCursor(bytes, LARGEST_TAGGED) &&
-            (m_pFree == nullptr || !m_pFree->tagged.Has(bytes))) {
+    // A paged block; `page` is where it lies. Throw std::bad_alloc.
+    void* AllocatePaged(std::size_t bytes, SPage*& page) {
+        bytes = PagedSize(bytes);
+        if (FitsCursor(bytes, LARGEST_PAGED) &&
+            (m_pFree == nullptr || !m_pFree->paged.Has(bytes))) {
             page = m_pCurrent;
             return TakeFromCursor(bytes);
         }
-        return AllocateTaggedSlowly(bytes, page);
+        return AllocatePagedSlowly(bytes, page);
     }
     void* AllocatePlain(std::size_t bytes) {
         bytes = PlainSize(bytes);
@@ -57,12 +57,12 @@ public:
         return AllocatePlainSlowly(bytes);
     }
     // `bytes` as allocated.
-    void FreeTagged(void* block, std::size_t bytes, SPage* page) noexcept;
+    void FreePaged(void* block, std::size_t bytes, SPage* page) noexcept;
     void FreePlain(void* block, std::size_t bytes) noexcept;
 
 private:
     static const std::size_t LARGEST_PLAIN = CFreeBlocks::LARGER_FROM;
-    static const std::size_t LARGEST_TAGGED = CFreeBlocks::LARGEST;
+    static const std::size_t LARGEST_PAGED = CFreeBlocks::LARGEST;
 
     static std::size_t RoundUp(std::size_t bytes, std::size_t unit) noexcept {
         return (bytes + unit - 1) / unit * unit;
@@ -70,13 +70,13 @@ private:
     static std::size_t PlainSize(std::size_t bytes) noexcept {
         return bytes <= SMALLEST_BLOCK ? SMALLEST_BLOCK : RoundUp(bytes, CFreeBlocks::BLOCK_UNIT);
     }
-    static std::size_t TaggedSize(std::size_t bytes) noexcept {
+    static std::size_t PagedSize(std::size_t bytes) noexcept {
         return bytes <= LARGEST_PLAIN ? PlainSize(bytes) : RoundUp(bytes, CFreeBlocks::LARGER_UNIT);
     }
 
     // Made when the first block is freed: most trees are built, read and dropped.
     struct SFree {
-        CFreeBlocks tagged;          // with their pages
+        CFreeBlocks paged;           // with their pages
         CFreeBlocks plain;           // without
         std::size_t bytesSince = 0;  // freed since blocks were merged
     };
@@ -91,12 +91,12 @@ private:
         UnpoisonMemory(block, bytes);
         return block;
     }
-    void* AllocateTaggedSlowly(std::size_t bytes, SPage*& page);
+    void* AllocatePagedSlowly(std::size_t bytes, SPage*& page);
     void* AllocatePlainSlowly(std::size_t bytes);
     void* AllocateSingle(std::size_t bytes, SPage*& page);
     void* AllocateFromNewPage(std::size_t bytes, SPage*& page);
     void* TakeFree(CFreeBlocks& blocks, std::size_t bytes, bool larger, SPage*& page) noexcept;
-    void* TakeAnyFree(std::size_t bytes, bool tagged, SPage*& page) noexcept;
+    void* TakeAnyFree(std::size_t bytes, bool paged, SPage*& page) noexcept;
 
     SPage* AddPage(std::size_t bytes);
     void RemovePage(SPage* page) noexcept;

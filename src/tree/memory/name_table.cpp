@@ -106,11 +106,11 @@ CNameTable::SName* CNameTable::Add(const SNameLookUp& lookUp, unsigned int known
         Grow();
     }
     SPage* page = nullptr;
-    void* const block = m_Strings.Arena().AllocateTagged(sizeof(SName) + lookUp.length + 1, page);
+    void* const block = m_Strings.Arena().AllocatePaged(sizeof(SName) + lookUp.length + 1, page);
     SName*& bucket = m_ppBuckets[lookUp.hash & (m_nBuckets - 1)];
     SName* const name =
         new (block) SName{bucket, lookUp.hash, 1, static_cast<std::uint32_t>(lookUp.length), 0};
-    WriteString(&name->tag, page, {lookUp.text, lookUp.length, known}, STRING_IN_TABLE);
+    WriteString(&name->header, page, {lookUp.text, lookUp.length, known}, STRING_IN_TABLE);
     bucket = name;
     ++m_nNames;
     return name;

@@ -59,7 +59,7 @@ private:
         std::uint32_t hash;
         std::uint32_t uses;
         std::uint32_t length;
-        std::uint32_t tag;  // where the tag of the string is written
+        std::uint32_t header;  // where that of the string is written
 
         CTreeString String() noexcept { return CTreeString::At(reinterpret_cast<char*>(this + 1)); }
         std::size_t Bytes() const noexcept { return sizeof(SName) + length + 1; }

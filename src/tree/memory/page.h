@@ -7,7 +7,7 @@
 // page that it lies in. Whoever releases a page last frees it, on whatever thread. Everything else
 // about a page of a tree belongs to the thread of the tree.
 //
-// A block that must know its page has a tag: the distance to the header of the page, in units of
+// A block that must know its page holds a distance: to the header of the page, in units of
 // four bytes.
 //
 // Under AddressSanitizer, memory that is not allocated is poisoned.
@@ -35,16 +35,16 @@ static_assert(sizeof(SPage) % 8 == 0, "blocks are aligned to eight bytes");
 
 inline char* ContentOf(SPage* page) noexcept { return reinterpret_cast<char*>(page + 1); }
 
-const std::size_t TAG_UNIT = 4;
+const std::size_t DISTANCE_UNIT = 4;
 
-inline SPage* PageAt(const void* tag, std::uint16_t distance) noexcept {
-    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(tag);
-    return reinterpret_cast<SPage*>(address - distance * TAG_UNIT);
+inline SPage* PageAt(const void* block, std::uint16_t distance) noexcept {
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(block);
+    return reinterpret_cast<SPage*>(address - distance * DISTANCE_UNIT);
 }
-inline std::uint16_t DistanceTo(const SPage* page, const void* tag) noexcept {
+inline std::uint16_t DistanceTo(const SPage* page, const void* block) noexcept {
     const char* const from = reinterpret_cast<const char*>(page);
-    return static_cast<std::uint16_t>((static_cast<const char*>(tag) - from) /
-                                      static_cast<std::ptrdiff_t>(TAG_UNIT));
+    return static_cast<std::uint16_t>((static_cast<const char*>(block) - from) /
+                                      static_cast<std::ptrdiff_t>(DISTANCE_UNIT));
 }
 
 // A page outside of any tree, with room for `bytes` bytes; the caller has retained it. Throws

@@ -1,10 +1,10 @@
 // Internal. CTreeString: a string that knows its length, its page and what is known of it.
 //
-//   string := tag characters 0
-//   tag    := distance flags length     in the four bytes before the first character
+//   string := header characters 0
+//   header := distance flags length     in the four bytes before the first character
 //
 // The names of a tree and the values and texts in it are such strings, and so are those of
-// attributes outside of any tree. The tag leads to the page (page.h), so a string can be retained
+// attributes outside of any tree. The header leads to the page (page.h), so a string can be retained
 // beyond the life of its tree. The length is there for the short strings that nearly all are.
 //
 // A CTreeString is one pointer and owns nothing. Who frees the string is said where it is kept: an
@@ -24,7 +24,7 @@
 
 namespace norvask {
 
-// The flags of a tag; the lowest are what is known of the text (known_text.h).
+// The flags of a header; the lowest are what is known of the text (known_text.h).
 enum EStringFlag : unsigned int {
     STRING_KNOWN = KNOWN_UTF8 | KNOWN_ASCII | KNOWN_NAME,
     STRING_STATIC = 8,     // a constant: nobody retains or frees it
@@ -34,7 +34,7 @@ enum EStringFlag : unsigned int {
 
 // The flags belong to the thread of the tree; copies of attributes on other threads only look at
 // STRING_STATIC and STRING_SHOWN of strings that are shown already.
-struct SStringTag {
+struct SStringHeader {
     std::uint16_t distance;
     std::atomic<std::uint16_t> flags;
 
@@ -47,7 +47,7 @@ struct SStringTag {
         return static_cast<std::uint16_t>(flags | (known << LENGTH_SHIFT));
     }
 };
-static_assert(sizeof(SStringTag) == 4, "a tag has four bytes");
+static_assert(sizeof(SStringHeader) == 4, "a header has four bytes");
 
 class CTreeString {
 public:
@@ -63,29 +63,30 @@ public:
     const char* Text() const noexcept { return m_pText; }
     bool IsEmpty() const noexcept { return *m_pText == '\0'; }
     std::size_t Length() const noexcept {
-        const std::size_t known = Flags() >> SStringTag::LENGTH_SHIFT;
-        return known == SStringTag::LENGTH_UNKNOWN ? std::strlen(m_pText) : known;
+        const std::size_t known = Flags() >> SStringHeader::LENGTH_SHIFT;
+        return known == SStringHeader::LENGTH_UNKNOWN ? std::strlen(m_pText) : known;
     }
     SKnownText Known() const noexcept {
         const std::uint16_t flags = Flags();
-        const std::size_t length = flags >> SStringTag::LENGTH_SHIFT;
-        return {m_pText, length == SStringTag::LENGTH_UNKNOWN ? std::strlen(m_pText) : length,
+        const std::size_t length = flags >> SStringHeader::LENGTH_SHIFT;
+        return {m_pText, length == SStringHeader::LENGTH_UNKNOWN ? std::strlen(m_pText) : length,
                 static_cast<unsigned int>(flags & STRING_KNOWN)};
     }
     bool Is(unsigned int flags) const noexcept { return (Flags() & flags) == flags; }
     void Add(unsigned int flags) const noexcept {
         const std::uint16_t old = Flags();
         if ((old & flags) != flags) {
-            Tag().flags.store(static_cast<std::uint16_t>(old | flags), std::memory_order_relaxed);
+            Header().flags.store(static_cast<std::uint16_t>(old | flags),
+                                 std::memory_order_relaxed);
         }
     }
 
-    SPage* Page() const noexcept { return PageAt(&Tag(), Tag().distance); }
+    SPage* Page() const noexcept { return PageAt(&Header(), Header().distance); }
     // The tree in which a string lies that is not STRING_STATIC and not outside of any tree.
     CTree& Tree() const noexcept { return *Page()->tree; }
 
-    SStringTag& Tag() const noexcept {
-        return *reinterpret_cast<SStringTag*>(Address() - sizeof(SStringTag));
+    SStringHeader& Header() const noexcept {
+        return *reinterpret_cast<SStringHeader*>(Address() - sizeof(SStringHeader));
     }
 
     // Whether both are the same string, not only equal.
@@ -98,14 +99,14 @@ public:
 
 private:
     struct SEmpty {
-        SStringTag tag;
+        SStringHeader header;
         char text[4];
     };
     alignas(ALIGNMENT) static SEmpty s_Empty;
 
     explicit CTreeString(const char* characters) noexcept : m_pText(characters) {}
     std::uintptr_t Address() const noexcept { return reinterpret_cast<std::uintptr_t>(m_pText); }
-    std::uint16_t Flags() const noexcept { return Tag().flags.load(std::memory_order_relaxed); }
+    std::uint16_t Flags() const noexcept { return Header().flags.load(std::memory_order_relaxed); }
 
     const char* m_pText;
 };
@@ -122,16 +123,16 @@ CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text);
 void RetainString(CTreeString string) noexcept;
 void ReleaseString(CTreeString string) noexcept;
 
-// The bytes of a string of this length, with tag and terminator, and writing it to a block of that
+// The bytes of a string of this length, with header and terminator, and writing it to a block of that
 // size.
 inline std::size_t StringBytes(std::size_t length) noexcept {
-    return sizeof(SStringTag) + length + 1;
+    return sizeof(SStringHeader) + length + 1;
 }
 inline CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
                                unsigned int flags) noexcept {
-    SStringTag* const tag = new (block)
-        SStringTag{DistanceTo(page, block), {SStringTag::With(flags | text.known, text.length)}};
-    char* const characters = reinterpret_cast<char*>(tag + 1);
+    SStringHeader* const header = new (block) SStringHeader{
+        DistanceTo(page, block), {SStringHeader::With(flags | text.known, text.length)}};
+    char* const characters = reinterpret_cast<char*>(header + 1);
     std::memmove(characters, text.text, text.length);  // a part of the string that it replaces
     characters[text.length] = '\0';
     return CTreeString::At(characters);

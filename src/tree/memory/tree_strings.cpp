@@ -16,7 +16,7 @@ CTreeString CTreeStrings::New(const SKnownText& text) {
         return CTreeString();
     }
     SPage* page = nullptr;
-    void* const block = m_Arena.AllocateTagged(StringBytes(text.length), page);
+    void* const block = m_Arena.AllocatePaged(StringBytes(text.length), page);
     return WriteString(block, page, text, 0);
 }
 
@@ -44,7 +44,7 @@ void CTreeStrings::FreeIdle() noexcept {
     std::size_t bytes = 0;
     for (const SIdleBlock& idle : blocks) {
         if (IsRetainedOnce(idle.page)) {
-            m_Arena.FreeTagged(idle.block, idle.bytes, idle.page);
+            m_Arena.FreePaged(idle.block, idle.bytes, idle.page);
         } else {
             blocks[left++] = idle;
             bytes += idle.bytes;

@@ -26,7 +26,7 @@ public:
     // A string that New made, or the constant "".
     void Free(CTreeString string) noexcept {
         if (!string.Is(STRING_STATIC)) {
-            FreeBlock(string, &string.Tag(), StringBytes(string.Length()));
+            FreeBlock(string, &string.Header(), StringBytes(string.Length()));
         }
     }
 
@@ -35,7 +35,7 @@ public:
         if (string.Is(STRING_SHOWN) && MustLieIdle(string.Page())) {
             LetLieIdle({block, bytes, string.Page()});
         } else {
-            m_Arena.FreeTagged(block, bytes, string.Page());
+            m_Arena.FreePaged(block, bytes, string.Page());
         }
     }
 

@@ -27,16 +27,16 @@ protected:
     void TearDown() override { m_pTree->Release(); }
     CArena& Of() { return m_pTree->Arena(); }
 
-    SBlock Allocate(std::size_t bytes, bool tagged, char fill = 'x') {
+    SBlock Allocate(std::size_t bytes, bool paged, char fill = 'x') {
         SPage* page = nullptr;
-        void* const at = tagged ? Of().AllocateTagged(bytes, page) : Of().AllocatePlain(bytes);
+        void* const at = paged ? Of().AllocatePaged(bytes, page) : Of().AllocatePlain(bytes);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(at) % 8, 0U);
         std::memset(at, fill, bytes);
         return {static_cast<char*>(at), bytes, page, fill};
     }
     void Free(const SBlock& block) {
         if (block.page != nullptr) {
-            Of().FreeTagged(block.at, block.bytes, block.page);
+            Of().FreePaged(block.at, block.bytes, block.page);
         } else {
             Of().FreePlain(block.at, block.bytes);
         }
@@ -71,13 +71,13 @@ TEST_F(Arena, BlocksAreAlignedAndDoNotOverlap) {
 
 TEST_F(Arena, AFreedBlockServesAgain) {
     for (const std::size_t bytes : {16U, 64U, 512U}) {
-        const SBlock tagged = Allocate(bytes, true);
+        const SBlock paged = Allocate(bytes, true);
         const SBlock plain = Allocate(bytes, false);
-        Free(tagged);
+        Free(paged);
         Free(plain);
         const SBlock again = Allocate(bytes, true);
-        EXPECT_EQ(again.at, tagged.at) << bytes;
-        EXPECT_EQ(again.page, tagged.page) << bytes;
+        EXPECT_EQ(again.at, paged.at) << bytes;
+        EXPECT_EQ(again.page, paged.page) << bytes;
         EXPECT_EQ(Allocate(bytes, false).at, plain.at) << bytes;
     }
 }
@@ -96,10 +96,10 @@ TEST_F(Arena, LargeBlocksComeAndGoInAnyOrder) {
 
 // All pages are full of small blocks; when those are freed, blocks of other sizes need no new page.
 TEST_F(Arena, FreedNeighboursServeAllOtherSizes) {
-    for (const bool tagged : {true, false}) {
+    for (const bool paged : {true, false}) {
         std::vector<SBlock> blocks;
         for (int i = 0; i < 8000; ++i) {
-            blocks.push_back(Allocate(24, tagged));
+            blocks.push_back(Allocate(24, paged));
         }
         const std::size_t before = Pages();
         for (const SBlock& block : blocks) {
@@ -113,7 +113,7 @@ TEST_F(Arena, FreedNeighboursServeAllOtherSizes) {
             }
         }
         EXPECT_LT(used, 8000U * 24 / 2);
-        EXPECT_LE(Pages(), before) << tagged;
+        EXPECT_LE(Pages(), before) << paged;
     }
 }
 
