@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "norvask/convenience_file.h"
 #include "norvask/convenience_tree.h"
@@ -38,11 +37,7 @@ inline std::size_t XMLNameDefaultNamespaces(CXMLNode* node) {
     static constexpr const char* KEPT_NAME = "xmlns:";
     static constexpr const char* READ_NAME = "xmlns";
     std::size_t found = 0;
-    std::vector<CXMLNode*> open;  // depth is data: no recursion
-    if (XMLAsElement(node) != nullptr) open.push_back(node);
-    while (!open.empty()) {
-        CXMLNode* element = open.back();
-        open.pop_back();
+    convenience_inside::ForEachElement(node, [&found](CXMLNode* element) {
         bool hasKept = false;
         bool hasRead = false;
         for (CXMLAttribut** a = element->GetAttributes(); *a != nullptr; ++a) {
@@ -59,10 +54,7 @@ inline std::size_t XMLNameDefaultNamespaces(CXMLNode* node) {
                 hasRead = true;
             }
         }
-        for (CXMLNode** child = element->GetChildren(); *child != nullptr; ++child) {
-            if (XMLAsElement(*child) != nullptr) open.push_back(*child);
-        }
-    }
+    });
     return found;
 }
 inline std::size_t XMLNameDefaultNamespaces(CXMLDocument& document) {

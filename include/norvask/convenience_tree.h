@@ -134,6 +134,22 @@ CXMLRange<T> Copied(T** entries) {
     return range;
 }
 
+// Calls `visit` with this element and every one below it, parents first. Depth is data: a stack of
+// its own, no recursion. `visit` may change what is below its element, and nothing else.
+template <typename Visit>
+void ForEachElement(CXMLNode* top, Visit visit) {
+    std::vector<CXMLNode*> open;
+    if (XMLAsElement(top) != nullptr) open.push_back(top);
+    while (!open.empty()) {
+        CXMLNode* element = open.back();
+        open.pop_back();
+        visit(element);
+        for (CXMLNode** child = element->GetChildren(); *child != nullptr; ++child) {
+            if (XMLAsElement(*child) != nullptr) open.push_back(*child);
+        }
+    }
+}
+
 }  // namespace convenience_inside
 
 /// All the children: elements, texts and binary nodes.
