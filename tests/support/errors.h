@@ -28,6 +28,10 @@
 #define EXPECT_NO_CONVERSION(statement) EXPECT_XML_ERROR(statement, 7, "Error during conversion.")
 #define EXPECT_INVALID_PARAMETER(statement) EXPECT_XML_ERROR(statement, 1, "invalid parameter")
 
+// The parser is not initialised.
+#define EXPECT_NO_PARSER(statement) \
+    EXPECT_XML_ERROR(statement, 4, "Error during initialisation of the XML parser")
+
 // NULL is shown as the empty name.
 #define EXPECT_INVALID_NAME(statement, name) \
     EXPECT_XML_ERROR(statement, 3, norvask_test::InvalidNameText(name))

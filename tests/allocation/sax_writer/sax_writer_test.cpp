@@ -1,6 +1,5 @@
 // A document that is written element by element while allocations fail: what stands in the stream
 // is the beginning of the document, an operation that failed can be repeated, and nothing is left.
-#include <functional>
 #include <new>
 
 #include "allocation/sweep.h"

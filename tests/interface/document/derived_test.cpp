@@ -1,4 +1,4 @@
-// Classes derived from CXMLDocument and CXMLManager.
+// Classes derived from CXMLDocument.
 #include "support/derived.h"
 #include "support/testing.h"
 
@@ -26,12 +26,6 @@ public:
 
 private:
     int& m_nEnded;
-};
-
-class CManagerProbe : public CXMLManager {
-public:
-    CManagerProbe() = default;
-    CManagerProbe(const CXMLManager& other) : CXMLManager(other) {}
 };
 
 }  // namespace
@@ -82,43 +76,4 @@ TEST(DerivedDocument, MayEndOnTheStack) {
         document.CreateRoot("r");
     }
     EXPECT_EQ(ended, 1);
-}
-
-TEST(DerivedManager, InitialisesTheParserOnceMoreAndLeavesTheFirstAlone) {
-    {
-        CManagerProbe manager;
-        EXPECT_TRUE(manager.IsInitialized());
-        const Document document(manager.CreateDocument(nullptr, nullptr));
-        document->CreateRoot("r");
-        EXPECT_EQ(SavedBody(*document), "<r/>");
-    }
-    EXPECT_TRUE(Manager().IsInitialized());
-    const Document document = Load("<r>text</r>");
-    EXPECT_EQ(SavedBody(*document), "<r>text</r>");
-}
-
-TEST(DerivedManager, RefusesEverythingAsACopyWithoutAParser) {
-    const std::string text = "Error during initialisation of the XML parser";
-    {
-        CManagerProbe manager(CXMLManager::GetInstance());
-        EXPECT_FALSE(manager.IsInitialized());
-        unsigned char bytes[] = "<r/>";
-        const TemporaryFile file(".xml", "<r/>");
-        EXPECT_XML_ERROR(manager.CreateDocument(nullptr, nullptr), 4, text);
-        EXPECT_XML_ERROR(manager.CreateDocument("name", "path"), 4, text);
-        EXPECT_XML_ERROR(manager.LoadDocument(file.Name(), false, false, nullptr, false, false), 4,
-                         text);
-        EXPECT_XML_ERROR(manager.LoadDocument(bytes, 4, false, false, nullptr, false, false), 4,
-                         text);
-        // The parser comes first, whatever else is wrong.
-        EXPECT_XML_ERROR(manager.LoadDocument(static_cast<const char*>(nullptr), false, false,
-                                              nullptr, false, false),
-                         4, text);
-        EXPECT_XML_ERROR(manager.LoadDocument(static_cast<unsigned char*>(nullptr), 0, false, false,
-                                              nullptr, false, false),
-                         4, text);
-    }
-    EXPECT_TRUE(Manager().IsInitialized());
-    const Document document = Load("<r>text</r>");
-    EXPECT_EQ(SavedBody(*document), "<r>text</r>");
 }

@@ -1,4 +1,4 @@
-// Documents: the root, the DTD reference, and ending. Clone is in node/copy_test.cpp.
+// Documents: the root, the DTD reference, and ending.
 #include "support/names.h"
 #include "support/testing.h"
 
@@ -174,15 +174,4 @@ TEST(XmlDocument, DoesNothingWhenItIsSavedToAFileWithoutARootOrAName) {
     const TemporaryFile full(".xml", "content");
     empty->Save(full.Name(), false);
     EXPECT_EQ(full.Content(), "content");
-}
-
-TEST(XmlDocumentManager, IsOneInitializedObject) {
-    EXPECT_TRUE(Manager().IsInitialized());
-    EXPECT_EQ(&CXMLManager::GetInstance(), &CXMLManager::GetInstance());
-}
-
-TEST(XmlDocumentManager, TakesBackItsOwnConverterForNull) {
-    Manager().SetWideCharToStringConverter(nullptr);
-    const Document document = Load("<r>\xC3\xBC</r>");
-    EXPECT_EQ(Children(*document->GetRoot()), "'\xC3\xBC'");
 }

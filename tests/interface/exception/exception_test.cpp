@@ -263,3 +263,48 @@ TEST(Exception, IsCaughtAcrossTheLibraryBoundary) {
     const auto document = NewDocument();
     EXPECT_INVALID_NAME(document->CreateRoot("1a"), "1a");
 }
+
+TEST(ExceptionSharing, HoldsTheTextUntilTheLastObjectThatShowsIt) {
+    CXMLException last(0, "last");
+    {
+        CXMLException a(1, "a");
+        CXMLException b(2, "b");
+        CXMLException c(3, "c");
+        a = b;
+        b = c;
+        c = a;
+        EXPECT_STREQ(a.GetMessage(), "b");
+        EXPECT_STREQ(b.GetMessage(), "c");
+        EXPECT_TRUE(Same(c.GetMessage(), a.GetMessage()));
+        last = c;
+    }
+    EXPECT_STREQ(last.GetMessage(), "b");
+    EXPECT_EQ(last.GetID(), 2);
+}
+
+TEST(ExceptionSharing, CopiesATextThatIsShared) {
+    CXMLException first(1, "first");
+    CXMLException second(2, "second");
+    second = first;
+    CXMLException copy(second);
+    EXPECT_FALSE(Same(copy.GetMessage(), first.GetMessage()));
+    first = copy;
+    second = copy;
+    EXPECT_STREQ(second.GetMessage(), "first");
+    EXPECT_TRUE(Same(second.GetMessage(), first.GetMessage()));
+}
+
+TEST(ExceptionSharing, SwapsAndSortsExceptions) {
+    CXMLException errors[] = {CXMLException(3, "c"), CXMLException(1, "a"), CXMLException(2, "b")};
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 2; ++i) {
+            if (errors[i].GetID() < errors[i + 1].GetID()) continue;
+            CXMLException kept(errors[i]);
+            errors[i] = errors[i + 1];
+            errors[i + 1] = kept;
+        }
+    }
+    EXPECT_STREQ(errors[0].GetMessage(), "a");
+    EXPECT_STREQ(errors[1].GetMessage(), "b");
+    EXPECT_STREQ(errors[2].GetMessage(), "c");
+}

@@ -1,10 +1,8 @@
 // What a caller is told when a load fails: sources that cannot be read, parameters, malformed
 // documents with their lines, and that nothing of a failure is left for the next load.
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/testing.h"
-#include "support/unicode.h"
 
 using namespace norvask_test;
 

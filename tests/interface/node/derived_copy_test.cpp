@@ -1,6 +1,4 @@
-// Copying into and out of nodes of derived classes, and derived documents and managers: every step
-// goes through the virtual operations.
-#include <type_traits>
+// Copying into and out of nodes of derived classes: every step goes through the virtual operations.
 
 #include "support/derived.h"
 #include "support/testing.h"
