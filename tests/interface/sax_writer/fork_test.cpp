@@ -57,7 +57,7 @@ void RunChild(EEnd end) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFEXITED(status));
     // What the child leaves allocated on purpose, a sanitizer may call a leak at exit().
-    if (!kIsSanitized) {
+    if (!IS_SANITIZED) {
         EXPECT_EQ(WEXITSTATUS(status), 0);
     }
 }
@@ -68,7 +68,7 @@ std::string Begin(const TemporaryFile& file) {
     Writer()->StartElement("a", nullptr);
     Writer()->StartElement("b", nullptr);
     Writer()->Characters("before");
-    return std::string(kDeclaration) + "<a><b>before";
+    return std::string(DECLARATION) + "<a><b>before";
 }
 
 std::string Finish() {
