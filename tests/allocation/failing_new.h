@@ -5,11 +5,12 @@
 // blocks are alive, and their bytes. Only what calls operator new is seen: neither the library nor the parser allocates
 // otherwise, but for exceptions under way, which the compiler's runtime takes from malloc.
 //
-// Callers are told apart by the module in which the call stands. The library's code allocates from the
-// library itself and, where a string or a file stream grows, from the C++ runtime; the parser's code
-// allocates from the parser alone. How the parser takes a failed allocation of its own in the middle of a
-// load is its affair (it may leak, or end the process), so loads are tested with Callers::Library. All other
-// operations ask the parser for single conversions only and are tested with Callers::Everything.
+// Callers are told apart by the module in which the call stands. The library's code allocates from
+// the library itself and, where a string or a file stream grows, from the C++ runtime; the parser's
+// code allocates from the parser alone. How the parser takes a failed allocation of its own in the
+// middle of a load is its affair (it may leak, or end the process), so loads are tested with
+// Callers::Library. All other operations ask the parser for single conversions only and are tested
+// with Callers::Everything.
 #ifndef NORVASK_TESTS_ALLOCATION_FAILING_NEW_H
 #define NORVASK_TESTS_ALLOCATION_FAILING_NEW_H
 
@@ -20,7 +21,8 @@ namespace norvask_test {
 enum class Callers { Library, Everything };
 enum class Failing { One, AllFromThere };
 
-// Until the end of the scope, the n-th allocation (from 1) fails. n = 0: none, they are only counted.
+// Until the end of the scope, the n-th allocation (from 1) fails. n = 0: none, they are only
+// counted.
 class CFailAllocation {
 public:
     CFailAllocation(long n, Callers callers, Failing failing);

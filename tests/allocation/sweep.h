@@ -1,5 +1,5 @@
-// The sweep: an operation runs once for each of its allocations, which fails, and everything is as it
-// must be behind each run.
+// The sweep: an operation runs once for each of its allocations, which fails, and everything is as
+// it must be behind each run.
 #ifndef NORVASK_TESTS_ALLOCATION_SWEEP_H
 #define NORVASK_TESTS_ALLOCATION_SWEEP_H
 
@@ -92,8 +92,8 @@ private:
     std::size_t m_nLength = 0;
 };
 
-// Work that writes a document to a stream gives it the beginning, and the whole if nothing is refused.
-// Answers the number of refusals.
+// Work that writes a document to a stream gives it the beginning, and the whole if nothing is
+// refused. Answers the number of refusals.
 template <typename Work>
 long SweepWriting(const std::string& whole, Failing failing, const Work& work) {
     return Sweep([&](long n) {

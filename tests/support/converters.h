@@ -33,8 +33,8 @@ public:
     static void Remove() { Manager().SetWideCharToStringConverter(nullptr); }
 };
 
-// Notes each source that it is asked for, as UTF-8. The answer is made from the source by a function,
-// which may answer NULL; without one it is what the library gives.
+// Notes each source that it is asked for, as UTF-8. The answer is made from the source by a
+// function, which may answer NULL; without one it is what the library gives.
 class CRecordingConverter : public CPlainConverter {
 public:
     using Answer = std::function<const char*(const std::string& source)>;

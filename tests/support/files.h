@@ -45,7 +45,8 @@ private:
     std::string m_Name;
 };
 
-// A file that nobody can open while this lives, the administrator included: a directory has its place.
+// A file that nobody can open while this lives, the administrator included: a directory has its
+// place.
 class CUnopenable {
 public:
     explicit CUnopenable(const std::string& name) : m_Name(name), m_Aside(name + ".aside") {
@@ -64,8 +65,8 @@ private:
     const std::string m_Aside;
 };
 
-// No file can be opened while it lives, whoever asks; not even by the sanitizers, so little may happen
-// meanwhile.
+// No file can be opened while it lives, whoever asks; not even by the sanitizers, so little may
+// happen meanwhile.
 class CNoHandles {
 public:
     CNoHandles() {

@@ -17,8 +17,8 @@ inline std::size_t HeapInUse() {
     return info.uordblks + info.hblkhd;
 }
 
-// But for what stays the same however often a thing is done. A sanitizer has an allocator of its own:
-// it keeps what is freed, and mallinfo2 does not see it.
+// But for what stays the same however often a thing is done. A sanitizer has an allocator of its
+// own: it keeps what is freed, and mallinfo2 does not see it.
 inline void ExpectHeapAsBefore(std::size_t before) {
     if (!IS_SANITIZED) {
         EXPECT_LE(HeapInUse(), before + 64 * 1024);

@@ -1,5 +1,5 @@
-// Generated documents: well-formed, with everything that a load distinguishes. Always the same document
-// for a seed.
+// Generated documents: well-formed, with everything that a load distinguishes. Always the same
+// document for a seed.
 #ifndef NORVASK_TESTS_SUPPORT_RANDOM_DOCUMENT_H
 #define NORVASK_TESTS_SUPPORT_RANDOM_DOCUMENT_H
 

@@ -1,4 +1,5 @@
-// Generated text for tests that compare a fast path with the plain one. Always the same text for a seed.
+// Generated text for tests that compare a fast path with the plain one. Always the same text for a
+// seed.
 #ifndef NORVASK_TESTS_SUPPORT_RANDOM_TEXT_H
 #define NORVASK_TESTS_SUPPORT_RANDOM_TEXT_H
 

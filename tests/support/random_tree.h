@@ -1,5 +1,5 @@
-// Generated trees: what is saved, loaded and written must be the same for all of them. Always the same
-// tree for a seed.
+// Generated trees: what is saved, loaded and written must be the same for all of them. Always the
+// same tree for a seed.
 #ifndef NORVASK_TESTS_SUPPORT_RANDOM_TREE_H
 #define NORVASK_TESTS_SUPPORT_RANDOM_TREE_H
 

@@ -7,8 +7,8 @@
 //   Characters "text\n"
 //   StartDTD "name" public NULL system "file"
 //
-// A name is shown as {uri}local=qName, or once if it is in no namespace and has no prefix. Texts are
-// shown as in tree_text.h. What must never happen (a NULL where none may be) is marked by "!".
+// A name is shown as {uri}local=qName, or once if it is in no namespace and has no prefix. Texts
+// are shown as in tree_text.h. What must never happen (a NULL where none may be) is marked by "!".
 #ifndef NORVASK_TESTS_SUPPORT_RECORDING_HANDLER_H
 #define NORVASK_TESTS_SUPPORT_RECORDING_HANDLER_H
 
@@ -98,7 +98,8 @@ inline std::string EventsOfFile(const std::string& fileName, const SLoad& how = 
     return handler.Take();
 }
 
-// A whole transcript from the lines between the first and the last, and the root's lines around others.
+// A whole transcript from the lines between the first and the last, and the root's lines around
+// others.
 inline std::string Whole(const std::string& lines) {
     return "StartDocument\n" + lines + "EndDocument\n";
 }

@@ -3,9 +3,9 @@
 //   r k="v"("text", a(), #00ff, p:b x="1"(" "))
 //
 // An element is its name, its attributes and its children in parentheses; a text stands in double
-// quotes, a binary node is # and its bytes in hexadecimal. In texts and values a backslash stands in
-// front of " and \, control characters are \n, \t, \r or \xNN, everything else is shown as it is.
-// What contradicts the rules of a tree (a wrong parent, a leaf with a name) is marked by "!".
+// quotes, a binary node is # and its bytes in hexadecimal. In texts and values a backslash stands
+// in front of " and \, control characters are \n, \t, \r or \xNN, everything else is shown as it
+// is. What contradicts the rules of a tree (a wrong parent, a leaf with a name) is marked by "!".
 #ifndef NORVASK_TESTS_SUPPORT_TREE_TEXT_H
 #define NORVASK_TESTS_SUPPORT_TREE_TEXT_H
 

@@ -1,5 +1,5 @@
-// Encodings, written out once more for the tests: code points to UTF-8 and UTF-16, and what a reader
-// that replaces every invalid sequence by U+FFFD makes of arbitrary bytes.
+// Encodings, written out once more for the tests: code points to UTF-8 and UTF-16, and what a
+// reader that replaces every invalid sequence by U+FFFD makes of arbitrary bytes.
 #ifndef NORVASK_TESTS_SUPPORT_UNICODE_H
 #define NORVASK_TESTS_SUPPORT_UNICODE_H
 
@@ -68,9 +68,9 @@ inline std::string Utf8OfUtf16(const std::u16string& units) {
     return bytes;
 }
 
-// The bytes with U+FFFD in place of each invalid sequence. A sequence ends in front of the first byte
-// that cannot continue it, so "E2 82 41" is one replacement and an "A", and "ED A0 80", a surrogate,
-// is three.
+// The bytes with U+FFFD in place of each invalid sequence. A sequence ends in front of the first
+// byte that cannot continue it, so "E2 82 41" is one replacement and an "A", and "ED A0 80", a
+// surrogate, is three.
 inline std::string ValidUtf8(const std::string& bytes) {
     std::string valid;
     std::size_t i = 0;

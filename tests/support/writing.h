@@ -1,4 +1,5 @@
-// What the tests of the streaming writer share: documents in one call, arrays of attributes, Base64.
+// What the tests of the streaming writer share: documents in one call, arrays of attributes,
+// Base64.
 #ifndef NORVASK_TESTS_SUPPORT_WRITING_H
 #define NORVASK_TESTS_SUPPORT_WRITING_H
 

@@ -1,5 +1,5 @@
-// Whole documents while allocations fail: built by hand, saved, read and deleted; and the objects that
-// stand alone, attributes and exceptions.
+// Whole documents while allocations fail: built by hand, saved, read and deleted; and the objects
+// that stand alone, attributes and exceptions.
 #include <new>
 #include <ostream>
 #include <string_view>

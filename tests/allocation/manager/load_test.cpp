@@ -1,6 +1,6 @@
 // Loads in which an allocation of the library fails, for every one of them: the exception is
-// std::bad_alloc, or the answer is NULL where the document object itself cannot be made; nothing of the
-// document is left, and the next load is none the worse.
+// std::bad_alloc, or the answer is NULL where the document object itself cannot be made; nothing of
+// the document is left, and the next load is none the worse.
 #include "allocation/sample_tree.h"
 #include "allocation/sweep.h"
 #include "support/converters.h"

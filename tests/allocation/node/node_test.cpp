@@ -1,9 +1,9 @@
-// Operations on trees in which an allocation fails, for every one of them, the parser's included: the
-// exception passes, the tree is as it was or as the operation promises, everything still works, and no
-// block is left behind when the document ends.
+// Operations on trees in which an allocation fails, for every one of them, the parser's included:
+// the exception passes, the tree is as it was or as the operation promises, everything still works,
+// and no block is left behind when the document ends.
 //
-// Each operation runs on trees that are filled to different degrees, so that the arrays and the memory of
-// the tree have to grow in the middle of it once here and once there.
+// Each operation runs on trees that are filled to different degrees, so that the arrays and the
+// memory of the tree have to grow in the middle of it once here and once there.
 #include <functional>
 
 #include "allocation/sample_tree.h"
@@ -22,7 +22,8 @@ bool Unchanged(const std::string& now, const std::string& before, const std::str
     return now == before;
 }
 
-// Everything still works behind a failure; the operation itself gives `done` now, unless that is "".
+// Everything still works behind a failure; the operation itself gives `done` now, unless that is
+// "".
 template <typename Operation>
 void ExpectUsable(STree& tree, Operation& operation, const std::string& done) {
     if (!done.empty()) {

@@ -1,8 +1,9 @@
-// Callback loads in which an allocation of the library fails, for every one of them: the load ends with
-// std::bad_alloc behind callbacks that are all right, nothing is left, and the handler serves the next load.
+// Callback loads in which an allocation of the library fails, for every one of them: the load ends
+// with std::bad_alloc behind callbacks that are all right, nothing is left, and the handler serves
+// the next load.
 //
-// An attribute object for which there is no memory is a NULL in the array of its element, which then seems to
-// end there: that one element may show fewer attributes.
+// An attribute object for which there is no memory is a NULL in the array of its element, which
+// then seems to end there: that one element may show fewer attributes.
 #include <algorithm>
 #include <cstring>
 #include <initializer_list>
@@ -17,9 +18,9 @@ using namespace norvask_test;
 
 namespace {
 
-// Writes each callback as a line into a block of its own, without an allocation: strings that grow do so in
-// the C++ runtime, which counts as the library. A line is the name of the callback and its strings, each ended
-// by a "|".
+// Writes each callback as a line into a block of its own, without an allocation: strings that grow
+// do so in the C++ runtime, which counts as the library. A line is the name of the callback and its
+// strings, each ended by a "|".
 class CBufferHandler : public CXMLSaxHandler {
 public:
     CBufferHandler() : m_Buffer(1 << 16) {}
@@ -84,7 +85,8 @@ struct SOutcome {
     long left = 0;  // blocks that are alive behind it and were not before
 };
 
-// One load with a handler, which keeps what it shares with the load until it ends or serves another.
+// One load with a handler, which keeps what it shares with the load until it ends or serves
+// another.
 template <typename Load>
 SOutcome Try(Load load, long n, Failing failing) {
     SOutcome outcome;
@@ -115,7 +117,8 @@ SOutcome Try(Load load, long n, Failing failing) {
     return outcome;
 }
 
-// Whether each line is that of the whole transcript, but for one StartElement with fewer attributes.
+// Whether each line is that of the whole transcript, but for one StartElement with fewer
+// attributes.
 bool IsBeginning(const std::string& told, const std::string& whole, int mostShort) {
     std::size_t at = 0;
     for (std::size_t begin = 0; begin < told.size();) {

@@ -1,14 +1,15 @@
 // Real documents from Debian packages: what is saved and loaded again saves to the same bytes.
 //
-// Each document is loaded from where it is installed and saved, once with and once without prefixes. The
-// saved document is written into a directory that mirrors the corpus, at the same relative place, with the
-// corpus's DTDs linked to where the documents expect them. So the second load is one of a file that refers
-// to its DTD as the original does: the reference itself takes the round trip, and entities and default
-// attributes are at work in both loads.
+// Each document is loaded from where it is installed and saved, once with and once without
+// prefixes. The saved document is written into a directory that mirrors the corpus, at the same
+// relative place, with the corpus's DTDs linked to where the documents expect them. So the second
+// load is one of a file that refers to its DTD as the original does: the reference itself takes the
+// round trip, and entities and default attributes are at work in both loads.
 //
-// The one exception: with keepPrefixes a default namespace is kept as an attribute "xmlns:", which no parser
-// reads back. Documents with such an attribute must fail in the second load, with that reason and no other;
-// and once XMLNameDefaultNamespaces has renamed it they must take the round trip as well, with an edit.
+// The one exception: with keepPrefixes a default namespace is kept as an attribute "xmlns:", which
+// no parser reads back. Documents with such an attribute must fail in the second load, with that
+// reason and no other; and once XMLNameDefaultNamespaces has renamed it they must take the round
+// trip as well, with an edit.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -122,8 +123,8 @@ std::string WrongWithFailure(const std::string& path, const SLoad& how) {
     return "it loads";
 }
 
-// Edits a document with kept default namespaces and saves it to where one of its kind is, so that it can
-// be read back. Whether that gives the same document.
+// Edits a document with kept default namespaces and saves it to where one of its kind is, so that
+// it can be read back. Whether that gives the same document.
 bool ReadsBackOnceNamed(Document& document, const std::string& place, const SLoad& how) {
     document->GetRoot()->CreateChild("edited", nullptr)->SetTextChildValue("here");
     EXPECT_GT(XMLNameDefaultNamespaces(*document), 0U);

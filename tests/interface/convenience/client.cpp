@@ -1,5 +1,5 @@
-// A client that uses every convenience once. It is compiled into the interface tests, which call it, and
-// on its own the way other clients are built: without exceptions and RTTI, and as C++20
+// A client that uses every convenience once. It is compiled into the interface tests, which call
+// it, and on its own the way other clients are built: without exceptions and RTTI, and as C++20
 // (tests/CMakeLists.txt). So it does without GoogleTest.
 #include "interface/convenience/client.h"
 

@@ -1,4 +1,5 @@
-// Conveniences without a tree: the handler made of lambdas, attributes by name, elements in one call.
+// Conveniences without a tree: the handler made of lambdas, attributes by name, elements in one
+// call.
 #include <climits>
 #include <cstdint>
 #include <stdexcept>

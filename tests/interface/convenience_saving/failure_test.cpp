@@ -1,4 +1,5 @@
-// XMLSaveSafely: a failure at any step is reported and leaves what was there before, and nothing else.
+// XMLSaveSafely: a failure at any step is reported and leaves what was there before, and nothing
+// else.
 #include <sys/resource.h>
 #include <sys/stat.h>
 

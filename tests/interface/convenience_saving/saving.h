@@ -1,4 +1,5 @@
-// What the tests of XMLSaveSafely share: a directory for each of them, and a user without privileges.
+// What the tests of XMLSaveSafely share: a directory for each of them, and a user without
+// privileges.
 #ifndef NORVASK_TESTS_INTERFACE_CONVENIENCE_SAVING_SAVING_H
 #define NORVASK_TESTS_INTERFACE_CONVENIENCE_SAVING_SAVING_H
 

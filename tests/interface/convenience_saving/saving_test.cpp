@@ -84,7 +84,8 @@ TEST_F(ConvenienceSaving, KeepsTheOwnerAndTheGroup) {
     if (!isRoot) std::cout << "only with this user's own owner and group\n";
 }
 
-// Nobody may give a file to a group that he is not in. Its permissions must not go to another group.
+// Nobody may give a file to a group that he is not in. Its permissions must not go to another
+// group.
 TEST_F(ConvenienceSaving, APermissionOfALostGroupIsNotGivenToAnother) {
     if (geteuid() != 0) {
         std::cout << "not looked at: it takes an administrator to set this up\n";

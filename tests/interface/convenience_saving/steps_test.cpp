@@ -1,7 +1,7 @@
 // XMLSaveSafely: each call of the system that can fail is made to fail, once.
 //
-// The functions below stand in for the C library's of the same name in this whole program. They do what
-// those do, but for the one call that a test has picked.
+// The functions below stand in for the C library's of the same name in this whole program. They do
+// what those do, but for the one call that a test has picked.
 #include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>

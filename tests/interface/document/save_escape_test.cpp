@@ -1,5 +1,5 @@
-// What saving makes of every byte and every character of a text, a value and a path: escapes, dropped
-// control characters, and U+FFFD for each invalid sequence of UTF-8.
+// What saving makes of every byte and every character of a text, a value and a path: escapes,
+// dropped control characters, and U+FFFD for each invalid sequence of UTF-8.
 #include <random>
 
 #include "support/testing.h"

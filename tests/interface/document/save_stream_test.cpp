@@ -1,5 +1,5 @@
-// Saving to streams that are bad, become bad, throw, or have formatting flags set, and names that are
-// refused in the middle of a document.
+// Saving to streams that are bad, become bad, throw, or have formatting flags set, and names that
+// are refused in the middle of a document.
 #include <fstream>
 #include <iomanip>
 #include <ios>

@@ -1,5 +1,5 @@
-// Document type declarations: the reference that a document keeps, what entities, default attributes
-// and external DTDs do to the tree, and validation against a DTD.
+// Document type declarations: the reference that a document keeps, what entities, default
+// attributes and external DTDs do to the tree, and validation against a DTD.
 #include "support/testing.h"
 
 using namespace norvask_test;

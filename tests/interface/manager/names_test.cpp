@@ -161,8 +161,8 @@ TEST(LoadNames, TakesNamesFromTheWholeBasicPlane) {
     });
 }
 
-// The parser takes names with characters beyond U+FFFF, in XML 1.0 and 1.1 documents alike; the name
-// test of the tree does not.
+// The parser takes names with characters beyond U+FFFF, in XML 1.0 and 1.1 documents alike; the
+// name test of the tree does not.
 TEST(LoadNames, RefusesNamesBeyondTheBasicPlane) {
     const std::string bad = LINEAR_B;
     for (const std::string declaration : {"", "<?xml version='1.0'?>", "<?xml version='1.1'?>"}) {

@@ -1,5 +1,6 @@
-// With the library's own converter a load takes short cuts: names are converted once, strings go into a buffer
-// that is used again. With any installed converter it does not. Both must build the same tree.
+// With the library's own converter a load takes short cuts: names are converted once, strings go
+// into a buffer that is used again. With any installed converter it does not. Both must build the
+// same tree.
 #include "support/converters.h"
 #include "support/random_document.h"
 #include "support/testing.h"
@@ -38,7 +39,8 @@ TEST(LoadPaths, ThousandsOfDifferentNamesAreAllKept) {
     EXPECT_EQ(Saved(Load(xml)), LoadedPlainly(xml, false));
 }
 
-// The parser reports every reference as a run of its own, so a text of many runs must not be copied for each.
+// The parser reports every reference as a run of its own, so a text of many runs must not be copied
+// for each.
 TEST(LoadPaths, ATextOfManyReferencesIsOneTextInLinearTime) {
     std::string xml = "<r>";
     std::string expected;

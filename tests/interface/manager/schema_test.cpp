@@ -1,5 +1,5 @@
-// Loads with XML Schema: schemas that the caller gives, schemas that the document names, and which of
-// the parameters has an effect when.
+// Loads with XML Schema: schemas that the caller gives, schemas that the document names, and which
+// of the parameters has an effect when.
 #include "support/testing.h"
 
 using namespace norvask_test;

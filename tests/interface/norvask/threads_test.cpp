@@ -1,5 +1,5 @@
-// What threads may do at once: work on documents of their own, typed values included, hold copies of
-// attributes and exceptions, and save one document together.
+// What threads may do at once: work on documents of their own, typed values included, hold copies
+// of attributes and exceptions, and save one document together.
 #include <thread>
 
 #include "support/testing.h"

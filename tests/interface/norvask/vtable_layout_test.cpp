@@ -48,8 +48,8 @@ std::vector<std::uintptr_t> Slots(const void* object, std::size_t slots) {
     return std::vector<std::uintptr_t>(table, table + slots);
 }
 
-// The slots in which two tables differ, without those of the destructor: whether a derived class gets
-// a destructor of its own there is up to the compiler.
+// The slots in which two tables differ, without those of the destructor: whether a derived class
+// gets a destructor of its own there is up to the compiler.
 std::set<std::size_t> Differences(const std::vector<std::uintptr_t>& a,
                                   const std::vector<std::uintptr_t>& b) {
     std::set<std::size_t> places;

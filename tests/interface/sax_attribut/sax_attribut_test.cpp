@@ -1,5 +1,5 @@
-// CXMLSaxAttribut: its strings, copies and assignments, and what a client may do to the attributes and to
-// the array that it receives.
+// CXMLSaxAttribut: its strings, copies and assignments, and what a client may do to the attributes
+// and to the array that it receives.
 #include <functional>
 #include <type_traits>
 

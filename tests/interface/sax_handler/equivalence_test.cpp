@@ -1,5 +1,6 @@
-// The same document told in several ways, over generated documents: as callbacks and as a tree, from a file and
-// from memory, with the library's own converter and with an installed one that does the same.
+// The same document told in several ways, over generated documents: as callbacks and as a tree,
+// from a file and from memory, with the library's own converter and with an installed one that does
+// the same.
 #include <map>
 
 #include "support/converters.h"

@@ -1,5 +1,5 @@
-// What the caller of a callback load is told when it fails: sources that cannot be read, parameters,
-// malformed and invalid documents; and which callbacks were made until then.
+// What the caller of a callback load is told when it fails: sources that cannot be read,
+// parameters, malformed and invalid documents; and which callbacks were made until then.
 #include "support/recording_handler.h"
 #include "support/testing.h"
 

@@ -1,5 +1,5 @@
-// Which callbacks a document gives, with which strings, in which order: elements, attributes, text and
-// CDATA sections. Namespaces and document types are in names_test.cpp.
+// Which callbacks a document gives, with which strings, in which order: elements, attributes, text
+// and CDATA sections. Namespaces and document types are in names_test.cpp.
 #include "support/recording_handler.h"
 #include "support/sanitizers.h"
 #include "support/testing.h"

@@ -1,5 +1,6 @@
-// Exceptions that callbacks throw: every kind out of every callback, from a file and from memory. What
-// reaches the caller, that nothing is told after it, and that the handler serves the next load.
+// Exceptions that callbacks throw: every kind out of every callback, from a file and from memory.
+// What reaches the caller, that nothing is told after it, and that the handler serves the next
+// load.
 #include <exception>
 
 #include "support/recording_handler.h"
@@ -19,7 +20,8 @@ const char* const CALLBACKS[] = {"StartDocument", "StartDTD",   "StartNamespace"
                                  "Characters",    "StartCDATA", "EndCDATA",       "EndElement",
                                  "EndNamespace",  "EndDocument"};
 
-// The transcript up to the n-th line (from 0) that begins with this, with it; empty if there is none.
+// The transcript up to the n-th line (from 0) that begins with this, with it; empty if there is
+// none.
 std::string UpTo(const std::string& transcript, const std::string& callback, int n) {
     for (std::size_t begin = 0; begin < transcript.size();) {
         const std::size_t end = transcript.find('\n', begin) + 1;

@@ -1,5 +1,5 @@
-// Callbacks for namespaces and document types: declarations, the three forms of a name, identifiers,
-// entities, default attributes.
+// Callbacks for namespaces and document types: declarations, the three forms of a name,
+// identifiers, entities, default attributes.
 #include "support/recording_handler.h"
 #include "support/testing.h"
 

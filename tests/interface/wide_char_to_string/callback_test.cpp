@@ -1,5 +1,6 @@
-// The converter between the parser's strings and a client's in callback loads: which strings an installed one
-// is asked for, what it may answer, and what happens when it comes or goes in the middle of a load.
+// The converter between the parser's strings and a client's in callback loads: which strings an
+// installed one is asked for, what it may answer, and what happens when it comes or goes in the
+// middle of a load.
 #include "support/converters.h"
 #include "support/recording_handler.h"
 #include "support/testing.h"
