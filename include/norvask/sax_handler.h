@@ -156,8 +156,8 @@ public:
 private:
     friend class CReaderLink;
 
-    // The reader of the load under way, shared with copies; NULL before the first load.
-    CReaderLink* m_pReader;
+    // To the load under way or the last one, shared with copies; NULL before the first load.
+    CReaderLink* m_pLink;
 };
 
 }  // namespace norvask

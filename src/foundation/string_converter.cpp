@@ -1,10 +1,8 @@
 // CStringConverter: every step asks the parser.
 #include "foundation/string_converter.h"
 
-#include <cstdint>
 #include <cstring>
 #include <memory>
-#include <type_traits>
 #include <vector>
 #include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLChar.hpp>
@@ -46,23 +44,6 @@ std::vector<XMLCh> Escaped(const XMLCh* text) {
     return out;
 }
 
-template <typename Char>
-bool HasLayoutOnly(const Char* text, std::size_t length) noexcept {
-    // One bit for each of the first 33 characters.
-    const std::uint64_t LINES_AND_TABS = 1U << '\t' | 1U << '\n' | 1U << '\r';
-    const std::uint64_t LAYOUT = LINES_AND_TABS | std::uint64_t(1) << ' ';
-    std::uint64_t seen = 0;
-    for (std::size_t i = 0; i < length; ++i) {
-        const std::uint64_t c = static_cast<std::make_unsigned_t<Char>>(text[i]);
-        const std::uint64_t bit = c <= ' ' ? std::uint64_t(1) << c : 0;
-        if ((bit & LAYOUT) == 0) {
-            return false;
-        }
-        seen |= bit;
-    }
-    return length == 0 || (seen & LINES_AND_TABS) != 0;
-}
-
 }  // namespace
 
 CStringConverter::CStringConverter() : CStringConverter(nullptr) {}
@@ -95,11 +76,17 @@ bool CStringConverter::IsValidName() {
 }
 
 bool CStringConverter::IsFormattingWhitespace(const char* text, std::size_t length) noexcept {
-    return HasLayoutOnly(text, length);
-}
-
-bool CStringConverter::IsFormattingWhitespace(const char16_t* text, std::size_t length) noexcept {
-    return HasLayoutOnly(text, length);
+    bool hasLineOrTab = false;
+    for (std::size_t i = 0; i < length; ++i) {
+        const char c = text[i];
+        if (c != ' ') {
+            if (c != '\n' && c != '\t' && c != '\r') {
+                return false;
+            }
+            hasLineOrTab = true;
+        }
+    }
+    return length == 0 || hasLineOrTab;
 }
 
 const char* CStringConverter::GetString() { return m_pText; }

@@ -15,9 +15,8 @@ class CStringConverter {
 public:
     // Whether a run of character data is layout: empty, or only blanks, line ends and TABs with at
     // least one line end or TAB among them. A load drops such a run. Deliberate: blanks alone are
-    // content. The same for a narrow text and for the parser's, which need no conversion first.
+    // content.
     static bool IsFormattingWhitespace(const char* text, std::size_t length) noexcept;
-    static bool IsFormattingWhitespace(const char16_t* text, std::size_t length) noexcept;
 
     CStringConverter();
     explicit CStringConverter(const char* text);

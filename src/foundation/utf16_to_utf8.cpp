@@ -192,10 +192,17 @@ std::size_t Utf16ToUtf8(const char16_t* text, std::size_t units, char* out) noex
     if (units >= WIDE && HasShuffle()) {
         p = PutWide(text, units, i, p);
     }
+    // The last eight, if they all are ASCII: some may be there already, in as many bytes.
+    if (p != nullptr && i < units && units >= WIDE && units - i < WIDE &&
+        CopyWideAscii(text + units - WIDE, p + (units - i) - WIDE)) {
+        return static_cast<std::size_t>(p - out) + units - i;
+    }
     while (p != nullptr && i < units) {
         if (units - i >= WIDE && CopyWideAscii(text + i, p)) {
             i += WIDE;
             p += WIDE;
+        } else if (text[i] < 0x80) {
+            *p++ = ToByte(text[i++]);
         } else {
             p = PutUtf8(text, units, i, p);
         }

@@ -9,13 +9,14 @@
 
 #include "foundation/errors.h"
 #include "foundation/parser_text.h"
-#include "load/dom_string.h"
-#include "load/error_handler.h"
-#include "load/event_forwarder.h"
 #include "load/manager_access.h"
-#include "load/reader_link.h"
-#include "load/sax_handler_adapter.h"
-#include "load/tree_builder.h"
+#include "load/parser/dom_string.h"
+#include "load/parser/error_handler.h"
+#include "load/parser/parser_to_client.h"
+#include "load/parser/parser_to_tree.h"
+#include "load/parser/reader_link.h"
+#include "load/receiver/event_forwarder.h"
+#include "load/receiver/tree_builder.h"
 #include "norvask/exception.h"
 #include "norvask/manager.h"
 
@@ -33,7 +34,8 @@ struct SLoadOptions {
     bool calculateSourceOffsets;
 };
 
-// Where a document comes from: how the reader is set going, and how the parser's own exceptions are told.
+// Where a document comes from: how the reader is set going, and how the parser's own exceptions are
+// told.
 class CFileSource {
 public:
     explicit CFileSource(const char* fileName) noexcept : m_pFileName(fileName) {}
@@ -78,18 +80,18 @@ void SetValidation(SAX2XMLReader& reader, const SLoadOptions& options) {
     }
 }
 
-// Runs a load with this adapter. `attach` is called with the new reader and answers what must last as long as it.
-// The objects end in the reverse order: that answer, the reader, the error handler, and with the caller the
-// adapter and the source.
+// Runs a load with this handler of events. `attach` is called with the new reader and returns what
+// must last as long as it. The objects are destroyed in the reverse order: that result, the reader,
+// the error handler, and by the caller the handler, the receiver and the source.
 template <typename Source, typename Attach>
-void Run(Source& source, CMySAXHandler& adapter, const SLoadOptions& options, Attach attach) {
+void Run(Source& source, CMySAXHandler& handler, const SLoadOptions& options, Attach attach) {
     CMyErrorHandler errorHandler;
     const std::unique_ptr<SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
     [[maybe_unused]] const auto attached = attach(*reader);
     reader->setErrorHandler(&errorHandler);
-    reader->setContentHandler(&adapter);
-    reader->setLexicalHandler(&adapter);
-    reader->setDTDHandler(&adapter);
+    reader->setContentHandler(&handler);
+    reader->setLexicalHandler(&handler);
+    reader->setDTDHandler(&handler);
     reader->setFeature(XMLUni::fgXercesCalculateSrcOfs, options.calculateSourceOffsets);
     SetValidation(*reader, options);
     try {
@@ -105,17 +107,19 @@ void Run(Source& source, CMySAXHandler& adapter, const SLoadOptions& options, At
 
 template <typename Source>
 CXMLDocument* LoadTree(Source& source, bool keepPrefixes, const SLoadOptions& options) {
-    CTreeBuilder builder(keepPrefixes, CManagerAccess::HasOwnConverter());
-    Run(source, builder, options, [](SAX2XMLReader&) { return nullptr; });
+    CTreeBuilder builder;
+    CParserToTree handler(builder, keepPrefixes);
+    Run(source, handler, options, [](SAX2XMLReader&) { return nullptr; });
     return builder.TakeDocument();
 }
 
 template <typename Source>
 void LoadEvents(Source& source, CXMLSaxHandler& client, const SLoadOptions& options) {
     CEventForwarder forwarder(client);
-    Run(source, forwarder, options, [&](SAX2XMLReader& reader) {
+    CParserToClient handler(forwarder);
+    Run(source, handler, options, [&](SAX2XMLReader& reader) {
         auto scope = std::make_unique<CReaderScope>(client, reader, options.calculateSourceOffsets);
-        forwarder.SetLink(&scope->Link());
+        handler.SetLink(&scope->Link());
         return scope;
     });
 }

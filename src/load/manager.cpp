@@ -1,5 +1,5 @@
-// CXMLManager: the parser's life and the two settings. Only the one manager of the process tells the
-// library below it that the parser is there; one that a client derived speaks for itself alone.
+// CXMLManager: the parser's life and the two settings. Only the one manager of the process tells
+// the library below it that the parser is there; one that a client derived speaks for itself alone.
 #include "norvask/manager.h"
 
 #include <new>

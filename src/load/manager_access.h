@@ -1,4 +1,4 @@
-// Internal. The state and the settings of the manager, for loads.
+// Internal. CManagerAccess: the state of a manager, for its operations.
 #ifndef NORVASK_LOAD_MANAGER_ACCESS_H
 #define NORVASK_LOAD_MANAGER_ACCESS_H
 
@@ -14,12 +14,6 @@ public:
         if (!manager.m_bInitialized) {
             ThrowParserNotInitialised();
         }
-    }
-
-    // Whether the converter in force is the library's own, which need not be asked.
-    static bool HasOwnConverter() noexcept {
-        const CXMLManager& manager = CXMLManager::sm_TheInstance;
-        return manager.m_pConverter == &manager.m_Converter;
     }
 };
 

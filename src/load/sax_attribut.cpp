@@ -1,6 +1,7 @@
+// CXMLSaxAttribut: copies have strings of their own, originals show those of the load.
 #include "norvask/sax_attribut.h"
 
-#include "load/event_attributes.h"
+#include "load/receiver/event_attributes.h"
 
 namespace norvask {
 

@@ -2,12 +2,9 @@
 // which clients reach the readers of typed values.
 #include "norvask/sax_handler.h"
 
-#include <xercesc/util/RuntimeException.hpp>
-#include <xercesc/util/XMLExceptMsgs.hpp>
-
 #include "foundation/shared_block.h"
 #include "foundation/value_text.h"
-#include "load/reader_link.h"
+#include "load/parser/reader_link.h"
 
 namespace norvask {
 
@@ -25,57 +22,20 @@ const struct SPlaceOfBlock {
 
 }  // namespace
 
-CReaderLink* CReaderLink::Attach(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader,
-                                 bool tracksOffsets) {
-    CReaderLink* link = new CReaderLink(reader, tracksOffsets);
-    Release(handler.m_pReader);
-    handler.m_pReader = Share(link);
-    return link;
-}
-
-CReaderLink* CReaderLink::Share(CReaderLink* link) noexcept {
-    if (link != nullptr) {
-        link->m_nUsers.fetch_add(1, std::memory_order_relaxed);
-    }
-    return link;
-}
-
-void CReaderLink::Release(CReaderLink* link) noexcept {
-    if (link != nullptr && link->m_nUsers.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-        delete link;
-    }
-}
-
-std::uint64_t CReaderLink::Offset() {
-    if (m_pReader == nullptr) {
-        return 0;
-    }
-    // The parser's own refusal, which it forgets inside of internal entities.
-    if (!m_bTracks) {
-        throw xercesc::RuntimeException("", 0, xercesc::XMLExcepts::Reader_SrcOfsNotSupported);
-    }
-    // Inside of an entity the parser counts in the entity.
-    if (m_nEntities == 0) {
-        const std::uint64_t offset = m_pReader->getSrcOffset();
-        m_nLast = offset > m_nLast ? offset : m_nLast;
-    }
-    return m_nLast;
-}
-
-CXMLSaxHandler::CXMLSaxHandler() noexcept : m_pReader(nullptr) {}
+CXMLSaxHandler::CXMLSaxHandler() noexcept : m_pLink(nullptr) {}
 
 CXMLSaxHandler::CXMLSaxHandler(const CXMLSaxHandler& other) noexcept
-    : m_pReader(CReaderLink::Share(other.m_pReader)) {}
+    : m_pLink(CReaderLink::Retain(other.m_pLink)) {}
 
 CXMLSaxHandler& CXMLSaxHandler::operator=(const CXMLSaxHandler& other) noexcept {
-    CReaderLink* link = CReaderLink::Share(other.m_pReader);
-    CReaderLink::Release(m_pReader);
-    m_pReader = link;
+    CReaderLink* link = CReaderLink::Retain(other.m_pLink);
+    CReaderLink::Release(m_pLink);
+    m_pLink = link;
     return *this;
 }
 
 CXMLSaxHandler::~CXMLSaxHandler() {
-    CReaderLink::Release(m_pReader);
+    CReaderLink::Release(m_pLink);
     CSharedBlock::Release();
 }
 
@@ -100,7 +60,7 @@ void CXMLSaxHandler::StartNamespace(const char*, const char*) {}
 void CXMLSaxHandler::EndNamespace(const char*) {}
 
 std::uint64_t CXMLSaxHandler::GetSourceOffset() {
-    return m_pReader == nullptr ? 0 : m_pReader->Offset();
+    return m_pLink == nullptr ? 0 : m_pLink->Offset();
 }
 
 bool CXMLSaxHandler::GetDate(const char* text, int& year, int& month, int& day) {

@@ -1,7 +1,7 @@
 // Exceptions of the parser's own types that a callback throws.
 //
-// A client may use the parser itself, in a callback too. It lives with the unit tests because it needs the
-// parser's headers.
+// A client may use the parser itself, in a callback too. It lives with the unit tests because it
+// needs the parser's headers.
 #include <gtest/gtest.h>
 #include <norvask/norvask.h>
 

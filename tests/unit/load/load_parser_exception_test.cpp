@@ -1,7 +1,8 @@
 // Exceptions of the parser's own types that reach a load otherwise than through its error handler.
 //
-// No document makes the parser throw one past its error handler, so they are thrown here from where a
-// load calls out: an installed converter. It lives with the unit tests because it needs the parser's headers.
+// No document makes the parser throw one past its error handler, so they are thrown here from where
+// a load calls out: an installed converter. It lives with the unit tests because it needs the
+// parser's headers.
 #include <gtest/gtest.h>
 #include <norvask/norvask.h>
 
@@ -68,8 +69,8 @@ TEST(LoadParserException, OfAParseIsToldWithoutANameForMemory) {
     EXPECT_XML_ERROR(LoadMemory("<r/>"), 1, "XML parser error\n\n'a message'");
 }
 
-// The first goes to the error handler, like everything that goes wrong while the parser reads. If that
-// fails too, the exception comes out of the parser.
+// The first goes to the error handler, like everything that goes wrong while the parser reads. If
+// that fails too, the exception comes out of the parser.
 TEST(LoadParserException, OfAnyKindGoesToTheErrorHandlerFirst) {
     TemporaryFile file(".xml", "<r/>");
     {

@@ -1,9 +1,9 @@
-// Internal. CPendingText: the character data gathered since the last tag or CDATA boundary.
+// Internal. CPendingText: the character data gathered since the last boundary (my_sax_handler.h).
 //
-// The parser reports every reference and every buffer's worth as a run of its own, so the buffer grows
-// geometrically; it is kept for the whole load.
-#ifndef NORVASK_LOAD_PENDING_TEXT_H
-#define NORVASK_LOAD_PENDING_TEXT_H
+// The parser reports each reference and each filling of its buffer as a run of its own, so the
+// block grows geometrically; it is kept for the whole load.
+#ifndef NORVASK_LOAD_PARSER_PENDING_TEXT_H
+#define NORVASK_LOAD_PARSER_PENDING_TEXT_H
 
 #include <cstddef>
 #include <cstring>
@@ -29,7 +29,7 @@ public:
     std::size_t Length() const noexcept { return m_nLength; }
     void Clear() noexcept { m_nLength = 0; }
 
-    // The text, terminated; not to be asked when there is none.
+    // The text, terminated. There is one.
     const char16_t* Text() noexcept {
         m_pText[m_nLength] = 0;
         return m_pText.get();

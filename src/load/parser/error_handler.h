@@ -1,6 +1,6 @@
 // Internal. CMyErrorHandler: turns the first error that the parser reports into a CXMLException.
-#ifndef NORVASK_LOAD_ERROR_HANDLER_H
-#define NORVASK_LOAD_ERROR_HANDLER_H
+#ifndef NORVASK_LOAD_PARSER_ERROR_HANDLER_H
+#define NORVASK_LOAD_PARSER_ERROR_HANDLER_H
 
 #include <xercesc/sax/ErrorHandler.hpp>
 
@@ -11,7 +11,7 @@ public:
     // Ignored: the document loads as if there were no warning.
     void warning(const xercesc::SAXParseException& exception) override;
 
-    // Throw the load error with the source, the line and the parser's text; the parse ends.
+    // Throw the load error with the source, the line and the parser's text; that ends the load.
     void error(const xercesc::SAXParseException& exception) override;
     void fatalError(const xercesc::SAXParseException& exception) override;
 

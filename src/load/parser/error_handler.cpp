@@ -1,11 +1,12 @@
-#include "load/error_handler.h"
+// CMyErrorHandler: an error of the parser as a load error, its two texts by the converter in force.
+#include "load/parser/error_handler.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "foundation/errors.h"
-#include "load/dom_string.h"
+#include "load/parser/dom_string.h"
 
 namespace norvask {
 

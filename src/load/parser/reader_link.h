@@ -1,10 +1,10 @@
-// Internal. CReaderLink: what a client's handler and its copies know of the load under way, for the position in
-// the source.
+// Internal. CReaderLink: what a client's handler and its copies know of the load under way, for the
+// position in the source.
 //
-// Shared and counted, so that the end of a load reaches every copy, and a load never touches a handler that is
-// gone.
-#ifndef NORVASK_LOAD_READER_LINK_H
-#define NORVASK_LOAD_READER_LINK_H
+// It is shared and counted, so that the end of a load reaches every copy, and a load never touches
+// a handler that is destroyed.
+#ifndef NORVASK_LOAD_PARSER_READER_LINK_H
+#define NORVASK_LOAD_PARSER_READER_LINK_H
 
 #include <atomic>
 #include <cstdint>
@@ -19,11 +19,12 @@ public:
     CReaderLink(const CReaderLink&) = delete;
     CReaderLink& operator=(const CReaderLink&) = delete;
 
-    // A new link, which `handler` shows from now on; the caller has one use of it. Throws std::bad_alloc.
+    // A new link, which `handler` shows from now on, and which the caller has retained. Throws
+    // std::bad_alloc.
     static CReaderLink* Attach(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader,
                                bool tracksOffsets);
-    // One more or one less user; NULL is allowed. The last one deletes the link.
-    static CReaderLink* Share(CReaderLink* link) noexcept;
+    // NULL is allowed. The last release deletes the link.
+    static CReaderLink* Retain(CReaderLink* link) noexcept;
     static void Release(CReaderLink* link) noexcept;
 
     // The load is over.
@@ -33,8 +34,8 @@ public:
     void EnterEntity() noexcept { ++m_nEntities; }
     void LeaveEntity() noexcept { --m_nEntities; }
 
-    // The position in the source, 0 after the load. Throws the parser's exception when it does not track
-    // positions.
+    // The position in the source, 0 after the load. Throws the parser's exception when it does not
+    // track positions.
     std::uint64_t Offset();
 
 private:

@@ -1,0 +1,155 @@
+// CParserToClient: which of the parser's strings are converted, and when. The strings of one event
+// lie in one block, which may move until the last of them is there, so they are shown only then.
+#include "load/parser/parser_to_client.h"
+
+#include <cstring>
+#include <xercesc/sax2/Attributes.hpp>
+
+#include "load/parser/reader_link.h"
+
+namespace norvask {
+
+void CParserToClient::startDocument() { m_Forwarder.StartDocument(); }
+
+// No flush: there is no text behind the root.
+void CParserToClient::endDocument() { m_Forwarder.EndDocument(); }
+
+// A callback may install another converter, so each event looks which one is in force, after it has
+// given on the text before it.
+void CParserToClient::startElement(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname,
+                                   const xercesc::Attributes& attributes) {
+    FlushText();
+    const bool own = CDOMString::IsOwnInForce();
+    m_Narrow.Clear();
+    const std::size_t count = PlaceAttributes(attributes, own);
+    const SPlacedName name = Place(uri, localname, qname, own);
+    CEventAttributes& shown = m_Forwarder.Attributes();
+    shown.Begin(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        shown.Set(i, Shown(m_Attributes[i].name), m_Narrow.At(m_Attributes[i].value));
+    }
+    m_Open.push_back(name.kept);
+    m_Forwarder.StartElement(Shown(name));
+}
+
+// Returns how many there are.
+std::size_t CParserToClient::PlaceAttributes(const xercesc::Attributes& attributes, bool own) {
+    const XMLSize_t count = attributes.getLength();
+    if (m_Attributes.size() < count) {
+        m_Attributes.resize(count);
+    }
+    for (XMLSize_t i = 0; i < count; ++i) {
+        const XMLCh* const uri = attributes.getURI(i);
+        const XMLCh* const localname = attributes.getLocalName(i);
+        // Without a namespace there is no prefix; the parser would put the name together anew.
+        const XMLCh* const qname = *uri == 0 ? localname : attributes.getQName(i);
+        m_Attributes[i].name = Place(uri, localname, qname, own);
+        m_Attributes[i].value = m_Narrow.Append(attributes.getValue(i));
+    }
+    return count;
+}
+
+CParserToClient::SPlacedName CParserToClient::PlaceUnlikely(const XMLCh* uri,
+                                                            const XMLCh* localname,
+                                                            const XMLCh* qname, bool own) {
+    if (own) {
+        CNames::SName* const kept =
+            m_Names.Find({uri, qname}, [&] { return Keep(Append(uri, localname, qname)); });
+        if (kept != nullptr) {
+            return {kept, 0};
+        }
+    }
+    return {nullptr, Append(uri, localname, qname)};
+}
+
+// Three strings, one behind the other.
+std::size_t CParserToClient::Append(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname) {
+    const std::size_t place = m_Narrow.Append(uri);
+    m_Narrow.Append(localname);
+    m_Narrow.Append(qname);
+    return place;
+}
+
+SEventName CParserToClient::ThreeAt(const char* strings) noexcept {
+    const char* const localName = strings + std::strlen(strings) + 1;
+    return {strings, localName, localName + std::strlen(localName) + 1};
+}
+
+// Three strings that were appended last.
+CParserToClient::SKeptName CParserToClient::Keep(std::size_t place) const {
+    const std::size_t bytes = m_Narrow.End() - place;
+    std::unique_ptr<char[]> block(new char[bytes]);
+    std::memcpy(block.get(), m_Narrow.At(place), bytes);
+    const SEventName shown = ThreeAt(block.get());
+    return {std::move(block), shown};
+}
+
+void CParserToClient::endElement(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname) {
+    FlushText();
+    CNames::SName* const kept = m_Open.back();
+    m_Open.pop_back();
+    if (kept != nullptr && CDOMString::IsOwnInForce()) {
+        m_Names.Ended(kept);
+        m_Forwarder.EndElement(kept->payload.shown);
+    } else {
+        m_Narrow.Clear();
+        m_Forwarder.EndElement(Shown({nullptr, Append(uri, localname, qname)}));
+    }
+}
+
+void CParserToClient::characters(const XMLCh* text, XMLSize_t units) { Gather(text, units); }
+
+void CParserToClient::GiveText(const XMLCh* text, XMLSize_t units, bool inCDATA) {
+    const SKnownText narrow = m_Narrow.Convert(text, units);
+    if (inCDATA) {
+        m_Forwarder.CDATAContent(narrow);
+    } else {
+        m_Forwarder.CharacterData(narrow);
+    }
+}
+
+void CParserToClient::startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) {
+    m_Narrow.Clear();
+    const std::size_t narrowPrefix = m_Narrow.Append(prefix);
+    const std::size_t narrowUri = m_Narrow.Append(uri);
+    m_Forwarder.StartNamespace(m_Narrow.At(narrowPrefix), m_Narrow.At(narrowUri));
+}
+
+void CParserToClient::endPrefixMapping(const XMLCh* prefix) {
+    m_Forwarder.EndNamespace(m_Narrow.Convert(prefix).text);
+}
+
+void CParserToClient::startCDATA() {
+    CMySAXHandler::startCDATA();
+    m_Forwarder.StartCDATA();
+}
+
+void CParserToClient::endCDATA() {
+    CMySAXHandler::endCDATA();
+    m_Forwarder.EndCDATA();
+}
+
+void CParserToClient::startDTD(const XMLCh* name, const XMLCh* publicId, const XMLCh* systemId) {
+    // The parser reports an empty one for SYSTEM, which has none.
+    const bool isPublic = publicId != nullptr && *publicId != 0;
+    m_Narrow.Clear();
+    const std::size_t narrowName = m_Narrow.Append(name);
+    const std::size_t narrowPublicId = isPublic ? m_Narrow.Append(publicId) : 0;
+    const std::size_t narrowSystemId = m_Narrow.Append(systemId);
+    m_Forwarder.StartDTD(m_Narrow.At(narrowName), isPublic ? m_Narrow.At(narrowPublicId) : nullptr,
+                         systemId == nullptr ? nullptr : m_Narrow.At(narrowSystemId));
+}
+
+void CParserToClient::startEntity(const XMLCh*) {
+    if (m_pLink != nullptr) {
+        m_pLink->EnterEntity();
+    }
+}
+
+void CParserToClient::endEntity(const XMLCh*) {
+    if (m_pLink != nullptr) {
+        m_pLink->LeaveEntity();
+    }
+}
+
+}  // namespace norvask
