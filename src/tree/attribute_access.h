@@ -45,9 +45,10 @@ public:
 
     // An attribute in the tree's memory, which keeps the use of the name and the value. Throws
     // std::bad_alloc, and then both are still the caller's.
-    static CXMLAttribut* New(CTree& tree, CNameUse& name, CTreeString value) {
+    static CXMLAttribut* New(CTree& tree, CNameUse& name, CNewString& value) {
         void* const block = tree.Arena().AllocatePlain(sizeof(CXMLAttribut));
-        return new (block) CXMLAttribut(CXMLAttribut::SOwned(), name.Keep().Text(), value.Text());
+        return new (block)
+            CXMLAttribut(CXMLAttribut::SOwned(), name.Keep().Text(), value.Keep().Text());
     }
 
 private:

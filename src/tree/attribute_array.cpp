@@ -117,14 +117,8 @@ void AppendAttribute(SElementBody* body, CNameUse&& name, const SKnownText& valu
     CTree& tree = TreeOf(body);
     const std::uint32_t count = AttributeCount(body);
     ReserveAttributes(body, static_cast<std::size_t>(count) + 1);
-    const CTreeString copy = tree.Strings().New(value);
-    CXMLAttribut* attribute = nullptr;
-    try {
-        attribute = CAttributeAccess::New(tree, name, copy);
-    } catch (...) {
-        FreeTreeString(copy);
-        throw;
-    }
+    CNewString copy(tree, value);
+    CXMLAttribut* const attribute = CAttributeAccess::New(tree, name, copy);
     PutSlot(body->attributes->Slots(), body->attributes->used, attribute);
     if (IsIndexed(body)) {
         EnterIndex(body, count);

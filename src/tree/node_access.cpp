@@ -31,15 +31,10 @@ CXMLNode* CNodeAccess::NewElement(CTree& tree, CNameUse&& name, CXMLNode* parent
 }
 
 CXMLTextNode* CNodeAccess::NewText(CTree& tree, const SKnownText& text, CXMLNode* parent) {
-    const CTreeString copy = tree.Strings().New(text);
-    try {
-        CXMLTextNode* const node = NewBlock<CXMLTextNode, STextBody>(tree, EObject::TEXT, parent);
-        TextOf(node)->text = copy;
-        return node;
-    } catch (...) {
-        FreeTreeString(copy);
-        throw;
-    }
+    CNewString copy(tree, text);
+    CXMLTextNode* const node = NewBlock<CXMLTextNode, STextBody>(tree, EObject::TEXT, parent);
+    TextOf(node)->text = copy.Keep();
+    return node;
 }
 
 CXMLBinNode* CNodeAccess::NewBinary(CTree& tree, CXMLNode* parent) {
@@ -58,27 +53,20 @@ SNodeBody* CNodeAccess::NewDerivedBody(CTree& tree, CXMLNode::NodeType kind, CXM
 }
 
 SNodeBody* CNodeAccess::NewDerivedElement(const char* name, CXMLNode* parent) {
-    CTree* const tree = CTree::Create();
-    try {
-        CNameUse use(*tree, JudgeText(name));
-        SNodeBody* const body = NewDerivedBody<SElementBody>(*tree, CXMLNode::NODE_ELEMENT, parent);
-        static_cast<SElementBody*>(body)->name = use.Keep();
-        return body;
-    } catch (...) {
-        tree->Release();
-        throw;
-    }
+    CTreePtr tree(CTree::Create());
+    CNameUse use(*tree, JudgeText(name));
+    SNodeBody* const body = NewDerivedBody<SElementBody>(*tree, CXMLNode::NODE_ELEMENT, parent);
+    static_cast<SElementBody*>(body)->name = use.Keep();
+    tree.release();
+    return body;
 }
 
 template <typename Body>
 SNodeBody* CNodeAccess::NewDerivedLeaf(CXMLNode::NodeType kind, CXMLNode* parent) {
-    CTree* const tree = CTree::Create();
-    try {
-        return NewDerivedBody<Body>(*tree, kind, parent);
-    } catch (...) {
-        tree->Release();
-        throw;
-    }
+    CTreePtr tree(CTree::Create());
+    SNodeBody* const body = NewDerivedBody<Body>(*tree, kind, parent);
+    tree.release();
+    return body;
 }
 
 SNodeBody* CNodeAccess::NewDerivedText(CXMLNode* parent) {

@@ -7,7 +7,8 @@
 //   in a block   its own body     no            with the children and the content
 //   in a block   another's body   no            with the children and the content of that body
 //
-// The block of an object goes with the object, or, if somebody shows the body in it, with that body.
+// The block of an object goes with the object, or, if somebody shows the body in it, with that
+// body.
 //
 // A body keeps its last owner until its children are destroyed: the objects that go on the way may
 // include the one in whose block the body lies (BODY_OBJECT_GONE), and then the block goes last.

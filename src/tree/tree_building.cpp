@@ -59,13 +59,10 @@ CXMLBinNode* AddBinary(CXMLNode* parent) {
 }
 
 CXMLNode* NewRoot(const char* name) {
-    CTree* const tree = CTree::Create();
-    try {
-        return CNodeAccess::NewElement(*tree, UseValidName(*tree, name), nullptr);
-    } catch (...) {
-        tree->Release();
-        throw;
-    }
+    CTreePtr tree(CTree::Create());
+    CXMLNode* const root = CNodeAccess::NewElement(*tree, UseValidName(*tree, name), nullptr);
+    tree.release();
+    return root;
 }
 
 unsigned char* NewDataCopy(CTree& tree, const unsigned char* data, std::size_t length) {

@@ -26,7 +26,7 @@ public:
 
 class CTree {
 public:
-    // A new tree; the caller is its one owner. Throws std::bad_alloc.
+    // A new tree; the caller is its one owner (CTreePtr). Throws std::bad_alloc.
     static CTree* Create();
     CTree(const CTree&) = delete;
     CTree& operator=(const CTree&) = delete;
@@ -71,12 +71,32 @@ private:
     std::unique_ptr<CTreeAttachment> m_pAttachment;
 };
 
+// One owner of a tree.
+struct SReleaseTree {
+    void operator()(CTree* tree) const noexcept { tree->Release(); }
+};
+using CTreePtr = std::unique_ptr<CTree, SReleaseTree>;
+
 // Frees a string of a tree, or the constant "", which is of none.
 inline void FreeTreeString(CTreeString string) noexcept {
     if (!string.Is(STRING_STATIC)) {
         string.Tree().Strings().Free(string);
     }
 }
+
+// A new string of a tree, freed unless somebody keeps it. Throws std::bad_alloc.
+class CNewString {
+public:
+    CNewString(CTree& tree, const SKnownText& text) : m_String(tree.Strings().New(text)) {}
+    CNewString(const CNewString&) = delete;
+    CNewString& operator=(const CNewString&) = delete;
+    ~CNewString() { FreeTreeString(m_String); }
+
+    CTreeString Keep() noexcept { return std::exchange(m_String, CTreeString()); }
+
+private:
+    CTreeString m_String;
+};
 
 }  // namespace norvask
 

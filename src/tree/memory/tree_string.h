@@ -4,8 +4,9 @@
 //   header := distance flags length     in the four bytes before the first character
 //
 // The names of a tree and the values and texts in it are such strings, and so are those of
-// attributes outside of any tree. The header leads to the page (page.h), so a string can be retained
-// beyond the life of its tree. The length is there for the short strings that nearly all are.
+// attributes outside of any tree. The header leads to the page (page.h), so a string can be
+// retained beyond the life of its tree. The length is there for the short strings that nearly all
+// are.
 //
 // A CTreeString is one pointer and owns nothing. Who frees the string is said where it is kept: an
 // attribute or a text node of a tree (FreeTreeString), the name table (name_table.h), or whoever
@@ -123,8 +124,8 @@ CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text);
 void RetainString(CTreeString string) noexcept;
 void ReleaseString(CTreeString string) noexcept;
 
-// The bytes of a string of this length, with header and terminator, and writing it to a block of that
-// size.
+// The bytes of a string of this length, with header and terminator, and writing it to a block of
+// that size.
 inline std::size_t StringBytes(std::size_t length) noexcept {
     return sizeof(SStringHeader) + length + 1;
 }
