@@ -88,6 +88,7 @@ void WriteLayout() {
     FIELD("stack.block", SWriterBody, names.m_pBlock);
     FIELD("stack.used", SWriterBody, names.m_nUsed);
     VALUE("stack.length", sizeof(std::size_t));
+    VALUE("stack.overhead", CStringStack::OVERHEAD);
 }
 
 }  // namespace norvask

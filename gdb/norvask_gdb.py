@@ -318,7 +318,7 @@ class SaxWriter(View):
         size = value("stack.length")
         block, end = field(body, "stack.block"), field(body, "stack.used")
         while end > 0:
-            end -= number(block + end - size, size) + 1 + size
+            end -= number(block + end - size, size) + value("stack.overhead")
             if end < 0:
                 raise NoObject("no writer here, or no longer")
             yield text_at(block + end)

@@ -53,7 +53,11 @@ void LeaveIndex(SElementBody* body) noexcept {
 // Adds the attributes from this one on. Without memory the element does without the index.
 bool EnterIndex(SElementBody* body, std::uint32_t first) noexcept {
     try {
-        std::uint64_t& order = MadeExtras(body).indexed;
+        std::uint32_t& order = MadeExtras(body).indexed;
+        if (order > UINT32_MAX - body->attributes->Count()) {
+            LeaveIndex(body);  // and enters it again when it is searched
+            return false;
+        }
         CAttributeIndex& index = CAttributeIndex::MadeFor(TreeOf(body));
         for (std::uint32_t i = first; i < body->attributes->Count(); ++i) {
             index.Add(body, ++order, body->attributes->Slots()[i]);
@@ -79,6 +83,9 @@ void RemoveAttribute(SElementBody* body, CXMLAttribut* attribute) noexcept {
     RemoveSlot(attributes.Slots(), attributes.used,
                FindSlot(attributes.Slots(), attributes.used, attribute));
     DestroyAttribute(TreeOf(body), attribute);
+    if (IsIndexed(body) && attributes.Count() < INDEX_FROM / 2) {
+        LeaveIndex(body);
+    }
 }
 
 }  // namespace

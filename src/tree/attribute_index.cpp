@@ -53,7 +53,7 @@ CXMLAttribut* CAttributeIndex::Find(const SElementBody* element, const SNameLook
     return nullptr;
 }
 
-void CAttributeIndex::Add(const SElementBody* element, std::uint64_t order,
+void CAttributeIndex::Add(const SElementBody* element, std::uint32_t order,
                           CXMLAttribut* attribute) {
     const SKey key = {element, HashOfName(attribute), order};
     const bool assigned = CAttributeAccess::Holds(attribute);

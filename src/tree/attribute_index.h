@@ -25,7 +25,7 @@ namespace norvask {
 
 struct SElementBody;
 
-const std::uint32_t INDEX_FROM = 32;
+const std::uint32_t INDEX_FROM = 128;
 
 class CAttributeIndex : public CTreeAttachment {
 public:
@@ -38,7 +38,7 @@ public:
 
     // `order` must be higher than those of the element so far. Throws std::bad_alloc, then nothing
     // has changed.
-    void Add(const SElementBody* element, std::uint64_t order, CXMLAttribut* attribute);
+    void Add(const SElementBody* element, std::uint32_t order, CXMLAttribut* attribute);
     void Remove(CXMLAttribut* attribute) noexcept;
 
     // An attribute of this index shows another name now.
@@ -50,7 +50,7 @@ private:
     struct SKey {
         const SElementBody* element;
         std::uint32_t hash;
-        std::uint64_t order;
+        std::uint32_t order;
 
         bool operator<(const SKey& other) const noexcept;
     };

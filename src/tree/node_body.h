@@ -35,8 +35,7 @@ struct SNodeBody {
 // What an element needs that was asked a query or has very many attributes.
 struct SElementExtras {
     SQueryResult result;
-    std::uint64_t
-        indexed;  // how many attributes ever came into the tree's index; 0 when it is not used
+    std::uint32_t indexed;  // attributes that came into the tree's index; 0 when it is not used
 };
 
 // The attributes; the slots follow. There is none as long as an element has neither attributes nor

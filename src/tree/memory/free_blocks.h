@@ -22,7 +22,6 @@ struct SFreeBlock {
     std::uint32_t bytes;
     std::uint16_t distance;  // to the page; 0 when that is not known
 };
-const std::size_t SMALLEST_BLOCK = 16;
 static_assert(sizeof(SFreeBlock) <= SMALLEST_BLOCK, "a free block tells of itself in itself");
 
 // Reads and writes what a free block tells of itself, which is poisoned at all other times.

@@ -8,6 +8,14 @@
 #endif
 
 namespace norvask {
+namespace {
+
+std::atomic<std::uint32_t>& CountOf(SPage* page, const void* block) noexcept {
+    const std::ptrdiff_t distance = static_cast<const char*>(block) - ContentOf(page);
+    return page->counts[static_cast<std::size_t>(distance) / SMALLEST_BLOCK];
+}
+
+}  // namespace
 
 #if defined(NORVASK_POISONS_MEMORY)
 void PoisonMemory(void* memory, std::size_t bytes) noexcept {
@@ -20,16 +28,43 @@ void UnpoisonMemory(void* memory, std::size_t bytes) noexcept {
 
 SPage* NewPage(std::size_t bytes) {
     SPage* page = static_cast<SPage*>(::operator new(sizeof(SPage) + bytes));
-    return new (page) SPage{nullptr, nullptr, nullptr, bytes, false, 0, {1}};
+    return new (page) SPage{nullptr, nullptr, nullptr, bytes, false, 0, {1}, nullptr};
 }
 
 void RetainPage(SPage* page) noexcept { page->retained.fetch_add(1, std::memory_order_relaxed); }
 
 void ReleasePage(SPage* page) noexcept {
     if (page->retained.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        delete[] page->counts;
         UnpoisonMemory(ContentOf(page), page->bytes);
         ::operator delete(page);
     }
+}
+
+// Counts are made only while nobody else retains the page, who could miss them. A block with a page
+// of its own needs none.
+void RetainBlock(SPage* page, const void* block) noexcept {
+    if (page->counts == nullptr && page->tree != nullptr && !page->isSingle &&
+        IsRetainedOnce(page)) {
+        page->counts =
+            new (std::nothrow) std::atomic<std::uint32_t>[page->bytes / SMALLEST_BLOCK + 1]();
+    }
+    RetainPage(page);
+    if (page->counts != nullptr) {
+        CountOf(page, block).fetch_add(1, std::memory_order_relaxed);
+    }
+}
+
+void ReleaseBlock(SPage* page, const void* block) noexcept {
+    if (page->counts != nullptr) {
+        CountOf(page, block).fetch_sub(1, std::memory_order_release);
+    }
+    ReleasePage(page);
+}
+
+bool IsBlockRetained(SPage* page, const void* block) noexcept {
+    return page->counts != nullptr ? CountOf(page, block).load(std::memory_order_acquire) != 0
+                                   : !IsRetainedOnce(page);
 }
 
 }  // namespace norvask

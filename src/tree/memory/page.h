@@ -4,8 +4,9 @@
 //   page := header block*
 //
 // A tree retains each of its pages, and every string that is shown outside of the tree retains the
-// page that it lies in. Whoever releases a page last frees it, on whatever thread. Everything else
-// about a page of a tree belongs to the thread of the tree.
+// page that it lies in. Whoever releases a page last frees it, on whatever thread. So that the tree
+// knows which of its strings are shown, a page counts that for each of them from the first one on.
+// Everything else about a page of a tree belongs to the thread of the tree.
 //
 // A block that must know its page holds a distance: to the header of the page, in units of
 // four bytes.
@@ -30,8 +31,14 @@ struct SPage {
     bool isSingle;         // the page of one block
     std::uint16_t unused;  // bytes at the end that no block was given
     std::atomic<std::uint32_t> retained;
+    // How often each block was retained that begins in a piece of SMALLEST_BLOCK bytes; NULL when
+    // none was, or when there was no memory for the counts.
+    std::atomic<std::uint32_t>* counts;
 };
 static_assert(sizeof(SPage) % 8 == 0, "blocks are aligned to eight bytes");
+
+// No block is smaller, so no two of them begin in one piece of so many bytes.
+const std::size_t SMALLEST_BLOCK = 16;
 
 inline char* ContentOf(SPage* page) noexcept { return reinterpret_cast<char*>(page + 1); }
 
@@ -52,6 +59,13 @@ inline std::uint16_t DistanceTo(const SPage* page, const void* block) noexcept {
 SPage* NewPage(std::size_t bytes);
 void RetainPage(SPage* page) noexcept;
 void ReleasePage(SPage* page) noexcept;
+
+// Retain and release a page for a block of it, on whatever thread, save that it is the tree's when the
+// block is shown nowhere outside yet.
+void RetainBlock(SPage* page, const void* block) noexcept;
+void ReleaseBlock(SPage* page, const void* block) noexcept;
+// Whether a block is retained. One of a page without counts is, if anything of that page is.
+bool IsBlockRetained(SPage* page, const void* block) noexcept;
 
 // Whether nobody but the tree retains the page, or nobody but the one string outside of any tree.
 inline bool IsRetainedOnce(const SPage* page) noexcept {

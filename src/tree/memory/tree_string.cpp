@@ -40,13 +40,13 @@ CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text) {
 void RetainString(CTreeString string) noexcept {
     if (!string.Is(STRING_STATIC)) {
         string.Add(STRING_SHOWN);
-        RetainPage(string.Page());
+        RetainBlock(string.Page(), string.Text());
     }
 }
 
 void ReleaseString(CTreeString string) noexcept {
     if (!string.Is(STRING_STATIC)) {
-        ReleasePage(string.Page());
+        ReleaseBlock(string.Page(), string.Text());
     }
 }
 

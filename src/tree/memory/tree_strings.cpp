@@ -7,7 +7,7 @@
 namespace norvask {
 namespace {
 
-const std::size_t FIRST_IDLE_LIMIT = 4096;
+const std::size_t FIRST_IDLE_LIMIT = 1024;
 
 }  // namespace
 
@@ -36,15 +36,15 @@ void CTreeStrings::LetLieIdle(const SIdleBlock& block) noexcept {
     }
 }
 
-// It looks at all idle blocks, so the next time it waits until as much has come as it has to leave
-// now.
+// It looks at all idle blocks, so the next time it waits until half as much has come as it has to
+// leave now.
 void CTreeStrings::FreeIdle() noexcept {
     std::vector<SIdleBlock>& blocks = m_pIdle->blocks;
     std::size_t left = 0;
     std::size_t bytes = 0;
     for (const SIdleBlock& idle : blocks) {
-        if (IsRetainedOnce(idle.page)) {
-            m_Arena.FreePaged(idle.block, idle.bytes, idle.page);
+        if (!MustLieIdle(idle.string)) {
+            m_Arena.FreePaged(idle.block, idle.bytes, idle.string.Page());
         } else {
             blocks[left++] = idle;
             bytes += idle.bytes;
@@ -55,7 +55,7 @@ void CTreeStrings::FreeIdle() noexcept {
         blocks.shrink_to_fit();
     }
     m_pIdle->bytes = bytes;
-    m_pIdle->limit = std::max(FIRST_IDLE_LIMIT, 2 * bytes);
+    m_pIdle->limit = bytes + std::max(FIRST_IDLE_LIMIT, bytes / 2);
 }
 
 }  // namespace norvask

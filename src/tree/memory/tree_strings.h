@@ -32,8 +32,8 @@ public:
 
     // A string with something in front of it, in a block of the arena.
     void FreeBlock(CTreeString string, void* block, std::size_t bytes) noexcept {
-        if (string.Is(STRING_SHOWN) && MustLieIdle(string.Page())) {
-            LetLieIdle({block, bytes, string.Page()});
+        if (string.Is(STRING_SHOWN) && MustLieIdle(string)) {
+            LetLieIdle({block, bytes, string});
         } else {
             m_Arena.FreePaged(block, bytes, string.Page());
         }
@@ -45,7 +45,7 @@ private:
     struct SIdleBlock {
         void* block;
         std::size_t bytes;
-        SPage* page;
+        CTreeString string;
     };
     struct SIdle {
         std::vector<SIdleBlock> blocks;
@@ -54,8 +54,9 @@ private:
     };
 
     // A page of one block goes with its block, whoever retains it.
-    static bool MustLieIdle(const SPage* page) noexcept {
-        return !page->isSingle && !IsRetainedOnce(page);
+    static bool MustLieIdle(CTreeString string) noexcept {
+        SPage* const page = string.Page();
+        return !page->isSingle && IsBlockRetained(page, string.Text());
     }
     void LetLieIdle(const SIdleBlock& block) noexcept;
     void FreeIdle() noexcept;

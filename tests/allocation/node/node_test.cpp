@@ -45,7 +45,7 @@ void ExpectSafe(Operation operation, const Promise& promise = Unchanged) {
         operation(tree);  // what is made once for the process is made now
     }
     long refusals = 0;
-    for (int filled = 0; filled < 200; ++filled) {
+    for (int filled = 0; filled < 260; ++filled) {
         std::string before;
         std::string done;
         {
