@@ -45,7 +45,7 @@ void ExpectSafe(Operation operation, const Promise& promise = Unchanged) {
         operation(tree);  // what is made once for the process is made now
     }
     long refusals = 0;
-    for (int filled = 0; filled < 260; ++filled) {
+    for (int filled = 0; filled < 200 || (refusals < 2 && filled < 1000); ++filled) {
         std::string before;
         std::string done;
         {
