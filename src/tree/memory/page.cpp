@@ -41,14 +41,15 @@ void ReleasePage(SPage* page) noexcept {
     }
 }
 
-// Counts are made only while nobody else retains the page, who could miss them. A block with a page
-// of its own needs none.
-void RetainBlock(SPage* page, const void* block) noexcept {
+void CountBlocks(SPage* page) noexcept {
     if (page->counts == nullptr && page->tree != nullptr && !page->isSingle &&
         IsRetainedOnce(page)) {
-        page->counts =
-            new (std::nothrow) std::atomic<std::uint32_t>[page->bytes / SMALLEST_BLOCK + 1]();
+        const std::size_t pieces = page->bytes / SMALLEST_BLOCK + 1;
+        page->counts = new (std::nothrow) std::atomic<std::uint32_t>[pieces]();
     }
+}
+
+void RetainBlock(SPage* page, const void* block) noexcept {
     RetainPage(page);
     if (page->counts != nullptr) {
         CountOf(page, block).fetch_add(1, std::memory_order_relaxed);

@@ -60,8 +60,12 @@ SPage* NewPage(std::size_t bytes);
 void RetainPage(SPage* page) noexcept;
 void ReleasePage(SPage* page) noexcept;
 
-// Retain and release a page for a block of it, on whatever thread, save that it is the tree's when the
-// block is shown nowhere outside yet.
+// Begins to count what is retained of a page of a tree, if that can be: only while nobody else retains
+// it, who could miss the counts, and not for the page of one block, which needs none. On the thread of
+// the tree.
+void CountBlocks(SPage* page) noexcept;
+
+// Retain and release a page for a block of it, on whatever thread.
 void RetainBlock(SPage* page, const void* block) noexcept;
 void ReleaseBlock(SPage* page, const void* block) noexcept;
 // Whether a block is retained. One of a page without counts is, if anything of that page is.

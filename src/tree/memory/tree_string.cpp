@@ -37,9 +37,13 @@ CTreeString ReplaceOuterString(CTreeString old, const SKnownText& text) {
     return made;
 }
 
+// A string is shown for the first time on the thread of its tree.
 void RetainString(CTreeString string) noexcept {
     if (!string.Is(STRING_STATIC)) {
-        string.Add(STRING_SHOWN);
+        if (!string.Is(STRING_SHOWN)) {
+            string.Add(STRING_SHOWN);
+            CountBlocks(string.Page());
+        }
         RetainBlock(string.Page(), string.Text());
     }
 }
