@@ -306,7 +306,8 @@ class SaxWriter(View):
         body = field(self.address, "writer.body")
         if field(body, "writer.stream") == 0:
             return "writer without a document"
-        names = [printable(name) for name in itertools.islice(self.names(body), SHOWN_OPEN_ELEMENTS)]
+        innermost = itertools.islice(self.names(body), SHOWN_OPEN_ELEMENTS)
+        names = [printable(name) for name in innermost]
         path = "/".join(reversed(names))
         more = ".../" if len(names) == SHOWN_OPEN_ELEMENTS else ""
         file_name = field(body, "writer.file_name")

@@ -3,16 +3,16 @@
 # said of functions and data. A declaration in a low folder may be defined in a high one, and no
 # include tells.
 #
-#   link_directions.sh OBJECT...           checks the object files; each has its folder of src/ in its
-#                                          path, as in ".../tree/node.cpp.o"
-#   link_directions.sh --self-test DIR     compiles violations under DIR and expects every one of them
-#                                          to be found
+#   link_directions.sh OBJECT...         checks the object files; each has its folder of src/ in
+#                                        its path, as in ".../tree/node.cpp.o"
+#   link_directions.sh --self-test DIR   compiles violations under DIR and expects every one of
+#                                        them to be found
 set -euo pipefail
 export LC_ALL=C
 
-# What a lower folder may name of a higher one. These are virtual operations of public classes of the
-# tree: their places in the virtual tables, which nobody may move, name them, while their subject is
-# writing. A line that nothing needs is a violation too.
+# What a lower folder may name of a higher one. These are virtual operations of public classes of
+# the tree: their places in the virtual tables, which nobody may move, name them, while their
+# subject is writing. A line that nothing needs is a violation too.
 ALLOWED=(
     'norvask::CXMLBinNode::Save('
     'norvask::CXMLDocument::Save('
@@ -20,8 +20,8 @@ ALLOWED=(
     'norvask::CXMLTextNode::Save('
 )
 
-# Reads lines of an object file, the kind of a symbol and the symbol; those that define come first. A
-# symbol that several objects define belongs to the lowest folder among them.
+# Reads lines of an object file, the kind of a symbol and the symbol; those that define come first.
+# A symbol that several objects define belongs to the lowest folder among them.
 read -r -d '' RULES <<'END' || true
     function folder_of(object,    count, part, i) {
         count = split(object, part, "/")
@@ -65,7 +65,8 @@ check() {
     [[ $violations -eq 0 ]]
 }
 
-# Compiles one object for each folder of the lines "FOLDER CODE" and prints the number of violations.
+# Compiles one object for each folder of the lines "FOLDER CODE" and prints the number of
+# violations.
 planted() {
     local dir=$1 line file
     shift

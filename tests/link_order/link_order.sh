@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # link_order.sh COMPILER INCLUDE PROGRAM SCRATCH PARSER OBJECT...
 #
-# Links the library's objects into a program with 1, 2, ... 7 bytes of other data in front of each of
-# them, and runs it. Whatever the library needs aligned must say so: without that it may be aligned
-# by luck, and is not in a program that links something else before it.
+# Links the library's objects into a program with 1, 2, ... 7 bytes of other data in front of each
+# of them, and runs it. Whatever the library needs aligned must say so: without that it may be
+# aligned by luck, and is not in a program that links something else before it.
 set -euo pipefail
 compiler=$1
 include=$2

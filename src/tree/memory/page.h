@@ -60,9 +60,9 @@ SPage* NewPage(std::size_t bytes);
 void RetainPage(SPage* page) noexcept;
 void ReleasePage(SPage* page) noexcept;
 
-// Begins to count what is retained of a page of a tree, if that can be: only while nobody else retains
-// it, who could miss the counts, and not for the page of one block, which needs none. On the thread of
-// the tree.
+// Begins to count what is retained of a page of a tree, if that can be: only while nobody else
+// retains it, who could miss the counts, and not for the page of one block, which needs none. On
+// the thread of the tree.
 void CountBlocks(SPage* page) noexcept;
 
 // Retain and release a page for a block of it, on whatever thread.

@@ -9,7 +9,8 @@
 
 using namespace norvask_test;
 
-// An element with very many attributes has an index of them; without memory for that it does without.
+// An element with very many attributes has an index of them; without memory for that it does
+// without.
 TEST(AllocationFailureRare, DoesNotKeepAnAttributeFromBeingFound) {
     int failing = 1;
     for (bool failed = true; failed; ++failing) {

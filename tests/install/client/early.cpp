@@ -1,4 +1,5 @@
-// A client that uses the library before main and after it: the manager is there first and goes last.
+// A client that uses the library before main and after it: the manager is there first and goes
+// last.
 #include <norvask/norvask.h>
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// A process that is forked from one with a writer: whose the stream and the stored name are, when the
-// child goes on with the writer instead of just ending.
+// A process that is forked from one with a writer: whose the stream and the stored name are, when
+// the child goes on with the writer instead of just ending.
 #include <norvask/norvask.h>
 
 #include <sys/wait.h>
