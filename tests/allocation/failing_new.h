@@ -1,9 +1,10 @@
 // Allocations that fail on demand.
 //
-// This program replaces the global operator new and delete. Armed, they count the allocations of chosen
-// callers and let the n-th of them fail, or the n-th and all that follow; at any time they know how many
-// blocks are alive, and their bytes. Only what calls operator new is seen: neither the library nor the parser allocates
-// otherwise, but for exceptions under way, which the compiler's runtime takes from malloc.
+// This program replaces the global operator new and delete. Armed, they count the allocations of
+// chosen callers and let the n-th of them fail, or the n-th and all that follow; at any time they
+// know how many blocks are alive, and their bytes. Only what calls operator new is seen: neither
+// the library nor the parser allocates otherwise, but for exceptions under way, which the
+// compiler's runtime takes from malloc.
 //
 // Callers are told apart by the module in which the call stands. The library's code allocates from
 // the library itself and, where a string or a file stream grows, from the C++ runtime; the parser's
