@@ -66,7 +66,7 @@ public:
 protected:
     /// For derived classes and the library. `name` is copied, NULL gives an empty one, and it is
     /// not checked here: saving refuses what is no name. `parent` (may be NULL) is a node that is
-    /// there; it is remembered, and is given no child by this.
+    /// there and belongs to this thread; it is remembered, and is given no child by this.
     CXMLNode(const char* name, CXMLNode* parent);
 
     /// Ends the node with everything below it.

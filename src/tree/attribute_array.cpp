@@ -95,7 +95,10 @@ CXMLAttribut** NoAttributes() noexcept { return const_cast<CXMLAttribut**>(NO_AT
 CXMLAttribut* FindAttribute(SElementBody* body, const SNameLookUp& name) noexcept {
     const std::uint32_t count = AttributeCount(body);
     if (count >= INDEX_FROM && (IsIndexed(body) || EnterIndex(body, 0))) {
-        return CAttributeIndex::Of(TreeOf(body))->Find(body, name);
+        const CAttributeIndex& index = *CAttributeIndex::Of(TreeOf(body));
+        if (index.IsWhole()) {
+            return index.Find(body, name);
+        }
     }
     CXMLAttribut** const slots = AttributeSlots(body);
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -132,33 +135,32 @@ void AppendAttribute(SElementBody* body, CNameUse&& name, const SKnownText& valu
     }
 }
 
-void SetAttribute(SElementBody* body, const SNameLookUp& name, unsigned int known,
-                  const SKnownText& value) {
-    CXMLAttribut* const attribute = FindAttribute(body, name);
-    if (attribute == nullptr && !value.IsEmpty()) {
-        AppendAttribute(body, CNameUse(TreeOf(body), name, known), value);
-    } else if (attribute != nullptr && !value.IsEmpty()) {
-        SetAttributeValue(attribute, value);
-    } else if (attribute != nullptr) {
-        RemoveAttribute(body, attribute);
+namespace {
+
+// `makeUse` gives the use of the name to an attribute that is added.
+template <typename MakeUse>
+void SetFound(SElementBody* body, CXMLAttribut* found, const SKnownText& value, MakeUse makeUse) {
+    if (found == nullptr && !value.IsEmpty()) {
+        AppendAttribute(body, makeUse(), value);
+    } else if (found != nullptr && !value.IsEmpty()) {
+        SetAttributeValue(found, value);
+    } else if (found != nullptr) {
+        RemoveAttribute(body, found);
     }
 }
 
+}  // namespace
+
+void SetAttribute(SElementBody* body, const SNameLookUp& name, unsigned int known,
+                  const SKnownText& value) {
+    SetFound(body, FindAttribute(body, name), value,
+             [&] { return CNameUse(TreeOf(body), name, known); });
+}
+
 void SetAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value) {
-    if (AttributeCount(body) == 0) {
-        if (!value.IsEmpty()) {
-            AppendAttribute(body, std::move(name), value);
-        }
-        return;
-    }
-    CXMLAttribut* const attribute = FindAttribute(body, LookedUp(name.Name()));
-    if (attribute == nullptr && !value.IsEmpty()) {
-        AppendAttribute(body, std::move(name), value);
-    } else if (attribute != nullptr && !value.IsEmpty()) {
-        SetAttributeValue(attribute, value);
-    } else if (attribute != nullptr) {
-        RemoveAttribute(body, attribute);
-    }
+    CXMLAttribut* const found =
+        AttributeCount(body) == 0 ? nullptr : FindAttribute(body, LookedUp(name.Name()));
+    SetFound(body, found, value, [&]() -> CNameUse&& { return std::move(name); });
 }
 
 SElementExtras& MadeExtras(SElementBody* body) {

@@ -2,8 +2,7 @@
 // the logarithm of the number of attributes, in whatever order they are renamed and removed.
 #include "tree/attribute_index.h"
 
-#include <atomic>
-#include <cstring>
+#include <mutex>
 #include <new>
 #include <tuple>
 
@@ -12,7 +11,29 @@
 namespace norvask {
 namespace {
 
-std::atomic<std::uint64_t> s_nRenamesElsewhere(0);
+// The indexes of attributes that were assigned to. Trees of several threads share it.
+struct SAssigned {
+    std::mutex mutex;
+    std::unordered_map<const CXMLAttribut*, CAttributeIndex*> indexes;
+};
+
+// Never destroyed, since a client's trees may end after everything static.
+SAssigned& Assigned() {
+    static SAssigned* const s_pAssigned = new SAssigned;
+    return *s_pAssigned;
+}
+
+void NoteAssigned(const CXMLAttribut* attribute, CAttributeIndex* index) {
+    SAssigned& assigned = Assigned();
+    const std::lock_guard<std::mutex> lock(assigned.mutex);
+    assigned.indexes[attribute] = index;
+}
+
+void ForgetAssigned(const CXMLAttribut* attribute) noexcept {
+    SAssigned& assigned = Assigned();
+    const std::lock_guard<std::mutex> lock(assigned.mutex);
+    assigned.indexes.erase(attribute);
+}
 
 std::uint32_t HashOfName(const CXMLAttribut* attribute) noexcept {
     const CTreeString name = CAttributeAccess::Name(attribute);
@@ -37,11 +58,16 @@ bool CAttributeIndex::SKey::operator<(const SKey& other) const noexcept {
     return std::tie(element, hash, order) < std::tie(other.element, other.hash, other.order);
 }
 
-CXMLAttribut* CAttributeIndex::Find(const SElementBody* element, const SNameLookUp& name) noexcept {
-    if ((!m_Assigned.empty() || m_bAllAssigned) &&
-        m_nRenamesSeen != s_nRenamesElsewhere.load(std::memory_order_relaxed)) {
-        LookAgain();
+CAttributeIndex::~CAttributeIndex() {
+    if (m_bHasAssigned) {
+        for (const auto& [attribute, key] : m_Keys) {
+            ForgetAssigned(attribute);
+        }
     }
+}
+
+CXMLAttribut* CAttributeIndex::Find(const SElementBody* element,
+                                    const SNameLookUp& name) const noexcept {
     for (auto entry = m_Entries.lower_bound({element, name.hash, 0});
          entry != m_Entries.end() && entry->first.element == element &&
          entry->first.hash == name.hash;
@@ -56,16 +82,19 @@ CXMLAttribut* CAttributeIndex::Find(const SElementBody* element, const SNameLook
 void CAttributeIndex::Add(const SElementBody* element, std::uint32_t order,
                           CXMLAttribut* attribute) {
     const SKey key = {element, HashOfName(attribute), order};
-    const bool assigned = CAttributeAccess::Holds(attribute);
-    if (assigned) {
-        m_Assigned.insert(attribute);
+    const bool wasAssigned = CAttributeAccess::Holds(attribute);
+    if (wasAssigned) {
+        NoteAssigned(attribute, this);
+        m_bHasAssigned = true;
     }
     try {
         m_Keys.emplace(attribute, key);
         m_Entries.emplace(key, attribute);
     } catch (...) {
         m_Keys.erase(attribute);
-        m_Assigned.erase(attribute);
+        if (wasAssigned) {
+            ForgetAssigned(attribute);
+        }
         throw;
     }
     CAttributeAccess::SetIndexed(attribute, true);
@@ -75,43 +104,44 @@ void CAttributeIndex::Remove(CXMLAttribut* attribute) noexcept {
     const auto found = m_Keys.find(attribute);
     m_Entries.erase(found->second);
     m_Keys.erase(found);
-    m_Assigned.erase(attribute);
+    if (m_bHasAssigned) {
+        ForgetAssigned(attribute);
+    }
     CAttributeAccess::SetIndexed(attribute, false);
 }
 
 // Moves the entry; nothing is allocated for that.
-void CAttributeIndex::Rename(CXMLAttribut* attribute, SKey& key) noexcept {
+void CAttributeIndex::Rename(CXMLAttribut* attribute) noexcept {
+    SKey& key = m_Keys.find(attribute)->second;
     auto entry = m_Entries.extract(key);
     key.hash = HashOfName(attribute);
     entry.key() = key;
     m_Entries.insert(std::move(entry));
 }
 
-void CAttributeIndex::Renamed(CXMLAttribut* attribute) noexcept {
-    Rename(attribute, m_Keys.find(attribute)->second);
+void CAttributeIndex::Renamed(CTree& tree, CXMLAttribut* attribute) noexcept {
+    CAttributeIndex* const index = Of(tree);
+    index->Rename(attribute);
     if (CAttributeAccess::Holds(attribute)) {
         try {
-            m_Assigned.insert(attribute);
+            NoteAssigned(attribute, index);
+            index->m_bHasAssigned = true;
         } catch (const std::bad_alloc&) {
-            m_bAllAssigned = true;
+            index->m_bWhole = false;
         }
     }
 }
 
-void CAttributeIndex::NoteRenamedElsewhere() noexcept {
-    s_nRenamesElsewhere.fetch_add(1, std::memory_order_relaxed);
-}
-
-void CAttributeIndex::LookAgain() noexcept {
-    m_nRenamesSeen = s_nRenamesElsewhere.load(std::memory_order_relaxed);
-    if (m_bAllAssigned) {
-        for (auto& [attribute, key] : m_Keys) {
-            Rename(attribute, key);
-        }
-        return;
+void CAttributeIndex::RenamedAssigned(CXMLAttribut* attribute) noexcept {
+    CAttributeIndex* index = nullptr;
+    {
+        SAssigned& assigned = Assigned();
+        const std::lock_guard<std::mutex> lock(assigned.mutex);
+        const auto found = assigned.indexes.find(attribute);
+        index = found == assigned.indexes.end() ? nullptr : found->second;
     }
-    for (CXMLAttribut* attribute : m_Assigned) {
-        Rename(attribute, m_Keys.find(attribute)->second);
+    if (index != nullptr) {
+        index->Rename(attribute);
     }
 }
 

@@ -6,9 +6,9 @@
 // An element is in the index from the first search on that finds INDEX_FROM attributes in it. Its
 // attributes get ascending orders as they come, so that of equal names the first is found, whatever
 // was renamed into what and removed in between. Clients rename attributes behind the element's back
-// (CXMLAttribut::SetName, assignment): the attribute knows that it is indexed, and its tree by its
-// name. One that was assigned to shows strings of others and no longer leads to its tree; it is
-// looked at again when any such attribute of the process was renamed.
+// (CXMLAttribut::SetName, assignment). An attribute knows that it is indexed, and its tree by its
+// name; one that was assigned to shows strings of others, and its index is kept in a map of the
+// process.
 #ifndef NORVASK_TREE_ATTRIBUTE_INDEX_H
 #define NORVASK_TREE_ATTRIBUTE_INDEX_H
 
@@ -16,7 +16,6 @@
 #include <cstdint>
 #include <map>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "norvask/attribut.h"
 #include "tree/memory/tree.h"
@@ -33,18 +32,21 @@ public:
     static CAttributeIndex* Of(CTree& tree) noexcept;
     static CAttributeIndex& MadeFor(CTree& tree);
 
-    // The first attribute of the element with this name; NULL when there is none.
-    CXMLAttribut* Find(const SElementBody* element, const SNameLookUp& name) noexcept;
+    ~CAttributeIndex() override;
+
+    // The first attribute of the element with this name; NULL when there is none. Not to be asked of
+    // an index that is not whole: there was no memory to follow a rename.
+    CXMLAttribut* Find(const SElementBody* element, const SNameLookUp& name) const noexcept;
+    bool IsWhole() const noexcept { return m_bWhole; }
 
     // `order` must be higher than those of the element so far. Throws std::bad_alloc, then nothing
     // has changed.
     void Add(const SElementBody* element, std::uint32_t order, CXMLAttribut* attribute);
     void Remove(CXMLAttribut* attribute) noexcept;
 
-    // An attribute of this index shows another name now.
-    void Renamed(CXMLAttribut* attribute) noexcept;
-    // So does an attribute that no longer leads to its index.
-    static void NoteRenamedElsewhere() noexcept;
+    // An indexed attribute of this tree, or one that was assigned to, shows another name now.
+    static void Renamed(CTree& tree, CXMLAttribut* attribute) noexcept;
+    static void RenamedAssigned(CXMLAttribut* attribute) noexcept;
 
 private:
     struct SKey {
@@ -55,14 +57,12 @@ private:
         bool operator<(const SKey& other) const noexcept;
     };
 
-    void Rename(CXMLAttribut* attribute, SKey& key) noexcept;
-    void LookAgain() noexcept;
+    void Rename(CXMLAttribut* attribute) noexcept;
 
     std::map<SKey, CXMLAttribut*> m_Entries;
     std::unordered_map<CXMLAttribut*, SKey> m_Keys;
-    std::unordered_set<CXMLAttribut*> m_Assigned;  // those that no longer lead here
-    bool m_bAllAssigned = false;                   // there was no memory to tell which
-    std::uint64_t m_nRenamesSeen = 0;
+    bool m_bHasAssigned = false;
+    bool m_bWhole = true;
 };
 
 }  // namespace norvask

@@ -10,7 +10,7 @@ void FreeName(CTreeString name, bool held) noexcept {
     if (held) {
         ReleaseString(name);
     } else {
-        CNameUse::Adopt(name);
+        CNameUse::Release(name);
     }
 }
 
@@ -36,10 +36,10 @@ void ReplaceName(CXMLAttribut* attribute, CTreeString name, bool holds) noexcept
             tree.Note(CTree::HOLDS_OTHERS);
         }
         if (indexed) {
-            CAttributeIndex::Of(tree)->Renamed(attribute);
+            CAttributeIndex::Renamed(tree, attribute);
         }
     } else if (indexed) {
-        CAttributeIndex::NoteRenamedElsewhere();
+        CAttributeIndex::RenamedAssigned(attribute);
     }
     FreeName(old, held);
 }

@@ -29,15 +29,18 @@ void CXMLBinNode::SetTextChildValue(const char*) { ThrowNotSupportedByLeaf(); }
 CXMLNode** CXMLBinNode::GetNodes(const char*) { return CXMLNode::GetNodes(nullptr); }
 
 // The copy is made first, since the bytes may lie in the block that goes; whatever fails, the block
-// goes.
+// goes, also where an override has left it.
 void CXMLBinNode::SetData(const unsigned char* data, std::size_t length) {
     CTree& tree = TreeOf(CNodeAccess::BodyOf(this));
-    const bool nothing = data == nullptr || length == 0;
+    const bool isNothing = data == nullptr || length == 0;
     unsigned char* copy = nullptr;
     try {
-        copy = nothing ? nullptr : NewDataCopy(tree, data, length);
+        copy = isNothing ? nullptr : NewDataCopy(tree, data, length);
     } catch (...) {
-        DeleteData();
+        try {
+            DeleteData();
+        } catch (...) {  // the failure under way came first
+        }
         CXMLBinNode::DeleteData();
         throw;
     }
@@ -50,11 +53,10 @@ void CXMLBinNode::SetData(const unsigned char* data, std::size_t length) {
         CXMLBinNode::DeleteData();
         throw;
     }
-    // An override may have left the block where it was.
     CXMLBinNode::DeleteData();
     SBinaryBody* const body = CNodeAccess::BinaryOf(this);
     body->data = copy;
-    body->length = nothing ? 0 : length;
+    body->length = isNothing ? 0 : length;
 }
 
 void CXMLBinNode::GetData(const unsigned char*& data, std::size_t& length) {

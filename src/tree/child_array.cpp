@@ -7,8 +7,7 @@
 namespace norvask {
 namespace {
 
-// From this length on it matters which side is moved. A shorter array begins where its block does,
-// so a pointer to it that is held while a child is removed still shows the children that are left.
+// From this length on it matters which side is moved.
 const std::uint32_t LONG_FROM = 64;
 
 // How many of the slots may be left when room on one side is made by moving the children rather
@@ -20,6 +19,17 @@ void SetFront(SChildArray& array, std::uint32_t front) noexcept {
 }
 
 CXMLNode** BlockOf(const SChildArray& array) noexcept { return array.slots - ArrayFront(array); }
+
+// The first slot of the array becomes one in front of it. A client may go on using a pointer to the
+// array while it removes children, though it must not: at the beginning of the block it goes on seeing
+// the first child, elsewhere in front the end, and never a child that is gone.
+void PassFirst(SChildArray& array) noexcept {
+    array.slots[0] = nullptr;
+    ++array.slots;
+    SetFront(array, ArrayFront(array) + 1);
+    --array.used;
+    BlockOf(array)[0] = array.slots[0];
+}
 
 std::uint32_t LogarithmOf(std::uint32_t capacity) noexcept {
     return static_cast<std::uint32_t>(__builtin_ctz(capacity));
@@ -94,6 +104,7 @@ void PutChild(SElementBody* body, std::uint32_t index, CXMLNode* child) noexcept
             SetFront(array, ArrayFront(array) - 1);
             MoveSlots(array.slots, array.slots + 1, index);
             array.slots[index] = child;
+            BlockOf(array)[0] = array.slots[0];
             return;
         }
     }
@@ -108,9 +119,7 @@ void RemoveChild(SElementBody* body, std::uint32_t index) noexcept {
         SChildArray& array = body->children.many;
         if (IsNearFront(used, index) && ArrayFront(array) != LARGEST_FRONT) {
             MoveSlots(array.slots + 1, array.slots, index);
-            ++array.slots;
-            SetFront(array, ArrayFront(array) + 1);
-            --array.used;
+            PassFirst(array);
         } else {
             RemoveSlot(array.slots, array.used, index);
         }
@@ -124,9 +133,7 @@ CXMLNode* TakeFirstChild(SElementBody* body) noexcept {
     if (first != nullptr) {
         SChildArray& array = body->children.many;
         if (HasFlag(body, BODY_OUTGROWN) && ArrayFront(array) != LARGEST_FRONT) {
-            ++array.slots;
-            SetFront(array, ArrayFront(array) + 1);
-            --array.used;
+            PassFirst(array);
         } else {
             RemoveChild(body, 0);
         }

@@ -29,16 +29,18 @@ public:
     }
     // Shows another body; the object stays what it is.
     static void SetBody(CXMLNode* node, SNodeBody* body) noexcept {
-        node->m_nBody = Number(body) | (node->m_nBody & ALL_BITS);
+        const std::uintptr_t parent = IsParent(node) ? PARENT_BIT : 0;
+        node->m_nBody = Number(body) | (node->m_nBody & OBJECT_BITS) | parent;
     }
 
-    // Whether any body ever named the object as its parent. By assignment that may be one in
-    // whatever array, so this never becomes untrue.
+    // Whether any body may name the object as its parent. By assignment that may be one in whatever
+    // array, so the bit is never cleared. Nearly all objects show their own body and are taken for
+    // parents without it: nothing is written then when a child is added.
     static bool IsParent(const CXMLNode* node) noexcept {
-        return (node->m_nBody & PARENT_BIT) != 0;
+        return ShowsOwnBody(node) || (node->m_nBody & PARENT_BIT) != 0;
     }
     static void SetParent(CXMLNode* node) noexcept {
-        if (node != nullptr) {
+        if (node != nullptr && !ShowsOwnBody(node)) {
             node->m_nBody |= PARENT_BIT;
         }
     }
@@ -104,6 +106,11 @@ public:
     static void AddToQueryResult(CXMLNode* node, CXMLNode* found) { node->AddToQueryResult(found); }
 
 private:
+    static bool ShowsOwnBody(const CXMLNode* node) noexcept {
+        return ObjectOf(node) != EObject::DERIVED &&
+               BodyOf(node) == reinterpret_cast<const SNodeBody*>(node + 1);
+    }
+
     static const std::uintptr_t OBJECT_BITS = 3;
     static const std::uintptr_t PARENT_BIT = 4;
     static const std::uintptr_t ALL_BITS = OBJECT_BITS | PARENT_BIT;

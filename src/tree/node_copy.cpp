@@ -111,6 +111,7 @@ public:
 private:
     void Descend(CXMLNode* source, CXMLNode* copy);
     void CopyOne(CXMLNode* source, CXMLNode* parent);
+    CXMLNode* Next();
 
     CNameMemo m_Names;
     const SCopyUnderWay* const m_pUnderWay;
@@ -180,12 +181,21 @@ void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
     }
 }
 
+// The next child to be copied; a derived class is asked for it, and may do anything then.
+CXMLNode* CSubtreeCopy::Next() {
+    CXMLNode* const from = m_Walk.Innermost().node;
+    if (IsOwn(from, EObject::ELEMENT)) {
+        return m_Walk.Next();
+    }
+    CXMLNode** const children = from->GetChildren();
+    m_Names.Forget();
+    return m_Walk.Next(children);
+}
+
 void CSubtreeCopy::CopyBelow(CXMLNode* source, CXMLNode* copy) {
     Descend(source, copy);
     while (!m_Walk.IsDone()) {
-        CXMLNode* const from = m_Walk.Innermost().node;
-        CXMLNode* const child =
-            IsOwn(from, EObject::ELEMENT) ? m_Walk.Next() : m_Walk.Next(from->GetChildren());
+        CXMLNode* const child = Next();
         if (child == nullptr) {
             m_Walk.Leave();
         } else if (!SCopyUnderWay::Has(m_pUnderWay, child)) {

@@ -105,7 +105,7 @@ void DestroyContent(SNodeBody* body, const CTree* dying) noexcept {
             if (goesOn) {
                 FreeAttributes(element);
                 FreeChildArray(element);
-                CNameUse::Adopt(element->name);
+                CNameUse::Release(element->name);
             } else if (tree.Happened(CTree::HOLDS_OTHERS)) {
                 for (CXMLAttribut** slots = AttributeSlots(element); *slots != nullptr; ++slots) {
                     ReleaseHeld(*slots);
@@ -141,6 +141,8 @@ void DestroyStepped(CXMLNode* node, const CTree* dying) noexcept {
         if (shown != own) {
             FreeBody(shown);
         }
+    } else {
+        shown->parent = nullptr;  // which this walk has set
     }
     LeaveTree(tree, own);
     LeaveOwnBlock(node, own, dying);

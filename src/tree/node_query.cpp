@@ -53,6 +53,10 @@ public:
 
     const char* Rest() const noexcept { return m_pRest; }
 
+    // What was looked up may no longer be true.
+    void Forget() noexcept { m_pTree = nullptr; }
+    bool IsForgotten() const noexcept { return m_pTree == nullptr; }
+
     void LookUpIn(CTree& tree) noexcept {
         if (m_pTree != &tree) {
             m_pTree = &tree;
@@ -95,6 +99,9 @@ private:
     struct SNothing {};
 
     void Ask(CXMLNode* node);
+    bool IsNamed(CXMLNode* child);
+    void LookUp() { Step().LookUpIn(TreeOf(CNodeAccess::BodyOf(m_Walk.Innermost().node))); }
+    void LookUpAgain();
     void Look(CXMLNode* child);
     void HandUp(CXMLNode* const* found);
     void Leave();
@@ -114,7 +121,23 @@ CQuery::CQuery(CXMLNode* top, const char* path) {
 
 void CQuery::Ask(CXMLNode* node) {
     m_Walk.Enter(node, {});
-    Step().LookUpIn(TreeOf(CNodeAccess::BodyOf(node)));
+    LookUp();
+}
+
+// Somebody else's code has run, and may have given and taken names.
+void CQuery::LookUpAgain() {
+    for (CStep& step : m_Steps) {
+        step.Forget();
+    }
+    LookUp();
+}
+
+bool CQuery::IsNamed(CXMLNode* child) {
+    const bool isNamed = Step().Names(child);
+    if (CNodeAccess::ObjectOf(child) == EObject::DERIVED) {
+        LookUpAgain();
+    }
+    return isNamed;
 }
 
 void CQuery::Run() {
@@ -122,7 +145,7 @@ void CQuery::Run() {
         CXMLNode* const child = m_Walk.Next();
         if (child == nullptr) {
             Leave();
-        } else if (Step().Names(child)) {
+        } else if (IsNamed(child)) {
             Look(child);
         }
     }
@@ -134,6 +157,9 @@ void CQuery::Look(CXMLNode* child) {
     const char* const rest = Step().Rest();
     if (rest == nullptr) {
         AddFound(asked, child);
+        if (CNodeAccess::ObjectOf(asked) == EObject::DERIVED) {
+            LookUpAgain();
+        }
     } else if (CNodeAccess::ObjectOf(child) == EObject::ELEMENT) {
         if (SQueryResult* result = ResultOrNull(child)) {
             StartResult(ArenaOf(child), *result);
@@ -141,6 +167,7 @@ void CQuery::Look(CXMLNode* child) {
         Ask(child);
     } else {
         HandUp(child->GetNodes(rest));
+        LookUpAgain();
     }
 }
 
@@ -161,8 +188,16 @@ void CQuery::HandUp(CXMLNode* const* found) {
 void CQuery::Leave() {
     const SQueryResult* const result = ResultOrNull(m_Walk.Innermost().node);
     m_Walk.Leave();
-    if (!m_Walk.IsDone() && result != nullptr) {
+    if (m_Walk.IsDone()) {
+        return;
+    }
+    if (result != nullptr) {
         HandUp(result->slots);
+    }
+    if (CNodeAccess::ObjectOf(m_Walk.Innermost().node) == EObject::DERIVED) {
+        LookUpAgain();
+    } else if (Step().IsForgotten()) {
+        LookUp();
     }
 }
 

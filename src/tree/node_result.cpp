@@ -1,26 +1,13 @@
-// Finding and making the result of a node.
+// Making the result of a node.
 #include "tree/node_result.h"
 
 #include "foundation/errors.h"
-#include "tree/attribute_array.h"
 
 namespace norvask {
 
 SQueryResult& ResultOfDerivedLeaf(SNodeBody* body) noexcept {
     return body->kind == CXMLNode::NODE_TEXT ? static_cast<SDerivedTextBody*>(body)->result
                                              : static_cast<SDerivedBinaryBody*>(body)->result;
-}
-
-SQueryResult* ResultOrNull(const CXMLNode* node) noexcept {
-    SNodeBody* const body = CNodeAccess::BodyOf(node);
-    SQueryResult* result = nullptr;
-    if (body->kind == CXMLNode::NODE_ELEMENT) {
-        SElementExtras* const extras = ExtrasOrNull(static_cast<SElementBody*>(body));
-        result = extras == nullptr ? nullptr : &extras->result;
-    } else if (!HasFlag(body, BODY_IN_BLOCK)) {
-        result = &ResultOfDerivedLeaf(body);
-    }
-    return result == nullptr || result->slots == nullptr ? nullptr : result;
 }
 
 SQueryResult& MadeResult(CXMLNode* node) {

@@ -19,6 +19,8 @@ template <typename Own>
 class CWalk {
 public:
     struct SLevel {
+        SLevel(CXMLNode* entered, Own of) noexcept : node(entered), next(0), own(of) {}
+
         CXMLNode* node;
         std::uint32_t next;
         Own own;
@@ -29,7 +31,7 @@ public:
     SLevel& Innermost() noexcept { return m_Levels.back(); }
 
     // Throws std::bad_alloc.
-    void Enter(CXMLNode* node, Own own) { m_Levels.push_back({node, 0, own}); }
+    void Enter(CXMLNode* node, Own own) { m_Levels.emplace_back(node, own); }
     void Leave() noexcept { m_Levels.pop_back(); }
 
     // The next child of the innermost element; NULL behind the last. The array is looked at anew

@@ -80,11 +80,14 @@ void CTreeWriter::WriteChild(CXMLNode* child) {
         case EObject::ELEMENT:
             WriteElement(child);
             break;
-        case EObject::DERIVED:
-            WriteDerived(child);
+        case EObject::TEXT:
+            m_Output.Text(CNodeAccess::TextOf(child)->text.Known());
+            break;
+        case EObject::BINARY:
+            WriteContent(child);
             break;
         default:
-            WriteContent(child);
+            WriteDerived(child);
             break;
     }
 }

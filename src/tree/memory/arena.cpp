@@ -262,6 +262,7 @@ void CArena::MergeFree() noexcept {
             m_nShared -= page->bytes;
             if (page == m_pCurrent) {
                 m_pCursor = m_pEnd = nullptr;
+                m_pCurrent = nullptr;
             }
             RemovePage(page);
         } else {

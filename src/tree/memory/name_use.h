@@ -23,13 +23,10 @@ public:
         : CNameUse(tree, tree.Names().LookUp(name.text, name.length), name.known) {}
 
     CNameUse(CNameUse&& other) noexcept : m_Name(std::exchange(other.m_Name, CTreeString())) {}
-    CNameUse& operator=(CNameUse&& other) noexcept {
-        std::swap(m_Name, other.m_Name);
-        return *this;
-    }
+    CNameUse& operator=(CNameUse&&) = delete;
     ~CNameUse() {
         if (m_Name != CTreeString()) {
-            m_Name.Tree().Names().Release(m_Name);
+            Release(m_Name);
         }
     }
 
@@ -39,6 +36,7 @@ public:
         return CNameUse(name);
     }
     static CNameUse Adopt(CTreeString name) noexcept { return CNameUse(name); }
+    static void Release(CTreeString name) noexcept;
 
     // The name, as long as this is here or it is kept.
     CTreeString Name() const noexcept { return m_Name; }

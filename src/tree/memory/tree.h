@@ -90,7 +90,11 @@ public:
     CNewString(CTree& tree, const SKnownText& text) : m_String(tree.Strings().New(text)) {}
     CNewString(const CNewString&) = delete;
     CNewString& operator=(const CNewString&) = delete;
-    ~CNewString() { FreeTreeString(m_String); }
+    ~CNewString() {
+        if (m_String != CTreeString()) {
+            FreeTreeString(m_String);
+        }
+    }
 
     CTreeString Keep() noexcept { return std::exchange(m_String, CTreeString()); }
 

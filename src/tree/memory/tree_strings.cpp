@@ -30,7 +30,7 @@ void CTreeStrings::LetLieIdle(const SIdleBlock& block) noexcept {
     } catch (const std::bad_alloc&) {
         return;
     }
-    m_pIdle->bytes += block.bytes;
+    m_pIdle->bytes += block.bytes + sizeof(SIdleBlock);
     if (m_pIdle->bytes > m_pIdle->limit) {
         FreeIdle();
     }
@@ -47,7 +47,7 @@ void CTreeStrings::FreeIdle() noexcept {
             m_Arena.FreePaged(idle.block, idle.bytes, idle.string.Page());
         } else {
             blocks[left++] = idle;
-            bytes += idle.bytes;
+            bytes += idle.bytes + sizeof(SIdleBlock);
         }
     }
     blocks.resize(left);

@@ -49,8 +49,8 @@ private:
     };
     struct SIdle {
         std::vector<SIdleBlock> blocks;
-        std::size_t bytes = 0;
-        std::size_t limit;  // from which somebody looks which of them are still needed
+        std::size_t bytes = 0;  // theirs, and those to remember them by
+        std::size_t limit;      // from which somebody looks which of them are still needed
     };
 
     // A page of one block goes with its block, whoever retains it.
