@@ -20,15 +20,18 @@ void SetFront(SChildArray& array, std::uint32_t front) noexcept {
 
 CXMLNode** BlockOf(const SChildArray& array) noexcept { return array.slots - ArrayFront(array); }
 
-// The first slot of the array becomes one in front of it. A client may go on using a pointer to the
-// array while it removes children, though it must not: at the beginning of the block it goes on seeing
-// the first child, elsewhere in front the end, and never a child that is gone.
+// A client may go on using a pointer to the array while it removes children, though it must not: at
+// the beginning of the block it goes on seeing the first child, elsewhere in front the end, and never
+// a child that is gone.
+void ShowFirst(const SChildArray& array) noexcept { BlockOf(array)[0] = array.slots[0]; }
+
+// The first slot of the array becomes one in front of it.
 void PassFirst(SChildArray& array) noexcept {
     array.slots[0] = nullptr;
     ++array.slots;
     SetFront(array, ArrayFront(array) + 1);
     --array.used;
-    BlockOf(array)[0] = array.slots[0];
+    ShowFirst(array);
 }
 
 std::uint32_t LogarithmOf(std::uint32_t capacity) noexcept {
@@ -104,7 +107,7 @@ void PutChild(SElementBody* body, std::uint32_t index, CXMLNode* child) noexcept
             SetFront(array, ArrayFront(array) - 1);
             MoveSlots(array.slots, array.slots + 1, index);
             array.slots[index] = child;
-            BlockOf(array)[0] = array.slots[0];
+            ShowFirst(array);
             return;
         }
     }
@@ -122,6 +125,7 @@ void RemoveChild(SElementBody* body, std::uint32_t index) noexcept {
             PassFirst(array);
         } else {
             RemoveSlot(array.slots, array.used, index);
+            ShowFirst(array);
         }
     } else {
         RemoveSlot(body->children.few, used, index);
