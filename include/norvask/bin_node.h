@@ -17,9 +17,9 @@ namespace norvask {
 
 class NORVASK_API CXMLBinNode : public CXMLNode {
 public:
-    /// Deliberate: copies share one block, as described for CXMLNode. One that shows the block of a node
-    /// that the library made has no query result of its own: AddToQueryResult throws CXMLException
-    /// (1, "Function is not supported by this node type.").
+    /// Deliberate: copies share one block, as described for CXMLNode. One that shows the block of a
+    /// node that the library made has no query result of its own: AddToQueryResult throws
+    /// CXMLException (1, "Function is not supported by this node type.").
     CXMLBinNode(const CXMLBinNode& other) noexcept;
     CXMLBinNode& operator=(const CXMLBinNode& other) noexcept;
 

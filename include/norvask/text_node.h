@@ -18,9 +18,9 @@ namespace norvask {
 
 class NORVASK_API CXMLTextNode : public CXMLNode {
 public:
-    /// Deliberate: copies share one text, as described for CXMLNode. One that shows the text of a node
-    /// that the library made has no query result of its own: AddToQueryResult throws CXMLException
-    /// (1, "Function is not supported by this node type.").
+    /// Deliberate: copies share one text, as described for CXMLNode. One that shows the text of a
+    /// node that the library made has no query result of its own: AddToQueryResult throws
+    /// CXMLException (1, "Function is not supported by this node type.").
     CXMLTextNode(const CXMLTextNode& other) noexcept;
     CXMLTextNode& operator=(const CXMLTextNode& other) noexcept;
 

@@ -34,8 +34,8 @@ public:
 
     ~CAttributeIndex() override;
 
-    // The first attribute of the element with this name; NULL when there is none. Not to be asked of
-    // an index that is not whole: there was no memory to follow a rename.
+    // The first attribute of the element with this name; NULL when there is none. Not to be asked
+    // of an index that is not whole: there was no memory to follow a rename.
     CXMLAttribut* Find(const SElementBody* element, const SNameLookUp& name) const noexcept;
     bool IsWhole() const noexcept { return m_bWhole; }
 

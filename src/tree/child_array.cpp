@@ -21,8 +21,8 @@ void SetFront(SChildArray& array, std::uint32_t front) noexcept {
 CXMLNode** BlockOf(const SChildArray& array) noexcept { return array.slots - ArrayFront(array); }
 
 // A client may go on using a pointer to the array while it removes children, though it must not: at
-// the beginning of the block it goes on seeing the first child, elsewhere in front the end, and never
-// a child that is gone.
+// the beginning of the block it goes on seeing the first child, elsewhere in front the end, and
+// never a child that is gone.
 void ShowFirst(const SChildArray& array) noexcept { BlockOf(array)[0] = array.slots[0]; }
 
 // The first slot of the array becomes one in front of it.

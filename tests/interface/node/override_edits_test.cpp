@@ -1,4 +1,5 @@
-// Overrides, and destructors of derived classes, that edit the tree while the library walks over it.
+// Overrides, and destructors of derived classes, that edit the tree while the library walks over
+// it.
 #include <norvask/norvask.h>
 
 #include <memory>
@@ -92,7 +93,8 @@ TEST(OverrideEdits, WhatIsSharedOnTheWayHasNoParentThatWasDestroyed) {
     EXPECT_STREQ(copy->GetTagName(), "n");
 }
 
-// A pointer to the children is to be got anew after each; one that is not goes on showing the first.
+// A pointer to the children is to be got anew after each; one that is not goes on showing the
+// first.
 TEST(OverrideEdits, DeletingThroughAnArrayThatIsHeldComesToAnEnd) {
     for (const int count : {1, 2, 63, 64, 65, 200, 5000}) {
         const Document document = NewDocumentWithRoot("r");
