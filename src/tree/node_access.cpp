@@ -57,7 +57,7 @@ SNodeBody* CNodeAccess::NewDerivedElement(const char* name, CXMLNode* parent) {
     CNameUse use(*tree, JudgeText(name));
     SNodeBody* const body = NewDerivedBody<SElementBody>(*tree, CXMLNode::NODE_ELEMENT, parent);
     static_cast<SElementBody*>(body)->name = use.Keep();
-    tree.release();
+    static_cast<void>(tree.release());
     return body;
 }
 
@@ -65,7 +65,7 @@ template <typename Body>
 SNodeBody* CNodeAccess::NewDerivedLeaf(CXMLNode::NodeType kind, CXMLNode* parent) {
     CTreePtr tree(CTree::Create());
     SNodeBody* const body = NewDerivedBody<Body>(*tree, kind, parent);
-    tree.release();
+    static_cast<void>(tree.release());
     return body;
 }
 

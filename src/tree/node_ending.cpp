@@ -98,7 +98,7 @@ bool DestroyAtOnce(CXMLNode* node, const CTree* dying) noexcept {
 // What a body holds besides its children.
 void DestroyContent(SNodeBody* body, const CTree* dying) noexcept {
     CTree& tree = TreeOf(body);
-    const bool goesOn = &tree != dying;
+    const bool goesOn = dying == nullptr || &tree != dying;
     switch (body->kind) {
         case CXMLNode::NODE_ELEMENT: {
             SElementBody* const element = static_cast<SElementBody*>(body);

@@ -61,7 +61,7 @@ CXMLBinNode* AddBinary(CXMLNode* parent) {
 CXMLNode* NewRoot(const char* name) {
     CTreePtr tree(CTree::Create());
     CXMLNode* const root = CNodeAccess::NewElement(*tree, UseValidName(*tree, name), nullptr);
-    tree.release();
+    static_cast<void>(tree.release());
     return root;
 }
 
