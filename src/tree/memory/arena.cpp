@@ -2,6 +2,7 @@
 #include "tree/memory/arena.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <vector>
 
@@ -223,33 +224,40 @@ void CArena::PutMerged(FreeBlocks::const_iterator first, FreeBlocks::const_itera
     }
 }
 
-// Brings free blocks and pages into the order of their addresses and goes through both together:
-// neighbours become one block, and the page of every block is known afterwards. Without memory for
-// that, everything stays as it was.
-void CArena::MergeFree() noexcept {
-    m_pFree->bytesSince = 0;
-    MoveCursor(m_pCurrent, m_pEnd, 0);
-    std::vector<SPage*> pages;
-    FreeBlocks blocks;
+// All pages, and all free blocks, which are no longer in their lists, in the order of their
+// addresses. Returns false without memory for that, and nothing has changed.
+bool CArena::TakeAllFree(std::vector<SPage*>& pages, FreeBlocks& blocks) noexcept {
     try {
-        std::size_t count = 0;
         for (SPage* page = m_pFirst; page != nullptr; page = page->next) {
             pages.push_back(page);
         }
+        std::size_t count = 0;
         const auto counted = [&count](SFreeBlock*) { ++count; };
         m_pFree->paged.ForEach(counted);
         m_pFree->plain.ForEach(counted);
         blocks.reserve(count);
     } catch (const std::bad_alloc&) {
-        return;
+        return false;
     }
     const auto collect = [&blocks](SFreeBlock* block) { blocks.push_back(block); };
     m_pFree->paged.TakeAll(collect);
     m_pFree->plain.TakeAll(collect);
     std::sort(blocks.begin(), blocks.end(), std::less<>());
     std::sort(pages.begin(), pages.end(), std::less<>());
+    return true;
+}
 
-    // Only free blocks of the same page are merged, so a page is gone through as a whole.
+// Goes through pages and free blocks together: neighbours become one block, the page of every block
+// is known afterwards, and pages without a block in use are released. Only free blocks of the same
+// page are merged, so a page is gone through as a whole.
+void CArena::MergeFree() noexcept {
+    m_pFree->bytesSince = 0;
+    MoveCursor(m_pCurrent, m_pEnd, 0);
+    std::vector<SPage*> pages;
+    FreeBlocks blocks;
+    if (!TakeAllFree(pages, blocks)) {
+        return;
+    }
     auto block = blocks.begin();
     for (SPage* page : pages) {
         char* const end = ContentOf(page) + page->bytes;
@@ -258,16 +266,16 @@ void CArena::MergeFree() noexcept {
         for (; block != blocks.end() && reinterpret_cast<char*>(*block) < end; ++block) {
             bytes += COpenBlock(*block)->bytes;
         }
-        if (bytes + page->unused == page->bytes && IsRetainedOnce(page)) {
-            m_nShared -= page->bytes;
-            if (page == m_pCurrent) {
-                m_pCursor = m_pEnd = nullptr;
-                m_pCurrent = nullptr;
-            }
-            RemovePage(page);
-        } else {
+        if (bytes + page->unused != page->bytes || !IsRetainedOnce(page)) {
             PutMerged(first, block, page);
+            continue;
         }
+        m_nShared -= page->bytes;
+        if (page == m_pCurrent) {
+            m_pCursor = m_pEnd = nullptr;
+            m_pCurrent = nullptr;
+        }
+        RemovePage(page);
     }
 }
 

@@ -103,8 +103,9 @@ private:
     void MoveCursor(SPage* page, char* from, std::size_t bytes) noexcept;
     bool KeepsFree() noexcept;
     bool IsMergeDue() const noexcept;
-    void MergeFree() noexcept;
     using FreeBlocks = std::vector<SFreeBlock*>;
+    bool TakeAllFree(std::vector<SPage*>& pages, FreeBlocks& blocks) noexcept;
+    void MergeFree() noexcept;
     void PutMerged(FreeBlocks::const_iterator first, FreeBlocks::const_iterator last,
                    const SPage* page) noexcept;
 
