@@ -33,11 +33,11 @@ TEST(AllocationFailureRare, DoesNotKeepAnAttributeFromBeingFound) {
         }
         failed = fail.Failed();
         fail.Disarm();
+        const std::string saved = Saved(document, false);
         for (const std::string& name : names) {
-            const bool isThere =
-                !name.empty() && Saved(document, false).find(" " + name + "=") != std::string::npos;
-            if (!name.empty())
-                EXPECT_STREQ(root->GetAttributeValue(name.c_str()), isThere ? "v" : "");
+            if (name.empty()) continue;
+            const bool isThere = saved.find(" " + name + "=") != std::string::npos;
+            EXPECT_STREQ(root->GetAttributeValue(name.c_str()), isThere ? "v" : "");
         }
     }
     EXPECT_GT(failing, 20);
