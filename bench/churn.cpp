@@ -18,30 +18,20 @@ namespace norvask_bench {
 namespace {
 
 using norvask::CXMLAttribut;
-using norvask::CXMLDocument;
+using norvask::CXMLDocumentPtr;
 using norvask::CXMLNode;
 using norvask::CXMLTextNode;
+using norvask::XMLNewDocument;
 
 constexpr std::size_t STEPS = 60;
 constexpr std::size_t LONGEST = 512;
 
-struct SDelete {
-    void operator()(CXMLDocument* document) const { document->Delete(); }
-};
-using Document = std::unique_ptr<CXMLDocument, SDelete>;
-
-Document NewDocument() {
-    Document document(norvask::CXMLManager::GetInstance().CreateDocument(nullptr, nullptr));
-    document->CreateRoot("r");
-    return document;
-}
-
 class CChurnBase {
 public:
-    CChurnBase() : m_Letters(LONGEST, 'v'), m_pDocument(NewDocument()) {}
+    CChurnBase() : m_Letters(LONGEST, 'v'), m_pDocument(XMLNewDocument("r")) {}
 
     // What the document holds live: a copy of it that was never edited.
-    Document Copy() const { return Document(m_pDocument->Clone()); }
+    CXMLDocumentPtr Copy() const { return CXMLDocumentPtr(m_pDocument->Clone()); }
 
 protected:
     const char* Letters(std::size_t length) const { return m_Letters.c_str() + (LONGEST - length); }
@@ -50,7 +40,7 @@ protected:
 
 private:
     const std::string m_Letters;
-    const Document m_pDocument;
+    const CXMLDocumentPtr m_pDocument;
     std::minstd_rand m_Random{1};
 };
 
@@ -128,7 +118,7 @@ void Run(benchmark::State& state) {
 template <class Churn>
 double Kept() {
     std::unique_ptr<Churn> churn;
-    Document copy;
+    CXMLDocumentPtr copy;
     std::size_t mostKept = 0;
     std::size_t mostLive = 0;
     std::thread([&] { Churn().Copy(); }).join();

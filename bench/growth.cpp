@@ -17,21 +17,11 @@ namespace norvask_bench {
 namespace {
 
 using norvask::CXMLAttribut;
-using norvask::CXMLDocument;
+using norvask::CXMLDocumentPtr;
 using norvask::CXMLNode;
+using norvask::XMLNewDocument;
 
 constexpr std::size_t TIMES = 8;
-
-struct SDelete {
-    void operator()(CXMLDocument* document) const { document->Delete(); }
-};
-using Document = std::unique_ptr<CXMLDocument, SDelete>;
-
-Document NewDocument() {
-    Document document(norvask::CXMLManager::GetInstance().CreateDocument(nullptr, nullptr));
-    document->CreateRoot("r");
-    return document;
-}
 
 double CpuSeconds() {
     timespec now = {};
@@ -72,7 +62,7 @@ std::vector<std::string> AddAttributes(CXMLNode& node, std::size_t n) {
 // --- Attributes
 
 double RenameAndLookUp(std::size_t n) {
-    const Document document = NewDocument();
+    const CXMLDocumentPtr document = XMLNewDocument("r");
     CXMLNode& root = *document->GetRoot();
     const std::vector<std::string> names = AddAttributes(root, n);
     std::size_t found = 0;
@@ -87,8 +77,8 @@ double RenameAndLookUp(std::size_t n) {
 }
 
 double RenameElsewhereAndLookUp(std::size_t n) {
-    const Document document = NewDocument();
-    const Document other = NewDocument();
+    const CXMLDocumentPtr document = XMLNewDocument("r");
+    const CXMLDocumentPtr other = XMLNewDocument("r");
     CXMLNode& root = *document->GetRoot();
     CXMLNode& otherRoot = *other->GetRoot();
     AddAttributes(root, n);
@@ -106,7 +96,7 @@ double RenameElsewhereAndLookUp(std::size_t n) {
 }
 
 double RenameToOneNameAndRemove(std::size_t n) {
-    const Document document = NewDocument();
+    const CXMLDocumentPtr document = XMLNewDocument("r");
     CXMLNode& root = *document->GetRoot();
     AddAttributes(root, n);
     const double time = Timed([&] {
@@ -130,7 +120,7 @@ public:
 };
 
 double DestroyCopies(std::size_t n, bool make) {
-    const Document document = NewDocument();
+    const CXMLDocumentPtr document = XMLNewDocument("r");
     CXMLNode& root = *document->GetRoot();
     AddChildren(root, n);
     std::vector<std::unique_ptr<CCopy>> copies(n);
@@ -157,7 +147,7 @@ double DestroyCopies(std::size_t n, bool make) {
 enum EPlace { FRONT, BACK, MIDDLE };
 
 double DeleteChildren(std::size_t n, EPlace where) {
-    const Document document = NewDocument();
+    const CXMLDocumentPtr document = XMLNewDocument("r");
     CXMLNode& root = *document->GetRoot();
     std::vector<CXMLNode*> children = AddChildren(root, n);
     if (where == BACK) std::reverse(children.begin(), children.end());
@@ -178,7 +168,7 @@ double DeleteChildren(std::size_t n, EPlace where) {
 }
 
 double Empty(std::size_t n) {
-    const Document document = NewDocument();
+    const CXMLDocumentPtr document = XMLNewDocument("r");
     CXMLNode& root = *document->GetRoot();
     AddChildren(root, n);
     return Timed([&] {
@@ -189,7 +179,7 @@ double Empty(std::size_t n) {
 }
 
 double InsertInFront(std::size_t n) {
-    const Document document = NewDocument();
+    const CXMLDocumentPtr document = XMLNewDocument("r");
     CXMLNode& root = *document->GetRoot();
     const double time = Timed([&] {
         for (std::size_t i = 0; i < n; ++i) {
