@@ -24,6 +24,7 @@ namespace norvask {
 
 struct SElementBody;
 
+// Fewer are searched one by one in as little time, and without the memory that an index takes.
 const std::uint32_t INDEX_FROM = 128;
 
 class CAttributeIndex : public CTreeAttachment {
