@@ -33,8 +33,8 @@ if on_terminal malformed.txt "'$programs/read_large_file' cut.xml"; then
 fi
 "$programs"/read_large_file report.xml >plain.txt 2>plain_errors.txt
 
-# The bar: "█░░    3 %    0.5 MB of   6.2 MB", and the end of the line made empty. A block is several
-# bytes, which are one character in some locales only.
+# The bar: "█░░    3 %    0.5 MB of   6.2 MB", and the end of the line made empty. A block is
+# several bytes, which are one character in some locales only.
 total=$(awk -v bytes="$(stat -c %s report.xml)" 'BEGIN { printf "%.1f", bytes / 1e6 }')
 for shown in both errors names; do
     sed -nE "s/^(█)*(░)* +([0-9]+) % +[0-9.]+ MB of $total MB"$'\x1b\\[K$/\\3/p' \
