@@ -55,7 +55,10 @@ public:
         : m_Content(content),
           m_Window(content.Window()),
           m_Sink(sink),
-          m_Names(MOST_NAMES, MOST_BYTES) {}
+          m_Names(MOST_NAMES, MOST_BYTES) {
+        m_Open.reserve(FEW);
+        m_Attributes.resize(FEW);
+    }
 
     // Returns whether the whole document was plain and was reported.
     bool Read() {
@@ -75,6 +78,8 @@ public:
     }
 
 private:
+    // Room for a small document.
+    static const std::size_t FEW = 8;
     // What is kept of names is bounded, so that a document of ever new ones is read in the same
     // memory: names beyond the bounds are made anew each time.
     static const std::size_t MOST_NAMES = 4096;
@@ -254,7 +259,7 @@ private:
 
     SAttribute& NewAttribute() {
         if (m_nAttributes == m_Attributes.size()) {
-            m_Attributes.resize(2 * m_nAttributes + 8);
+            m_Attributes.resize(2 * m_nAttributes);
         }
         ++m_nAttributes;
         return m_Attributes[m_nAttributes - 1];
