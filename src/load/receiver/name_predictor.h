@@ -88,7 +88,12 @@ public:
     }
 
 private:
-    static const std::size_t CHUNK_NAMES = 8;  // that are allocated at once
+    // Names that are allocated at once: general allocators are fastest up to some hundred bytes.
+    static const std::size_t CHUNK_NAMES = 960 / sizeof(std::optional<SName>);
+    struct SChunk {
+        SChunk() noexcept {}  // leaves the memory of the names alone
+        std::array<std::optional<SName>, CHUNK_NAMES> names;
+    };
 
     template <typename Make>
     SName* Search(const Key& key, Make& make) {
@@ -124,7 +129,7 @@ private:
             m_Chunks.emplace_front();
             m_nRoom += CHUNK_NAMES;
         }
-        m_Slots[slot] = &m_Chunks.front()[m_nNames % CHUNK_NAMES].emplace(key, hash, make());
+        m_Slots[slot] = &m_Chunks.front().names[m_nNames % CHUNK_NAMES].emplace(key, hash, make());
         ++m_nNames;
         m_nSize += size;
         return m_Slots[slot];
@@ -149,8 +154,7 @@ private:
 
     const std::size_t m_nMostNames;
     const std::size_t m_nMostSize;
-    std::forward_list<std::array<std::optional<SName>, CHUNK_NAMES>>
-        m_Chunks;  // the last one first
+    std::forward_list<SChunk> m_Chunks;  // the last one first
     std::size_t m_nNames = 0;
     std::size_t m_nRoom = 0;      // for names
     std::vector<SName*> m_Slots;  // open addressing
