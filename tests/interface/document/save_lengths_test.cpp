@@ -191,3 +191,13 @@ TEST(SaveLengths, OfIndentations) {
     EXPECT_EQ(Saved(document, true),
               std::string(DECLARATION) + "\r\n<root>" + open + close + "\r\n</root>");
 }
+
+// The output is passed on in pieces of 8 KiB; the long text moves what is behind it over that edge,
+// byte by byte.
+TEST(SaveLengths, OfPiecesBeforeTheEdgeOfTheOutput) {
+    for (std::size_t length = 8100; length < 8200; ++length) {
+        const std::string first = Letters(length);
+        Document document = TreeOf({{"e", "t"}}, first);
+        ASSERT_TRUE(Saved(document) == ExpectedOf({{"e", "t"}}, first)) << length;
+    }
+}
