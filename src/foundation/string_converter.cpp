@@ -1,6 +1,7 @@
 // CStringConverter: every step asks the parser.
 #include "foundation/string_converter.h"
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -75,9 +76,19 @@ bool CStringConverter::IsValidName() {
     return name.Get() != nullptr && xercesc::XMLChar1_0::isValidName(name.Get());
 }
 
+// Layout is mostly a line end and blanks, which are passed eight at a time.
 bool CStringConverter::IsFormattingWhitespace(const char* text, std::size_t length) noexcept {
+    const std::uint64_t BLANKS = 0x2020202020202020U;
     bool hasLineOrTab = false;
-    for (std::size_t i = 0; i < length; ++i) {
+    for (std::size_t i = 0; i < length;) {
+        std::uint64_t next = 0;
+        if (length - i >= sizeof(next)) {
+            std::memcpy(&next, text + i, sizeof(next));
+        }
+        if (next == BLANKS) {
+            i += sizeof(next);
+            continue;
+        }
         const char c = text[i];
         if (c != ' ') {
             if (c != '\n' && c != '\t' && c != '\r') {
@@ -85,6 +96,7 @@ bool CStringConverter::IsFormattingWhitespace(const char* text, std::size_t leng
             }
             hasLineOrTab = true;
         }
+        ++i;
     }
     return length == 0 || hasLineOrTab;
 }

@@ -90,6 +90,7 @@ public:
 private:
     // Names that are allocated at once: general allocators are fastest up to some hundred bytes.
     static const std::size_t CHUNK_NAMES = 960 / sizeof(std::optional<SName>);
+    static_assert(CHUNK_NAMES != 0, "a name must fit");
     struct SChunk {
         SChunk() noexcept {}  // leaves the memory of the names alone
         std::array<std::optional<SName>, CHUNK_NAMES> names;
