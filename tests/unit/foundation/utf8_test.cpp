@@ -180,5 +180,91 @@ TEST(Utf8, ACutNeverSplitsACharacter) {
     }
 }
 
+// What lies behind the text must not be read, so the text is the whole block.
+std::size_t LengthOfBlock(const std::string& text) {
+    const std::unique_ptr<char[]> block(new char[text.size()]);
+    text.copy(block.get(), text.size());
+    return Utf8Length(block.get(), text.size());
+}
+
+std::size_t LengthSlowly(const std::string& text) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const std::size_t length = Utf8SequenceLength(text.c_str() + i);
+        if (length == 0) {
+            break;
+        }
+        i += length;
+    }
+    return i;
+}
+
+TEST(Utf8, BlocksFindTheSameWellFormedBeginningAsSingleCharacters) {
+    norvask_test::RandomText random(3);
+    int wellFormed = 0;
+    for (int i = 0; i < 30000; ++i) {
+        std::string text;
+        // Long stretches of ASCII, of others, and of both.
+        for (std::size_t part = random.Number(4); part != 0; --part) {
+            const std::size_t length = random.Number(80);
+            switch (random.Number(4)) {
+                case 0:
+                    text.append(length, 'x');
+                    break;
+                case 1:
+                    text += random.Bytes(length);
+                    break;
+                default:
+                    static const char* const CHARACTERS[] = {"\xC3\xA9", "\xE2\x82\xAC",
+                                                             "\xF0\x9F\x98\x80", "y"};
+                    while (text.size() < length) {
+                        text += CHARACTERS[random.Number(4)];
+                    }
+            }
+        }
+        text.resize(text.size() - (text.empty() ? 0 : random.Number(2)));
+        ASSERT_EQ(LengthOfBlock(text), LengthSlowly(text));
+        wellFormed += LengthSlowly(text) == text.size() ? 1 : 0;
+    }
+    EXPECT_GT(wellFormed, 5000);
+    EXPECT_LT(wellFormed, 25000);
+}
+
+TEST(Utf8, BlocksFindEachIllFormedSequenceAtEachPlace) {
+    const std::string sequences[] = {"\x80",
+                                     "\xBF",
+                                     "\xC0\x80",
+                                     "\xC1\xBF",
+                                     "\xC3",
+                                     "\xC3x",
+                                     "\xC3\xC3",
+                                     "\xE0\x9F\xBF",
+                                     "\xE2\x82",
+                                     "\xE2\x82x",
+                                     "\xE2x\x82",
+                                     "\xED\xA0\x80",
+                                     "\xED\xBF\xBF",
+                                     "\xF0\x8F\xBF\xBF",
+                                     "\xF0\x9F\x98",
+                                     "\xF0\x9F\x98x",
+                                     "\xF4\x90\x80\x80",
+                                     "\xF5\x80\x80\x80",
+                                     "\xFE",
+                                     "\xFF"};
+    for (const std::string& sequence : sequences) {
+        for (std::size_t place = 0; place < 70; ++place) {
+            for (const char* const around : {"x", "\xC3\xA9", "\xE2\x82\xAC"}) {
+                std::string text;
+                while (text.size() < place) {
+                    text += around;
+                }
+                const std::size_t length = text.size();
+                text += sequence + std::string(20, 'x');
+                ASSERT_EQ(LengthOfBlock(text), length);
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace norvask
