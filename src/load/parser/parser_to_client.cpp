@@ -9,16 +9,28 @@
 
 namespace norvask {
 
-void CParserToClient::startDocument() { m_Forwarder.StartDocument(); }
+void CParserToClient::startDocument() {
+    if (!m_Forwarder.Skip()) {
+        m_Forwarder.StartDocument();
+    }
+}
 
 // No flush: there is no text behind the root.
-void CParserToClient::endDocument() { m_Forwarder.EndDocument(); }
+void CParserToClient::endDocument() {
+    if (!m_Forwarder.Skip()) {
+        m_Forwarder.EndDocument();
+    }
+}
 
 // A callback may install another converter, so each event looks which one is in force, after it has
 // given on the text before it.
 void CParserToClient::startElement(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname,
                                    const xercesc::Attributes& attributes) {
     FlushText();
+    if (m_Forwarder.Skip()) {
+        m_Open.push_back(nullptr);
+        return;
+    }
     const bool own = CDOMString::IsOwnInForce();
     m_Narrow.Clear();
     const std::size_t count = PlaceAttributes(attributes, own);
@@ -88,6 +100,9 @@ void CParserToClient::endElement(const XMLCh* uri, const XMLCh* localname, const
     FlushText();
     CNames::SName* const kept = m_Open.back();
     m_Open.pop_back();
+    if (m_Forwarder.Skip()) {
+        return;
+    }
     if (kept != nullptr && CDOMString::IsOwnInForce()) {
         m_Names.Ended(kept);
         m_Forwarder.EndElement(kept->payload.shown);
@@ -100,6 +115,13 @@ void CParserToClient::endElement(const XMLCh* uri, const XMLCh* localname, const
 void CParserToClient::characters(const XMLCh* text, XMLSize_t units) { Gather(text, units); }
 
 void CParserToClient::GiveText(const XMLCh* text, XMLSize_t units, bool inCDATA) {
+    // A client's converter receives nothing twice.
+    if (m_Forwarder.IsRepeated()) {
+        if (inCDATA || !CEventForwarder::IsLayout(m_Narrow.ConvertByOwn(text, units))) {
+            m_Forwarder.Skip();
+        }
+        return;
+    }
     const SKnownText narrow = m_Narrow.Convert(text, units);
     if (inCDATA) {
         m_Forwarder.CDATAContent(narrow);
@@ -109,6 +131,9 @@ void CParserToClient::GiveText(const XMLCh* text, XMLSize_t units, bool inCDATA)
 }
 
 void CParserToClient::startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) {
+    if (m_Forwarder.Skip()) {
+        return;
+    }
     m_Narrow.Clear();
     const std::size_t narrowPrefix = m_Narrow.Append(prefix);
     const std::size_t narrowUri = m_Narrow.Append(uri);
@@ -116,20 +141,29 @@ void CParserToClient::startPrefixMapping(const XMLCh* prefix, const XMLCh* uri) 
 }
 
 void CParserToClient::endPrefixMapping(const XMLCh* prefix) {
-    m_Forwarder.EndNamespace(m_Narrow.Convert(prefix).text);
+    if (!m_Forwarder.Skip()) {
+        m_Forwarder.EndNamespace(m_Narrow.Convert(prefix).text);
+    }
 }
 
 void CParserToClient::startCDATA() {
     CMySAXHandler::startCDATA();
-    m_Forwarder.StartCDATA();
+    if (!m_Forwarder.Skip()) {
+        m_Forwarder.StartCDATA();
+    }
 }
 
 void CParserToClient::endCDATA() {
     CMySAXHandler::endCDATA();
-    m_Forwarder.EndCDATA();
+    if (!m_Forwarder.Skip()) {
+        m_Forwarder.EndCDATA();
+    }
 }
 
 void CParserToClient::startDTD(const XMLCh* name, const XMLCh* publicId, const XMLCh* systemId) {
+    if (m_Forwarder.Skip()) {
+        return;
+    }
     // The parser reports an empty one for SYSTEM, which has none.
     const bool isPublic = publicId != nullptr && *publicId != 0;
     m_Narrow.Clear();

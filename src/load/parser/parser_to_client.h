@@ -68,7 +68,7 @@ private:
     // `own` tells whether the library's own converter is in force. The likeliest name needs no
     // search.
     SPlacedName Place(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname, bool own) {
-        CNames::SName* const likely = own ? m_Names.FindLikely({uri, qname}) : nullptr;
+        CNames::SName* const likely = own ? m_Names.FindLikely(SParserName{uri, qname}) : nullptr;
         return likely != nullptr ? SPlacedName{likely, 0}
                                  : PlaceUnlikely(uri, localname, qname, own);
     }

@@ -8,9 +8,8 @@
 
 namespace norvask {
 
-CReaderLink* CReaderLink::Attach(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader,
-                                 bool tracksOffsets) {
-    CReaderLink* link = new CReaderLink(reader, tracksOffsets);
+CReaderLink* CReaderLink::Attach(CXMLSaxHandler& handler, bool tracksOffsets) {
+    CReaderLink* link = new CReaderLink(tracksOffsets);
     Release(handler.m_pLink);
     handler.m_pLink = Retain(link);
     return link;
@@ -30,7 +29,7 @@ void CReaderLink::Release(CReaderLink* link) noexcept {
 }
 
 std::uint64_t CReaderLink::Offset() {
-    if (m_pReader == nullptr) {
+    if (m_bIsOver) {
         return 0;
     }
     // The parser's own refusal, which it forgets inside of internal entities.
@@ -38,7 +37,7 @@ std::uint64_t CReaderLink::Offset() {
         throw xercesc::RuntimeException("", 0, xercesc::XMLExcepts::Reader_SrcOfsNotSupported);
     }
     // Inside of an entity the parser counts in the entity.
-    if (m_nEntities == 0) {
+    if (m_nEntities == 0 && m_pReader != nullptr) {
         const std::uint64_t offset = m_pReader->getSrcOffset();
         m_nLast = offset > m_nLast ? offset : m_nLast;
     }

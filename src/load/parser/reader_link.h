@@ -21,14 +21,15 @@ public:
 
     // A new link, which `handler` shows from now on, and which the caller has retained. Throws
     // std::bad_alloc.
-    static CReaderLink* Attach(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader,
-                               bool tracksOffsets);
+    static CReaderLink* Attach(CXMLSaxHandler& handler, bool tracksOffsets);
     // NULL is allowed. The last release deletes the link.
     static CReaderLink* Retain(CReaderLink* link) noexcept;
     static void Release(CReaderLink* link) noexcept;
 
+    // From now on the parser reads the document, with this reader, or no longer: NULL.
+    void SetReader(xercesc::SAX2XMLReader* reader) noexcept { m_pReader = reader; }
     // The load is over.
-    void Detach() noexcept { m_pReader = nullptr; }
+    void Detach() noexcept { m_bIsOver = true; }
 
     // While the parser is inside of an entity.
     void EnterEntity() noexcept { ++m_nEntities; }
@@ -39,22 +40,28 @@ public:
     std::uint64_t Offset();
 
 private:
-    CReaderLink(xercesc::SAX2XMLReader& reader, bool tracksOffsets) noexcept
-        : m_nUsers(1), m_pReader(&reader), m_bTracks(tracksOffsets), m_nEntities(0), m_nLast(0) {}
+    explicit CReaderLink(bool tracksOffsets) noexcept
+        : m_nUsers(1),
+          m_pReader(nullptr),
+          m_bTracks(tracksOffsets),
+          m_bIsOver(false),
+          m_nEntities(0),
+          m_nLast(0) {}
     ~CReaderLink() = default;
 
     std::atomic<unsigned int> m_nUsers;
-    xercesc::SAX2XMLReader* m_pReader;
+    xercesc::SAX2XMLReader* m_pReader;  // NULL when it is not the parser that reads
     const bool m_bTracks;
+    bool m_bIsOver;
     unsigned int m_nEntities;
     std::uint64_t m_nLast;
 };
 
-// Links a handler to a reader for the length of a scope.
+// Links a handler to a load for the length of a scope.
 class CReaderScope {
 public:
-    CReaderScope(CXMLSaxHandler& handler, xercesc::SAX2XMLReader& reader, bool tracksOffsets)
-        : m_pLink(CReaderLink::Attach(handler, reader, tracksOffsets)) {}
+    CReaderScope(CXMLSaxHandler& handler, bool tracksOffsets)
+        : m_pLink(CReaderLink::Attach(handler, tracksOffsets)) {}
     CReaderScope(const CReaderScope&) = delete;
     CReaderScope& operator=(const CReaderScope&) = delete;
     ~CReaderScope() {

@@ -9,8 +9,15 @@
 //   character data   one callback for each text, unless it is layout
 //   CDATA section    one callback for its content, as it stands, between two of its own
 //   DTD              with NULL for an identifier that it does not have
+//
+// A document may be read a second time, by somebody else: then the callbacks of the first time are
+// not repeated. Whoever reports asks for each whether it is one of those.
 #ifndef NORVASK_LOAD_RECEIVER_EVENT_FORWARDER_H
 #define NORVASK_LOAD_RECEIVER_EVENT_FORWARDER_H
+
+#include <cstdint>
+#include <exception>
+#include <utility>
 
 #include "foundation/known_text.h"
 #include "foundation/string_converter.h"
@@ -24,40 +31,71 @@ class CEventForwarder {
 public:
     explicit CEventForwarder(CXMLSaxHandler& client) noexcept : m_Client(client) {}
 
-    void StartDocument() { m_Client.StartDocument(); }
-    void EndDocument() { m_Client.EndDocument(); }
+    // The document is going to be reported again from its beginning. The last callback threw this
+    // exception, which is thrown again in its place; NULL if it returned.
+    void Repeat(std::exception_ptr thrown) noexcept {
+        m_nRepeated = std::exchange(m_nTold, 0);
+        m_Thrown = std::move(thrown);
+    }
+    // Whether the next callback is one that has been made.
+    bool IsRepeated() const noexcept { return m_nTold < m_nRepeated; }
+    // The same, and leaves it out.
+    bool Skip() {
+        if (!IsRepeated()) {
+            return false;
+        }
+        ++m_nTold;
+        if (m_nTold == m_nRepeated && m_Thrown != nullptr) {
+            std::rethrow_exception(m_Thrown);
+        }
+        return true;
+    }
+
+    void StartDocument() { Told().StartDocument(); }
+    void EndDocument() { Told().EndDocument(); }
 
     // The attributes of the element that is reported next; to be filled before that.
     CEventAttributes& Attributes() noexcept { return m_Attributes; }
     void StartElement(const SEventName& name) {
-        m_Client.StartElement(name.uri, name.localName, name.qName, m_Attributes.Array());
+        Told().StartElement(name.uri, name.localName, name.qName, m_Attributes.Array());
     }
     void EndElement(const SEventName& name) {
-        m_Client.EndElement(name.uri, name.localName, name.qName);
+        Told().EndElement(name.uri, name.localName, name.qName);
     }
 
+    // No callback is made for such character data.
+    static bool IsLayout(const SKnownText& text) noexcept {
+        return CStringConverter::IsFormattingWhitespace(text.text, text.length);
+    }
     void CharacterData(const SKnownText& text) {
-        if (!CStringConverter::IsFormattingWhitespace(text.text, text.length)) {
-            m_Client.Characters(text.text);
+        if (!IsLayout(text)) {
+            Told().Characters(text.text);
         }
     }
 
-    void StartCDATA() { m_Client.StartCDATA(); }
-    void CDATAContent(const SKnownText& text) { m_Client.Characters(text.text); }
-    void EndCDATA() { m_Client.EndCDATA(); }
+    void StartCDATA() { Told().StartCDATA(); }
+    void CDATAContent(const SKnownText& text) { Told().Characters(text.text); }
+    void EndCDATA() { Told().EndCDATA(); }
 
     // NULL for no identifier.
     void StartDTD(const char* name, const char* publicId, const char* systemId) {
-        m_Client.StartDTD(name, publicId, systemId);
+        Told().StartDTD(name, publicId, systemId);
     }
-    void StartNamespace(const char* prefix, const char* uri) {
-        m_Client.StartNamespace(prefix, uri);
-    }
-    void EndNamespace(const char* prefix) { m_Client.EndNamespace(prefix); }
+    void StartNamespace(const char* prefix, const char* uri) { Told().StartNamespace(prefix, uri); }
+    void EndNamespace(const char* prefix) { Told().EndNamespace(prefix); }
 
 private:
+    // Counted before it is told, since it may throw.
+    CXMLSaxHandler& Told() noexcept {
+        ++m_nTold;
+        return m_Client;
+    }
+
     CXMLSaxHandler& m_Client;
     CEventAttributes m_Attributes;
+    std::uint64_t m_nTold = 0;      // callbacks of this time
+    std::uint64_t m_nRepeated = 0;  // how many the first of them were made before
+    std::exception_ptr m_Thrown;
 };
 
 }  // namespace norvask

@@ -49,15 +49,26 @@ public:
         return likely != nullptr ? likely : Search(key, make);
     }
 
-    // The same for the likeliest name only; NULL if it is another.
-    SName* FindLikely(const Key& key) noexcept {
-        SName* const likely = m_ppNext[0];
+    // The same for the two likeliest names only; NULL if it is another. Whatever a kept name can be
+    // compared with will do for a key.
+    template <typename Likely>
+    SName* FindLikely(const Likely& key) noexcept {
+        SName* likely = m_ppNext[0];
         if (likely == nullptr || !likely->kept.Is(key)) {
-            return nullptr;
+            likely = m_ppNext[1];
+            if (likely == nullptr || !likely->kept.Is(key)) {
+                return nullptr;
+            }
+            std::swap(m_ppNext[0], m_ppNext[1]);
         }
         m_ppNext = likely->afterStart;
         return likely;
     }
+
+    // What came last, and going back to it.
+    using PlaceInDocument = SName**;
+    PlaceInDocument Place() const noexcept { return m_ppNext; }
+    void GoTo(PlaceInDocument place) noexcept { m_ppNext = place; }
 
     // An element of this name ended.
     void Ended(SName* name) noexcept { m_ppNext = name->afterEnd; }
@@ -75,12 +86,9 @@ public:
 private:
     template <typename Make>
     SName* Search(const Key& key, Make& make) {
-        SName* name = m_ppNext[1];
-        if (name == nullptr || !name->kept.Is(key)) {
-            name = SearchTable(key, make);
-            if (name == nullptr) {
-                return nullptr;
-            }
+        SName* const name = SearchTable(key, make);
+        if (name == nullptr) {
+            return nullptr;
         }
         m_ppNext[1] = m_ppNext[0];
         m_ppNext[0] = name;

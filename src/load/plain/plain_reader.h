@@ -1,0 +1,378 @@
+// Internal. CPlainReader: reads a plain document and reports it to a sink.
+//
+// A sink is told in document order, by these functions; those that return a bool return whether
+// reading shall go on:
+//
+//   struct SPayload                            what it keeps for a name as long as it is read
+//   StartDocument, EndDocument
+//   StartNamespace(prefix), EndNamespace(prefix)
+//   Text(text)                                 a whole one, between two boundaries
+//   CDATA(content)
+//   StartElement(name, attributes, count, content), EndElement(name)
+//
+// Everything is read before it is reported: of a tag that is not plain nothing is told, nor of the
+// text before it.
+#ifndef NORVASK_LOAD_PLAIN_PLAIN_READER_H
+#define NORVASK_LOAD_PLAIN_PLAIN_READER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "load/plain/content.h"
+#include "load/plain/namespaces.h"
+#include "load/plain/plain_name.h"
+#include "load/receiver/name_predictor.h"
+
+namespace norvask {
+
+template <typename Payload>
+using CPlainNames = CNamePredictor<SPlainName, Payload>;
+
+// A QName in the token.
+struct SNamePiece {
+    std::size_t begin;
+    std::size_t length;
+    std::size_t local;  // where its local part begins, in the name
+    bool isAscii;
+};
+
+template <typename Payload>
+struct SPlainAttribute {
+    typename CPlainNames<Payload>::SName* name;  // NULL as long as its prefix is not bound
+    SNamePiece written;
+    SPiece value;
+};
+
+template <typename Sink>
+class CPlainReader {
+public:
+    CPlainReader(CContent& content, Sink& sink)
+        : m_Content(content),
+          m_Window(content.Window()),
+          m_Sink(sink),
+          m_Names(MOST_NAMES, MOST_BYTES) {}
+
+    // Returns whether the whole document was plain and was reported.
+    bool Read() {
+        if (!m_Content.ReadStart() || !m_Sink.StartDocument() || !m_Content.ReadMisc()) {
+            return false;
+        }
+        m_Window.BeginToken();
+        if (m_Window.Peek() != '<' || !ReadStartTag()) {
+            return false;
+        }
+        while (!m_Open.empty()) {
+            if (!m_Content.ReadText() || !ReadMarkup()) {
+                return false;
+            }
+        }
+        return m_Content.ReadMisc() && m_Window.IsAtEnd() && m_Sink.EndDocument();
+    }
+
+private:
+    // What is kept of names is bounded, so that a document of ever new ones is read in the same
+    // memory: names beyond the bounds are made anew each time.
+    static const std::size_t MOST_NAMES = 4096;
+    static const std::size_t MOST_BYTES = 131072;
+    // Of names that do not fit into its buffers the parser refuses some that are well-formed.
+    static const std::size_t LONGEST_NAME = 8192;
+
+    using SPayload = typename Sink::SPayload;
+    using CNames = CPlainNames<SPayload>;
+    using SName = typename CNames::SName;
+    using SAttribute = SPlainAttribute<SPayload>;
+
+    struct SOpenElement {
+        SOpenElement(SName* own, std::size_t before) noexcept : name(own), declarations(before) {}
+        SName* name;
+        std::size_t declarations;  // that were in force before it
+    };
+
+    bool ReadMarkup() {
+        if (!m_Window.Has(2)) {
+            return false;
+        }
+        switch (m_Window.At()[1]) {
+            case '/':
+                return ReadEndTag();
+            case '?':
+                return m_Content.ReadPI();
+            case '!':
+                return m_Content.IsNext("<!--", 4) ? m_Content.ReadComment() : ReadCDSect();
+            default:
+                return ReadStartTag();
+        }
+    }
+
+    bool ReadCDSect() {
+        SPiece content;
+        return m_Content.IsNext("<![CDATA[", 9) && m_Content.ReadCDSect(content) && GiveText() &&
+               m_Sink.CDATA(m_Content.Piece(content));
+    }
+
+    // ETag
+    bool ReadEndTag() {
+        const SKnownText name = m_Open.back().name->kept.QName();
+        if (!m_Window.Has(name.length + 3) ||
+            std::memcmp(m_Window.At() + 2, name.text, name.length) != 0) {
+            return false;
+        }
+        m_Window.GoTo(m_Window.At() + 2 + name.length);
+        m_Content.ReadS();
+        return m_Window.Skip('>') && GiveText() && EndElement();
+    }
+
+    bool EndElement() {
+        const SOpenElement ended = m_Open.back();
+        m_Open.pop_back();
+        if (!m_Sink.EndElement(*ended.name)) {
+            return false;
+        }
+        for (std::size_t i = m_Namespaces.Count(); i > ended.declarations; --i) {
+            if (!m_Sink.EndNamespace(m_Namespaces.At(i - 1))) {
+                return false;
+            }
+        }
+        m_Namespaces.ReturnTo(ended.declarations);
+        if (!m_Temporary.empty() && m_Temporary.back().get() == ended.name) {
+            m_Temporary.pop_back();
+        } else {
+            m_Names.Ended(ended.name);
+        }
+        return true;
+    }
+
+    bool GiveText() {
+        if (!m_Content.HasText()) {
+            return true;
+        }
+        const bool goesOn = m_Sink.Text(m_Content.Text());
+        m_Content.ClearText();
+        return goesOn;
+    }
+
+    // STag, EmptyElemTag
+    bool ReadStartTag() {
+        ++m_nTag;
+        m_nAttributes = 0;
+        m_bDeclares = false;
+        const std::size_t temporary = m_Temporary.size();
+        const auto place = m_Names.Place();
+        m_Window.GoTo(m_Window.At() + 1);
+        SNamePiece written;
+        SName* name = nullptr;
+        bool isEmpty = false;
+        if (!ReadName(true, written, name) || !ReadAttributes(isEmpty)) {
+            return false;
+        }
+        const std::size_t declarations = m_Namespaces.Count();
+        if (m_bDeclares) {
+            if (!Declare()) {
+                return false;
+            }
+            m_Names.GoTo(place);
+            m_Temporary.resize(temporary);
+            name = Find(true, written);
+            FindAgain();
+        }
+        if (name == nullptr || !CheckAttributes(temporary)) {
+            return false;
+        }
+        for (std::size_t i = declarations; i < m_Namespaces.Count(); ++i) {
+            if (!m_Sink.StartNamespace(m_Namespaces.At(i))) {
+                return false;
+            }
+        }
+        m_Open.emplace_back(name, declarations);
+        if (!GiveText() ||
+            !m_Sink.StartElement(*name, m_Attributes.data(), m_nAttributes, m_Content)) {
+            return false;
+        }
+        // That of the element is the first.
+        if (m_Temporary.size() > temporary) {
+            m_Temporary.resize(m_Temporary[temporary].get() == name ? temporary + 1 : temporary);
+        }
+        return !isEmpty || EndElement();
+    }
+
+    // (S Attribute)* S? up to the end of the tag
+    bool ReadAttributes(bool& isEmpty) {
+        for (;;) {
+            const bool hasSpace = m_Content.ReadS();
+            const char next = m_Window.Peek();
+            if (next == '>' || next == '/') {
+                isEmpty = next == '/';
+                return isEmpty ? m_Window.Skip("/>", 2) : m_Window.Skip('>');
+            }
+            if (!hasSpace || !ReadAttribute()) {
+                return false;
+            }
+        }
+    }
+
+    bool ReadAttribute() {
+        if (m_nAttributes == m_Attributes.size()) {
+            m_Attributes.resize(2 * m_nAttributes + 8);
+        }
+        SAttribute& attribute = m_Attributes[m_nAttributes];
+        ++m_nAttributes;
+        if (!ReadName(false, attribute.written, attribute.name)) {
+            return false;
+        }
+        m_bDeclares = m_bDeclares ||
+                      (attribute.name != nullptr && attribute.name->kept.Declares() != nullptr);
+        m_Content.ReadS();
+        if (!m_Window.Skip('=')) {
+            return false;
+        }
+        m_Content.ReadS();
+        return m_Content.ReadAttValue(attribute.value);
+    }
+
+    // QName; `name` is NULL if its prefix is not bound, which this tag may do further on.
+    bool ReadName(bool isElement, SNamePiece& written, SName*& name) {
+        written.begin = m_Window.InToken(m_Window.At());
+        SName* const likely =
+            m_Names.FindLikely(SNameAhead{m_Window.At(), m_Window.Unread(), isElement});
+        if (likely != nullptr) {
+            const SKnownText text = likely->kept.QName();
+            written.length = text.length;
+            written.local = text.length - likely->kept.LocalName().length;
+            written.isAscii = text.Is(KNOWN_ASCII);
+            m_Window.GoTo(m_Window.At() + text.length);
+            name = likely;
+            return true;
+        }
+        written.local = 0;
+        written.isAscii = true;
+        if (!m_Content.ReadNCName(written.isAscii)) {
+            return false;
+        }
+        if (m_Window.Skip(':')) {
+            written.local = m_Window.InToken(m_Window.At()) - written.begin;
+            if (!m_Content.ReadNCName(written.isAscii)) {
+                return false;
+            }
+        }
+        written.length = m_Window.InToken(m_Window.At()) - written.begin;
+        name = Find(isElement, written);
+        return written.length <= LONGEST_NAME;
+    }
+
+    SName* Find(bool isElement, const SNamePiece& written) {
+        SPlainName name = {m_Window.Token() + written.begin, written.length, written.local,
+                           written.isAscii, isElement};
+        if (!Resolve(name)) {
+            return nullptr;
+        }
+        SName* const found = m_Names.Find(name, [] { return SPayload(); });
+        if (found != nullptr) {
+            return found;
+        }
+        m_Temporary.push_back(std::make_unique<SName>(name, name.Hash(), SPayload()));
+        return m_Temporary.back().get();
+    }
+
+    // Returns false if the prefix is not bound.
+    bool Resolve(SPlainName& name) {
+        const std::size_t prefix = name.local == 0 ? 0 : name.local - 1;
+        const char* const local = name.text + name.local;
+        const std::size_t length = name.length - name.local;
+        name.prefix = name.isElement ? &m_Namespaces.OfElement(name.text, prefix)
+                                     : &m_Namespaces.OfAttribute(name.text, prefix);
+        if (name.prefix->uri == nullptr) {
+            return false;
+        }
+        if (name.isElement) {
+            return !m_Namespaces.IsOfDeclarations(*name.prefix);
+        }
+        name.declares = m_Namespaces.Declared(*name.prefix, local, length);
+        name.isLeft = IsSchemaLocation(*name.prefix->uri, {local, length});
+        return true;
+    }
+
+    // The parser would fetch the schema.
+    static bool IsSchemaLocation(const SUri& uri, std::string_view local) {
+        return (local == "schemaLocation" || local == "noNamespaceSchemaLocation") &&
+               uri.text == std::string_view("http://www.w3.org/2001/XMLSchema-instance");
+    }
+
+    bool Declare() {
+        for (std::size_t i = 0; i < m_nAttributes; ++i) {
+            const SAttribute& attribute = m_Attributes[i];
+            SPrefix* const prefix =
+                attribute.name == nullptr ? nullptr : attribute.name->kept.Declares();
+            if (prefix != nullptr &&
+                !m_Namespaces.Declare(*prefix, m_Content.Piece(attribute.value), m_nTag)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // The attributes that are no declarations, with the prefixes as they are bound now.
+    void FindAgain() {
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < m_nAttributes; ++i) {
+            const SAttribute& attribute = m_Attributes[i];
+            SName* const name = Find(false, attribute.written);
+            if (name == nullptr || name->kept.Declares() == nullptr) {
+                m_Attributes[kept] = attribute;
+                m_Attributes[kept].name = name;
+                ++kept;
+            }
+        }
+        m_nAttributes = kept;
+    }
+
+    // Whether each has a name of its own, in its namespace too, and none is left to the parser.
+    bool CheckAttributes(std::size_t temporary) {
+        bool isUnsure = m_Temporary.size() > temporary;
+        for (std::size_t i = 0; i < m_nAttributes; ++i) {
+            SName* const name = m_Attributes[i].name;
+            if (name == nullptr || name->kept.IsLeft() || !name->kept.Meet(m_nTag)) {
+                return false;
+            }
+            if (name->kept.HasPrefix()) {
+                SUri& uri = *name->kept.Uri();
+                isUnsure = isUnsure || (uri.tag == m_nTag && uri.prefix != name->kept.Prefix());
+                uri.tag = m_nTag;
+                uri.prefix = name->kept.Prefix();
+            }
+        }
+        return !isUnsure || AreDistinct();
+    }
+
+    bool AreDistinct() const {
+        std::set<std::pair<const SUri*, std::string_view>> names;
+        for (std::size_t i = 0; i < m_nAttributes; ++i) {
+            const auto& kept = m_Attributes[i].name->kept;
+            if (!names.emplace(kept.Uri(), kept.LocalName().text).second) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    CContent& m_Content;
+    CWindow& m_Window;
+    Sink& m_Sink;
+    CNamespaces m_Namespaces;
+    CNames m_Names;
+    std::vector<SOpenElement> m_Open;
+    std::vector<std::unique_ptr<SName>> m_Temporary;  // those that are not kept: of open elements,
+                                                      // then of the tag that is read
+    std::vector<SAttribute> m_Attributes;             // of that tag, and room for more
+    std::size_t m_nAttributes = 0;
+    std::uint64_t m_nTag = 0;
+    bool m_bDeclares = false;
+};
+
+}  // namespace norvask
+
+#endif
