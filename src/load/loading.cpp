@@ -156,17 +156,20 @@ void Parse(Source& source, CMySAXHandler& handler, const SLoadOptions& options, 
     Translated(source, [&] { source.Parse(*reader); });
 }
 
-// What was built of a document that is left is deleted before the parser begins.
-CXMLDocument* TryPlainTree(CByteSource* bytes, bool keepPrefixes, const SLoadOptions& options) {
+// Returns whether the load is done. What was built of a document that is left is deleted before the
+// parser begins.
+bool TryPlainTree(CByteSource* bytes, bool keepPrefixes, const SLoadOptions& options,
+                  CXMLDocument*& document) {
     Tell(options, bytes != nullptr ? ELane::LEFT : ELane::NOT_TRIED);
     if constexpr (NORVASK_FAST_LANE != 0) {
         CTreeBuilder builder;
         if (bytes != nullptr && ReadPlainTree(*bytes, options.window, keepPrefixes, builder)) {
             Tell(options, ELane::TAKEN);
-            return builder.TakeDocument();
+            document = builder.TakeDocument();
+            return true;
         }
     }
-    return nullptr;
+    return false;
 }
 
 // Returns whether the client was told the whole document. If not, the callbacks that it received
@@ -198,9 +201,9 @@ bool TryPlainEvents(CByteSource* bytes, CEventForwarder& forwarder, const SLoadO
 template <typename Source>
 CXMLDocument* LoadTreeFrom(Source&& source, bool keepPrefixes, const SLoadOptions& options) {
     CByteSource* const bytes = BytesForLane(source, options);
-    CXMLDocument* const plain = TryPlainTree(bytes, keepPrefixes, options);
-    if (plain != nullptr) {
-        return plain;
+    CXMLDocument* document = nullptr;
+    if (TryPlainTree(bytes, keepPrefixes, options, document)) {
+        return document;
     }
     CTreeBuilder builder;
     CParserToTree handler(builder, keepPrefixes);

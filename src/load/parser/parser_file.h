@@ -10,7 +10,7 @@
 #include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/util/BinInputStream.hpp>
 
-#include "load/plain/byte_source.h"
+#include "load/byte_source.h"
 
 namespace norvask {
 

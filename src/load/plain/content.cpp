@@ -83,13 +83,11 @@ bool CContent::ReadPseudoAttribute(const char* name, const char* const (&values)
     return false;
 }
 
-bool CContent::ReadS() {
-    bool any = false;
-    while (IsByte(m_Window.Peek(), BYTE_SPACE)) {
+bool CContent::SkipS() {
+    do {
         m_Window.GoTo(EndOfKind(m_Window.At(), BYTE_SPACE));
-        any = true;
-    }
-    return any;
+    } while (IsByte(m_Window.Peek(), BYTE_SPACE));
+    return true;
 }
 
 bool CContent::ReadMisc() {

@@ -6,6 +6,7 @@
 #define NORVASK_LOAD_PLAIN_CONTENT_H
 
 #include "foundation/known_text.h"
+#include "load/plain/characters.h"
 #include "load/plain/window.h"
 
 namespace norvask {
@@ -32,7 +33,9 @@ public:
     bool ReadText();     // CharData and Reference, up to a '<'; adds to the text
     bool ReadComment();  // with the cursor on "<!--"
     bool ReadPI();       // with the cursor on "<?"
-    bool ReadS();        // S; returns whether there was any
+    bool ReadS() {       // S; returns whether there was any
+        return IsByte(m_Window.Peek(), BYTE_SPACE) && SkipS();
+    }
 
     // Whether these characters come next.
     bool IsNext(const char* characters, std::size_t length) {
@@ -66,6 +69,7 @@ private:
         return isAscii ? KNOWN_UTF8 | KNOWN_ASCII : KNOWN_UTF8;
     }
 
+    bool SkipS();
     bool ReadXMLDecl();
     bool ReadPseudoAttribute(const char* name, const char* const (&values)[2]);
     bool ReadCharsUpTo(char stop);

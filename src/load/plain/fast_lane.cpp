@@ -10,7 +10,7 @@ bool ReadPlainTree(CByteSource& source, std::size_t window, bool keepPrefixes,
                    CTreeBuilder& builder) {
     CContent content(source, window);
     CPlainToTree sink(builder, keepPrefixes);
-    return CPlainReader<CPlainToTree>(content, sink).Read();
+    return CPlainReader<CPlainToTree>(content, sink).Read() || sink.IsWithoutMemory();
 }
 
 // The parser decodes a whole block before it tells what stands there, and of a block that is

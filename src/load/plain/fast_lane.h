@@ -10,7 +10,7 @@
 
 #include <cstddef>
 
-#include "load/plain/byte_source.h"
+#include "load/byte_source.h"
 
 namespace norvask {
 
@@ -20,8 +20,9 @@ class CTreeBuilder;
 // How much of a document is held at once, but for longer tokens.
 const std::size_t PLAIN_WINDOW = 65536;
 
-// Return whether the document was read to its end. If not, the receiver was told a beginning of it,
-// events only as the parser will tell them too. Throw what the receiver throws, and std::bad_alloc.
+// Return whether the document was read to its end; if not, the receiver was told a beginning of it,
+// events only as the parser will tell them too. Where there was no memory for the document, which
+// is no failure of a load, it counts as read. Throw what the receiver throws, and std::bad_alloc.
 bool ReadPlainTree(CByteSource& source, std::size_t window, bool keepPrefixes,
                    CTreeBuilder& builder);
 bool ReadPlainEvents(CByteSource& source, std::size_t window, CEventForwarder& forwarder);

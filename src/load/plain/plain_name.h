@@ -51,7 +51,9 @@ public:
           m_pDeclares(met.declares),
           m_bIsAscii(met.isAscii),
           m_bIsElement(met.isElement),
-          m_bIsLeft(met.isLeft) {}
+          m_bIsLeft(met.isLeft),
+          m_nFirst(FirstWord(met.text, met.length)),
+          m_nMask(Mask(met.length)) {}
 
     bool Is(const SPlainName& name) const noexcept {
         return IsText(name.text, name.length) && m_bIsElement == name.isElement &&
@@ -59,9 +61,15 @@ public:
     }
     // A character that goes on with a name must not follow.
     bool Is(const SNameAhead& ahead) const noexcept {
-        return ahead.room > m_Text.size() && m_bIsElement == ahead.isElement &&
-               std::memcmp(ahead.text, m_Text.data(), m_Text.size()) == 0 &&
+        return ahead.room > m_Text.size() && m_bIsElement == ahead.isElement && IsAt(ahead.text) &&
                IsByte(ahead.text[m_Text.size()], BYTE_NAME_END) && IsCurrent();
+    }
+    // Whether the characters at `text`, where there are as many and a word can be read, are these.
+    bool IsAt(const char* text) const noexcept {
+        return ((Word(text) ^ m_nFirst) & m_nMask) == 0 &&
+               (m_Text.size() <= sizeof(m_nFirst) ||
+                std::memcmp(text + sizeof(m_nFirst), m_Text.data() + sizeof(m_nFirst),
+                            m_Text.size() - sizeof(m_nFirst)) == 0);
     }
     bool IsText(const char* text, std::size_t length) const noexcept {
         return m_Text.size() == length && std::memcmp(m_Text.data(), text, length) == 0;
@@ -93,6 +101,22 @@ private:
         return KNOWN_UTF8 | KNOWN_NAME | (m_bIsAscii ? KNOWN_ASCII : 0);
     }
 
+    static std::uint64_t Word(const char* text) noexcept {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text, sizeof(word));
+        return word;
+    }
+    // The bits of the first bytes, as many as there are.
+    static std::uint64_t FirstWord(const char* text, std::size_t length) noexcept {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text, length < sizeof(word) ? length : sizeof(word));
+        return word;
+    }
+    static std::uint64_t Mask(std::size_t length) noexcept {
+        static const char ALL[] = "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF";
+        return FirstWord(ALL, length);
+    }
+
     const std::string m_Text;
     const std::size_t m_nLocal;
     SPrefix* const m_pPrefix;
@@ -101,6 +125,8 @@ private:
     const bool m_bIsAscii;
     const bool m_bIsElement;
     const bool m_bIsLeft;
+    const std::uint64_t m_nFirst;  // of the text, and which of its bits count
+    const std::uint64_t m_nMask;
     std::uint64_t m_nTag = 0;
 };
 

@@ -117,12 +117,12 @@ private:
 
     // ETag
     bool ReadEndTag() {
-        const SKnownText name = m_Open.back().name->kept.QName();
-        if (!m_Window.Has(name.length + 3) ||
-            std::memcmp(m_Window.At() + 2, name.text, name.length) != 0) {
+        const auto& name = m_Open.back().name->kept;
+        const std::size_t length = name.QName().length;
+        if (!m_Window.Has(length + 3) || !name.IsAt(m_Window.At() + 2)) {
             return false;
         }
-        m_Window.GoTo(m_Window.At() + 2 + name.length);
+        m_Window.GoTo(m_Window.At() + 2 + length);
         m_Content.ReadS();
         return m_Window.Skip('>') && GiveText() && EndElement();
     }

@@ -25,10 +25,13 @@ public:
         : m_Builder(builder), m_bKeepPrefixes(keepPrefixes) {}
 
     bool StartDocument() {
+        m_bIsStarted = true;
         m_Builder.StartDocument();
         return m_Builder.HasDocument();
     }
     bool EndDocument() noexcept { return true; }
+    // Without memory for a document there is none, whatever stands in it.
+    bool IsWithoutMemory() const noexcept { return m_bIsStarted && !m_Builder.HasDocument(); }
 
     bool StartNamespace(const SPrefix& prefix);
     bool EndNamespace(const SPrefix&) noexcept { return true; }
@@ -54,6 +57,7 @@ private:
 
     CTreeBuilder& m_Builder;
     const bool m_bKeepPrefixes;
+    bool m_bIsStarted = false;
 };
 
 }  // namespace norvask

@@ -2,13 +2,21 @@
 #include "load/plain/window.h"
 
 namespace norvask {
+namespace {
+
+// With room for the zero, and for the word that may begin there.
+std::unique_ptr<char[]> NewBlock(std::size_t capacity) {
+    return std::unique_ptr<char[]>(new char[capacity + CWindow::WORD_BYTES]);
+}
+
+}  // namespace
 
 // A document that is smaller than the window shall need no more than its own size; one byte more
 // tells that there is nothing behind it.
 CWindow::CWindow(CByteSource& source, std::size_t capacity)
     : m_Source(source),
       m_nCapacity(source.Size() < capacity ? source.Size() + 1 : capacity),
-      m_pBlock(new char[m_nCapacity + 1]),
+      m_pBlock(NewBlock(m_nCapacity)),
       m_pAt(m_pBlock.get()),
       m_pEnd(m_pAt),
       m_pToken(m_pAt),
@@ -53,7 +61,7 @@ void CWindow::MakeRoom() {
     std::unique_ptr<char[]> grown;
     char* front = m_pBlock.get();
     if (kept > m_nCapacity / 2) {
-        grown.reset(new char[2 * m_nCapacity + 1]);
+        grown = NewBlock(2 * m_nCapacity);
         front = grown.get();
     }
     m_bIsWhole = m_bIsWhole && kept == static_cast<std::size_t>(m_pEnd - m_pBlock.get());

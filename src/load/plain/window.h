@@ -16,15 +16,19 @@
 #define NORVASK_LOAD_PLAIN_WINDOW_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 
-#include "load/plain/byte_source.h"
+#include "load/byte_source.h"
 
 namespace norvask {
 
 class CWindow {
 public:
+    // So many bytes from any unread one on can be read, for comparing several at once.
+    static const std::size_t WORD_BYTES = sizeof(std::uint64_t);
+
     // Reads nothing yet. Throws std::bad_alloc, as does everything that reads.
     CWindow(CByteSource& source, std::size_t capacity);
     CWindow(const CWindow&) = delete;
@@ -34,6 +38,7 @@ public:
     bool Restart() noexcept;
 
     // The cursor; it stands in the unread bytes or on the zero behind them.
+    // The next WORD_BYTES bytes can be read, whatever they are.
     char* At() const noexcept { return m_pAt; }
     void GoTo(char* at) noexcept { m_pAt = at; }
     std::size_t Unread() const noexcept { return static_cast<std::size_t>(m_pEnd - m_pAt); }
