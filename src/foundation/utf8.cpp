@@ -81,6 +81,29 @@ const char* EndOfUtf8(const char* text) noexcept {
     }
 }
 
+std::size_t Utf8Length(const char* text, std::size_t length) noexcept {
+    const std::size_t BLOCK = 32;
+    std::size_t i = 0;
+    for (;;) {
+        while (length - i >= BLOCK && IsAscii(text + i, BLOCK)) {
+            i += BLOCK;
+        }
+        while (i < length && Byte(text[i]) < 0x80) {
+            ++i;
+        }
+        while (i < length && Byte(text[i]) >= 0x80) {
+            const std::size_t sequence = Utf8SequenceLength(text + i);
+            if (sequence == 0) {
+                return i;
+            }
+            i += sequence;
+        }
+        if (i >= length) {
+            return length;
+        }
+    }
+}
+
 std::size_t CutAtCharacter(const char* text, std::size_t limit) noexcept {
     for (std::size_t back = 1; back <= 3 && back <= limit; ++back) {
         const char* start = text + limit - back;

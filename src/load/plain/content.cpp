@@ -11,7 +11,7 @@ namespace norvask {
 
 bool CContent::IsUtf8() {
     for (;;) {
-        m_Window.GoTo(m_Window.At() + (EndOfUtf8(m_Window.At()) - m_Window.At()));
+        m_Window.GoTo(m_Window.At() + Utf8Length(m_Window.At(), m_Window.Unread()));
         m_Window.BeginToken();
         if (m_Window.Unread() >= MOST_CHAR_BYTES || !m_Window.More()) {
             return m_Window.IsAtEnd() && m_Window.Restart();

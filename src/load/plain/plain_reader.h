@@ -203,6 +203,8 @@ private:
     // (S Attribute)* S? up to the end of the tag
     bool ReadAttributes(bool& isEmpty) {
         for (;;) {
+            while (ReadLikelyAttribute()) {
+            }
             const bool hasSpace = m_Content.ReadS();
             const char next = m_Window.Peek();
             if (next == '>' || next == '/') {
@@ -215,12 +217,56 @@ private:
         }
     }
 
-    bool ReadAttribute() {
+    // The most frequent one: a blank, the name that is expected, a value that stands for itself.
+    // Returns false if it is another, and then nothing has changed.
+    bool ReadLikelyAttribute() {
+        char* const at = m_Window.At();
+        if (*at != ' ') {
+            return false;
+        }
+        const auto place = m_Names.Place();
+        SName* const name = m_Names.FindLikely(SNameAhead{at + 1, m_Window.Unread() - 1, false});
+        if (name == nullptr) {
+            return false;
+        }
+        char* const behind = at + 1 + name->kept.QName().length;
+        char* const begin = behind + 2;
+        if (behind[0] == '=' && (behind[1] == '"' || behind[1] == '\'')) {
+            char* const end = EndOfKind(begin, BYTE_VALUE);
+            if (*end == behind[1]) {
+                AddAttribute(*name, at + 1, begin, end);
+                return true;
+            }
+        }
+        m_Names.GoTo(place);
+        return false;
+    }
+
+    void AddAttribute(SName& name, const char* written, const char* begin, char* end) {
+        SAttribute& attribute = NewAttribute();
+        attribute.name = &name;
+        attribute.written = WrittenAs(name, written);
+        attribute.value = {m_Window.InToken(begin), static_cast<std::size_t>(end - begin), true};
+        m_bDeclares = m_bDeclares || name.kept.Declares() != nullptr;
+        m_Window.GoTo(end + 1);
+    }
+
+    SAttribute& NewAttribute() {
         if (m_nAttributes == m_Attributes.size()) {
             m_Attributes.resize(2 * m_nAttributes + 8);
         }
-        SAttribute& attribute = m_Attributes[m_nAttributes];
         ++m_nAttributes;
+        return m_Attributes[m_nAttributes - 1];
+    }
+
+    SNamePiece WrittenAs(const SName& name, const char* written) const noexcept {
+        const SKnownText text = name.kept.QName();
+        return {m_Window.InToken(written), text.length, text.length - name.kept.LocalName().length,
+                text.Is(KNOWN_ASCII)};
+    }
+
+    bool ReadAttribute() {
+        SAttribute& attribute = NewAttribute();
         if (!ReadName(false, attribute.written, attribute.name)) {
             return false;
         }
@@ -236,20 +282,15 @@ private:
 
     // QName; `name` is NULL if its prefix is not bound, which this tag may do further on.
     bool ReadName(bool isElement, SNamePiece& written, SName*& name) {
-        written.begin = m_Window.InToken(m_Window.At());
         SName* const likely =
             m_Names.FindLikely(SNameAhead{m_Window.At(), m_Window.Unread(), isElement});
         if (likely != nullptr) {
-            const SKnownText text = likely->kept.QName();
-            written.length = text.length;
-            written.local = text.length - likely->kept.LocalName().length;
-            written.isAscii = text.Is(KNOWN_ASCII);
-            m_Window.GoTo(m_Window.At() + text.length);
+            written = WrittenAs(*likely, m_Window.At());
+            m_Window.GoTo(m_Window.At() + written.length);
             name = likely;
             return true;
         }
-        written.local = 0;
-        written.isAscii = true;
+        written = {m_Window.InToken(m_Window.At()), 0, 0, true};
         if (!m_Content.ReadNCName(written.isAscii)) {
             return false;
         }

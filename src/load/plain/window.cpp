@@ -23,7 +23,9 @@ CWindow::CWindow(CByteSource& source, std::size_t capacity)
       m_pText(m_pAt),
       m_nText(0),
       m_bIsWhole(true),
-      m_bIsLast(false) {
+      m_bIsLast(false),
+      m_bIsAhead(false),
+      m_Ahead('\0') {
     *m_pEnd = '\0';
 }
 
@@ -38,6 +40,7 @@ bool CWindow::Restart() noexcept {
     *m_pEnd = '\0';
     m_bIsWhole = true;
     m_bIsLast = false;
+    m_bIsAhead = false;
     return m_Source.Rewind();
 }
 
@@ -46,12 +49,17 @@ bool CWindow::More() {
         return false;
     }
     MakeRoom();
+    const char* const before = m_pEnd;
+    if (m_bIsAhead) {
+        *m_pEnd = m_Ahead;
+        ++m_pEnd;
+    }
     const std::size_t room = m_nCapacity - static_cast<std::size_t>(m_pEnd - m_pBlock.get());
-    const std::size_t count = m_Source.Read(m_pEnd, room);
-    m_bIsLast = count < room;
-    m_pEnd += count;
+    m_pEnd += m_Source.Read(m_pEnd, room);
     *m_pEnd = '\0';
-    return count != 0;
+    m_bIsAhead = m_pEnd == m_pBlock.get() + m_nCapacity && m_Source.Read(&m_Ahead, 1) == 1;
+    m_bIsLast = !m_bIsAhead;
+    return m_pEnd != before;
 }
 
 void CWindow::MakeRoom() {

@@ -43,7 +43,8 @@ public:
     void GoTo(char* at) noexcept { m_pAt = at; }
     std::size_t Unread() const noexcept { return static_cast<std::size_t>(m_pEnd - m_pAt); }
 
-    // Reads more, if there is any; then the cursor may have another address.
+    // Reads more, if there is any; then the cursor may have another address. If not, it returns
+    // false and nothing has moved.
     bool More();
     // Whether there are this many unread bytes, more being read if need be.
     bool Has(std::size_t bytes) {
@@ -116,6 +117,8 @@ private:
     std::size_t m_nText;
     bool m_bIsWhole;  // the block begins with the first byte of the document
     bool m_bIsLast;   // there is nothing more to read
+    bool m_bIsAhead;  // the next byte was read already, which tells that there is more
+    char m_Ahead;
 };
 
 }  // namespace norvask
