@@ -5,8 +5,8 @@
 //   lane_against_parser systematic
 //       small documents, cut and changed at every place, and read with each window; and everything
 //       on the edges of the parser's buffers
-//   lane_against_parser documents [--excerpts N] PATH...
-//       all XML documents of the folders, and how much of each folder the lane takes
+//   lane_against_parser documents [--every N] [--excerpts N] PATH...
+//       all XML documents of the folders, or every Nth, and how much of each folder the lane takes
 //
 //   --processes N       1 unless given
 //   --findings FOLDER   where documents with differences go; the current one unless given
@@ -46,6 +46,7 @@ struct SOptions {
     std::uint64_t processes = 1;
     std::uint64_t stop = 10;
     std::uint64_t excerpts = 3;
+    std::uint64_t every = 1;
     std::string findings = ".";
     std::vector<std::string> paths;
 };
@@ -276,7 +277,7 @@ std::string PlaceLeft(const std::string& document) {
         const std::size_t middle = less + (enough - less) / 2;
         (told(middle) < all ? less : enough) = middle;
     }
-    return Readable(document.substr(enough, 60));
+    return Readable(document.substr(less, 60));
 }
 
 // Whether the parser takes a document, and finds no document type in it.
@@ -351,8 +352,13 @@ int RunDocuments(const SOptions& options) {
                 "taken", "of plain", "KiB", "taken");
     for (const std::string& path : options.paths) {
         SFolder folder;
-        for (const fs::path& file : FilesIn({path}))
-            AddDocument(file, comparison, findings, folder);
+        const std::vector<fs::path> files = FilesIn({path});
+        if (files.empty()) {
+            std::fprintf(stderr, "%s has no documents\n", path.c_str());
+            return 2;
+        }
+        for (std::size_t i = 0; i < files.size(); i += options.every)
+            AddDocument(files[i], comparison, findings, folder);
         const auto percent = [](std::uint64_t part, std::uint64_t whole) {
             return whole == 0 ? 0.0
                               : 100.0 * static_cast<double>(part) / static_cast<double>(whole);
@@ -379,7 +385,7 @@ bool ReadOptions(int count, char** arguments, SOptions& options) {
         {"--seed", &options.seed},           {"--seconds", &options.seconds},
         {"--count", &options.count},         {"--windows", &options.windows},
         {"--processes", &options.processes}, {"--stop", &options.stop},
-        {"--excerpts", &options.excerpts}};
+        {"--excerpts", &options.excerpts},   {"--every", &options.every}};
     for (int i = 0; i < count; ++i) {
         const std::string argument = arguments[i];
         const auto number = numbers.find(argument);
@@ -395,7 +401,7 @@ bool ReadOptions(int count, char** arguments, SOptions& options) {
             return false;
         }
     }
-    return options.processes > 0 && options.windows > 0;
+    return options.processes > 0 && options.windows > 0 && options.every > 0;
 }
 
 int Run(int count, char** arguments) {
