@@ -40,7 +40,7 @@ inline const std::vector<std::string>& SmallDocuments() {
         "<a xmlns:i='http://www.w3.org/2001/XMLSchema-instance' i:nil='1'/>",
         "<\xC3\xA9 \xE4\xB8\xAD='\xF0\x9F\x98\x80'>\xE2\x82\xAC\xC2\xA0</\xC3\xA9>",
         "<a>&#xE9;&#x20AC;&#x1F600;&#xD7FF;&#xE000;</a>",
-        "<a-b.c_d1 :='1'/>",
+        "<a-b.c_d1 _='1'/>",
         "<a><b><c><d/></c></b></a>",
         "<aa><aaa/><aa></aa></aa>",
         "<a>text<b/>tail<b></b> end</a>",
