@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "foundation/byte_block.h"
+
 namespace norvask {
 namespace {
 
@@ -81,27 +83,68 @@ const char* EndOfUtf8(const char* text) noexcept {
     }
 }
 
+namespace {
+
+// Whether anything in a block is wrong, given the bytes that are one, two and three places before
+// each: a continuation where there must be none or none where there must be one, a byte that no
+// character has, or a second byte with which the first one is overlong, a surrogate or too large.
+bool HasMistake(const ByteBlock& block, const ByteBlock& one, const ByteBlock& two,
+                const ByteBlock& three) noexcept {
+    using B = std::uint8_t;
+    const auto isContinuation = (block & B{0xC0}) == B{0x80};
+    const auto mustContinue = (one >= B{0xC0}) | (two >= B{0xE0}) | (three >= B{0xF0});
+    const auto isNever = (block == B{0xC0}) | (block == B{0xC1}) | (block >= B{0xF5});
+    const auto isWrong =
+        ((one == B{0xE0}) & (block < B{0xA0})) | ((one == B{0xED}) & (block >= B{0xA0})) |
+        ((one == B{0xF0}) & (block < B{0x90})) | ((one == B{0xF4}) & (block >= B{0x90}));
+    const auto mistakes = (isContinuation ^ mustContinue) | isNever | isWrong;
+    return !HalvesOf(reinterpret_cast<const ByteBlock&>(mistakes)).IsZero();
+}
+
+// How many bytes from `begin` on are well-formed for sure, in whole blocks. `begin` is the beginning
+// of a character; the last one may be cut off.
+std::size_t FormedBlocks(const char* text, std::size_t length) noexcept {
+    if (length < BLOCK_BYTES) {
+        return 0;
+    }
+    char first[BLOCK_BYTES + 3] = {};
+    std::memcpy(first + 3, text, BLOCK_BYTES);
+    const char* at = first + 3;
+    std::size_t formed = 0;
+    while (!HasMistake(LoadBlock(at), LoadBlock(at - 1), LoadBlock(at - 2), LoadBlock(at - 3))) {
+        formed += BLOCK_BYTES;
+        if (length - formed < BLOCK_BYTES) {
+            break;
+        }
+        at = text + formed;
+    }
+    return formed;
+}
+
+}  // namespace
+
 std::size_t Utf8Length(const char* text, std::size_t length) noexcept {
     const std::size_t BLOCK = 32;
     std::size_t i = 0;
-    for (;;) {
-        while (length - i >= BLOCK && IsAscii(text + i, BLOCK)) {
-            i += BLOCK;
-        }
-        while (i < length && Byte(text[i]) < 0x80) {
-            ++i;
-        }
-        while (i < length && Byte(text[i]) >= 0x80) {
-            const std::size_t sequence = Utf8SequenceLength(text + i);
-            if (sequence == 0) {
-                return i;
-            }
-            i += sequence;
-        }
-        if (i >= length) {
-            return length;
+    while (length - i >= BLOCK && IsAscii(text + i, BLOCK)) {
+        i += BLOCK;
+    }
+    i += FormedBlocks(text + i, length - i);
+    // Back to the beginning of a character, if the last one is cut off.
+    for (std::size_t back = 1; back <= 3 && back <= i; ++back) {
+        if (Byte(text[i - back]) >= 0xC0) {
+            i -= back;
+            break;
         }
     }
+    while (i < length) {
+        const std::size_t sequence = Utf8SequenceLength(text + i);
+        if (sequence == 0) {
+            return i;
+        }
+        i += sequence;
+    }
+    return length;
 }
 
 std::size_t CutAtCharacter(const char* text, std::size_t limit) noexcept {

@@ -8,42 +8,23 @@
 namespace norvask {
 namespace {
 
-const unsigned int NAME = BYTE_NAME_START | BYTE_NAME;
-const unsigned int SPACE = BYTE_SPACE | BYTE_NAME_END;
-const unsigned int OTHER = BYTE_CHAR | BYTE_TEXT | BYTE_CDATA | BYTE_VALUE;
-
 constexpr std::uint8_t KindOf(unsigned int byte) noexcept {
-    if (byte == '\t' || byte == '\n') {
-        return SPACE | BYTE_CHAR | BYTE_TEXT | BYTE_CDATA;
-    }
-    if (byte == '\r') {
-        return SPACE | BYTE_CHAR;
+    if (byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r') {
+        return BYTE_SPACE | BYTE_NAME_END | BYTE_CHAR;
     }
     if (byte < ' ' || byte > 0x7F) {
         return 0;
     }
-    if (byte == ' ') {
-        return SPACE | OTHER;
-    }
-    if (byte == '=' || byte == '/' || byte == '>') {
-        return BYTE_NAME_END | OTHER;
-    }
-    if (byte == '<' || byte == '&') {
-        return BYTE_CHAR | BYTE_CDATA;
-    }
-    if (byte == ']') {
-        return BYTE_CHAR | BYTE_VALUE;
-    }
-    if (byte == '"' || byte == '\'') {
-        return BYTE_CHAR | BYTE_TEXT | BYTE_CDATA;
-    }
     if ((byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_') {
-        return NAME | OTHER;
+        return BYTE_NAME_START | BYTE_NAME | BYTE_CHAR;
     }
     if ((byte >= '0' && byte <= '9') || byte == '-' || byte == '.') {
-        return BYTE_NAME | OTHER;
+        return BYTE_NAME | BYTE_CHAR;
     }
-    return OTHER;
+    if (byte == '=' || byte == '/' || byte == '>') {
+        return BYTE_NAME_END | BYTE_CHAR;
+    }
+    return BYTE_CHAR;
 }
 
 #define ROW_4(b) KindOf(b), KindOf((b) + 1), KindOf((b) + 2), KindOf((b) + 3)

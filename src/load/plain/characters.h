@@ -14,11 +14,7 @@ enum EByteKind : std::uint8_t {
     BYTE_NAME = 2,        // NCName's others: digits, '-' and '.' too
     BYTE_SPACE = 4,       // S
     BYTE_CHAR = 8,        // Char
-    BYTE_TEXT = 16,       // CharData that stands for itself: not '<', '&', ']' or a CR
-    BYTE_CDATA = 32,      // CData that stands for itself: not ']' or a CR
-    BYTE_VALUE = 64,      // AttValue that stands for itself: not '<', '&', a quote, and of S only
-                          // a blank
-    BYTE_NAME_END = 128,  // what can follow a name in a tag: S, '=', '/' and '>'
+    BYTE_NAME_END = 16,   // what can follow a name in a tag: S, '=', '/' and '>'
 };
 extern const std::uint8_t BYTE_KINDS[256];
 

@@ -14,6 +14,7 @@ bool CContent::IsUtf8() {
         m_Window.GoTo(m_Window.At() + Utf8Length(m_Window.At(), m_Window.Unread()));
         m_Window.BeginToken();
         if (m_Window.Unread() >= MOST_CHAR_BYTES || !m_Window.More()) {
+            m_bIsUtf8 = m_Window.IsAtEnd() && m_Window.IsConstant();
             return m_Window.IsAtEnd() && m_Window.Restart();
         }
     }
@@ -188,20 +189,17 @@ bool CContent::ReadPI() {
     return true;
 }
 
-// Reads characters of a kind and those beyond ASCII. `add` receives them in runs, one before each
-// other character, which `other` treats, and may be empty.
-template <typename Add, typename Other>
-bool CContent::ReadRuns(unsigned int kind, bool& isAscii, Add add, Other other) {
+// Reads runs, of which `add` receives each, one before each other character; it may be empty.
+// `other` treats the other characters.
+template <ERun RUN, typename Add, typename Other>
+bool CContent::ReadRuns(bool& isAscii, Add add, Other other) {
     for (;;) {
         char* const begin = m_Window.At();
-        char* end = EndOfKind(begin, kind);
-        while (!IsAsciiByte(*end)) {
-            const std::size_t length = CharLength(end);
-            if (length == 0) {
-                break;
-            }
+        bool isRunAscii = true;
+        char* end = EndOfRun<RUN>(begin, isRunAscii);
+        if (!isRunAscii) {
             isAscii = false;
-            end = EndOfKind(end + length, kind);
+            end = begin + CharsLength(begin, static_cast<std::size_t>(end - begin), m_bIsUtf8);
         }
         m_Window.GoTo(end);
         add(begin, static_cast<std::size_t>(end - begin));
@@ -265,7 +263,7 @@ bool CContent::ReadText() {
         m_Window.AddText(characters, length);
         m_Window.BeginToken();
     };
-    return ReadRuns(BYTE_TEXT, m_bTextIsAscii, add, [&](char character) {
+    return ReadRuns<ERun::TEXT>(m_bTextIsAscii, add, [&](char character) {
         switch (character) {
             case '<':
                 return EStep::DONE;
@@ -287,7 +285,7 @@ bool CContent::ReadCDSect(SPiece& content) {
     const auto add = [&](const char* characters, std::size_t length) {
         AddToPiece(content, characters, length);
     };
-    const bool isRead = ReadRuns(BYTE_CDATA, content.isAscii, add, [&](char character) {
+    const bool isRead = ReadRuns<ERun::CDATA>(content.isAscii, add, [&](char character) {
         switch (character) {
             case ']':
                 return IsNext("]]>", 3) ? EStep::DONE : KeepCharacter(add);
@@ -312,7 +310,7 @@ bool CContent::ReadAttValue(SPiece& value) {
     const auto add = [&](const char* characters, std::size_t length) {
         AddToPiece(value, characters, length);
     };
-    const bool isRead = ReadRuns(BYTE_VALUE, value.isAscii, add, [&](char character) {
+    const bool isRead = ReadRuns<ERun::VALUE>(value.isAscii, add, [&](char character) {
         if (character == quote) {
             return EStep::DONE;
         }

@@ -7,6 +7,7 @@
 
 #include "foundation/known_text.h"
 #include "load/plain/characters.h"
+#include "load/plain/runs.h"
 #include "load/plain/window.h"
 
 namespace norvask {
@@ -75,8 +76,8 @@ private:
     bool ReadCharsUpTo(char stop);
 
     enum class EStep { ON, DONE, LEAVE };
-    template <typename Add, typename Other>
-    bool ReadRuns(unsigned int kind, bool& isAscii, Add add, Other other);
+    template <ERun RUN, typename Add, typename Other>
+    bool ReadRuns(bool& isAscii, Add add, Other other);
     template <typename Add>
     EStep ReplaceLineEnd(char by, Add add);
     template <typename Add>
@@ -87,6 +88,7 @@ private:
 
     CWindow m_Window;
     bool m_bTextIsAscii = true;
+    bool m_bIsUtf8 = false;  // the whole document is known to be well-formed
 };
 
 }  // namespace norvask

@@ -232,8 +232,9 @@ private:
         char* const behind = at + 1 + name->kept.QName().length;
         char* const begin = behind + 2;
         if (behind[0] == '=' && (behind[1] == '"' || behind[1] == '\'')) {
-            char* const end = EndOfKind(begin, BYTE_VALUE);
-            if (*end == behind[1]) {
+            bool isAscii = true;
+            char* const end = EndOfRun<ERun::VALUE>(begin, isAscii);
+            if (*end == behind[1] && isAscii) {
                 AddAttribute(*name, at + 1, begin, end);
                 return true;
             }

@@ -4,9 +4,9 @@
 namespace norvask {
 namespace {
 
-// With room for the zero, and for the word that may begin there.
+// With room for the zero, and for what may be read from there on.
 std::unique_ptr<char[]> NewBlock(std::size_t capacity) {
-    return std::unique_ptr<char[]>(new char[capacity + CWindow::WORD_BYTES]);
+    return std::unique_ptr<char[]>(new char[capacity + CWindow::READABLE_BYTES]);
 }
 
 }  // namespace

@@ -16,7 +16,6 @@
 #define NORVASK_LOAD_PLAIN_WINDOW_H
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <memory>
 
@@ -27,7 +26,7 @@ namespace norvask {
 class CWindow {
 public:
     // So many bytes from any unread one on can be read, for comparing several at once.
-    static const std::size_t WORD_BYTES = sizeof(std::uint64_t);
+    static const std::size_t READABLE_BYTES = 16;
 
     // Reads nothing yet. Throws std::bad_alloc, as does everything that reads.
     CWindow(CByteSource& source, std::size_t capacity);
@@ -36,9 +35,10 @@ public:
 
     // Begins again at the first byte of the document. Returns false when that fails.
     bool Restart() noexcept;
+    // Whether what was read cannot have changed when it is read again.
+    bool IsConstant() const noexcept { return m_bIsWhole || m_Source.IsConstant(); }
 
     // The cursor; it stands in the unread bytes or on the zero behind them.
-    // The next WORD_BYTES bytes can be read, whatever they are.
     char* At() const noexcept { return m_pAt; }
     void GoTo(char* at) noexcept { m_pAt = at; }
     std::size_t Unread() const noexcept { return static_cast<std::size_t>(m_pEnd - m_pAt); }
