@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace norvask {
 
@@ -18,22 +17,14 @@ const std::size_t BLOCK_BYTES = 16;
 using ByteBlock = std::uint8_t __attribute__((vector_size(16)));
 
 inline ByteBlock LoadBlock(const char* text) noexcept {
-    ByteBlock block;
-    std::memcpy(&block, text, sizeof(block));
-    return block;
+    using Unaligned = std::uint8_t __attribute__((vector_size(16), aligned(1), may_alias));
+    return *reinterpret_cast<const Unaligned*>(text);
 }
 
 // The same bytes as two numbers.
-struct SHalves {
-    std::uint64_t half[2];
+using Halves = std::uint64_t __attribute__((vector_size(16)));
 
-    bool IsZero() const noexcept { return (half[0] | half[1]) == 0; }
-};
-inline SHalves HalvesOf(const ByteBlock& block) noexcept {
-    SHalves halves;
-    std::memcpy(&halves, &block, sizeof(block));
-    return halves;
-}
+inline bool IsZero(Halves halves) noexcept { return (halves[0] | halves[1]) == 0; }
 
 // The first byte of a half, in the order of addresses, that is not zero. There is one.
 inline unsigned int FirstByte(std::uint64_t half) noexcept {
@@ -45,8 +36,8 @@ inline unsigned int FirstByte(std::uint64_t half) noexcept {
 }
 
 // The first byte of a block that is not zero. There is one.
-inline unsigned int FirstByte(const SHalves& halves) noexcept {
-    return halves.half[0] != 0 ? FirstByte(halves.half[0]) : 8 + FirstByte(halves.half[1]);
+inline unsigned int FirstByte(Halves halves) noexcept {
+    return halves[0] != 0 ? FirstByte(halves[0]) : 8 + FirstByte(halves[1]);
 }
 
 // A mask of the first bytes of a half, less than eight.

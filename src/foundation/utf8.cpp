@@ -88,8 +88,7 @@ namespace {
 // Whether anything in a block is wrong, given the bytes that are one, two and three places before
 // each: a continuation where there must be none or none where there must be one, a byte that no
 // character has, or a second byte with which the first one is overlong, a surrogate or too large.
-bool HasMistake(const ByteBlock& block, const ByteBlock& one, const ByteBlock& two,
-                const ByteBlock& three) noexcept {
+bool HasMistake(ByteBlock block, ByteBlock one, ByteBlock two, ByteBlock three) noexcept {
     using B = std::uint8_t;
     const auto isContinuation = (block & B{0xC0}) == B{0x80};
     const auto mustContinue = (one >= B{0xC0}) | (two >= B{0xE0}) | (three >= B{0xF0});
@@ -97,8 +96,7 @@ bool HasMistake(const ByteBlock& block, const ByteBlock& one, const ByteBlock& t
     const auto isWrong =
         ((one == B{0xE0}) & (block < B{0xA0})) | ((one == B{0xED}) & (block >= B{0xA0})) |
         ((one == B{0xF0}) & (block < B{0x90})) | ((one == B{0xF4}) & (block >= B{0x90}));
-    const auto mistakes = (isContinuation ^ mustContinue) | isNever | isWrong;
-    return !HalvesOf(reinterpret_cast<const ByteBlock&>(mistakes)).IsZero();
+    return !IsZero(reinterpret_cast<Halves>((isContinuation ^ mustContinue) | isNever | isWrong));
 }
 
 // How many bytes from `begin` on are well-formed for sure, in whole blocks. `begin` is the beginning

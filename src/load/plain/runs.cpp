@@ -11,7 +11,7 @@ namespace {
 
 // Whether a byte ends a run. The same expression serves for a byte and for a block.
 template <ERun RUN, typename Bytes>
-auto EndsRun(const Bytes& bytes) noexcept {
+auto EndsRun(Bytes bytes) noexcept {
     using Byte = std::uint8_t;
     if constexpr (RUN == ERun::TEXT) {
         return (bytes == Byte{'<'}) | (bytes == Byte{'&'}) | (bytes == Byte{']'}) |
@@ -41,22 +41,20 @@ std::size_t WholeLength(const char* text, std::size_t length) noexcept {
 
 template <ERun RUN>
 char* EndOfRun(char* text, bool& isAscii) noexcept {
-    std::uint64_t bits = 0;
+    Halves bits = {0, 0};
     for (;; text += BLOCK_BYTES) {
         const ByteBlock block = LoadBlock(text);
-        const SHalves bytes = HalvesOf(block);
-        const SHalves ends = HalvesOf(reinterpret_cast<ByteBlock>(EndsRun<RUN>(block)));
-        if (!ends.IsZero()) {
+        const Halves bytes = reinterpret_cast<Halves>(block);
+        const Halves ends = reinterpret_cast<Halves>(EndsRun<RUN>(block));
+        if (!IsZero(ends)) {
             const unsigned int length = FirstByte(ends);
             // The bytes behind the end do not count.
-            for (unsigned int i = 0; i < 2; ++i) {
-                const unsigned int count = length > 8 * i ? length - 8 * i : 0;
-                bits |= count >= 8 ? bytes.half[i] : bytes.half[i] & FirstBytes(count);
-            }
-            isAscii = isAscii && (bits & HIGH_BITS) == 0;
+            const std::uint64_t last = length < 8 ? bytes[0] & FirstBytes(length)
+                                                  : bytes[0] | (bytes[1] & FirstBytes(length - 8));
+            isAscii = isAscii && ((bits[0] | bits[1] | last) & HIGH_BITS) == 0;
             return text + length;
         }
-        bits |= bytes.half[0] | bytes.half[1];
+        bits |= bytes;
     }
 }
 
