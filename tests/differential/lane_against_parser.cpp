@@ -173,7 +173,13 @@ void RunRandom(const SOptions& options, unsigned process, SShared& shared) {
         if (options.count != 0 && i >= share) break;
         if (options.seconds != 0 && i % 64 == 0 && std::chrono::steady_clock::now() >= end) break;
         const std::size_t kind = random.Below(16);
-        if (kind < 10 || seeds.empty()) {
+        const bool isBehindNames = random.Once(2000);
+        if (isBehindNames) {
+            do {
+                generator.Make(document);
+            } while (document.compare(0, 5, "<?xml") == 0 || document[0] != '<');
+            document = BehindManyNames(random.Once(8), document);
+        } else if (kind < 10 || seeds.empty()) {
             generator.Make(document);
             if (random.Once(16)) mutator.Remember(document);
             if (kind >= 8) mutator.Mutate(document);
@@ -210,6 +216,23 @@ void RunSystematic(const SOptions& options, unsigned process, SShared& shared) {
         ForEachCut(document, compare);
         ForEachGap(document, compare);
         ForEachByte(document, compare);
+    }
+    const std::vector<std::size_t> some = {DEFAULT_WINDOW, 1, 100, 5000};
+    const auto compareLarge = [&](const std::string& document) {
+        if (judge.IsEnough() || !isMine()) return;
+        judge.Compare(document, some);
+        judge.CompareLoads(document, number * 0x9E3779B97F4A7C15u >> 1);
+    };
+    for (const std::size_t size : TokenSizes())
+        ForEachLongToken(size, compareLarge);
+    for (const std::size_t count : {1,   2,   7,   8,   31,  32,   33,   63,   64,   65,  100,
+                                    127, 128, 129, 200, 500, 1000, 4095, 4096, 4097, 4200})
+        ForEachCount(count, compareLarge);
+    for (const std::string& document : SmallDocuments()) {
+        for (const bool bySize : {false, true}) {
+            if (document[0] == '<' && document[1] != '?' && document[1] != '!')
+                compareLarge(BehindManyNames(bySize, document));
+        }
     }
     // The whole of a construct is moved over each edge.
     const std::vector<std::size_t> few = {DEFAULT_WINDOW, 16384, 4096, 100};

@@ -144,9 +144,9 @@ public:
         mode.validation = static_cast<SLoadMode::EValidation>(choose(3));
         mode.window = WINDOWS[choose(sizeof(WINDOWS) / sizeof(WINDOWS[0]))];
         const bool fromFile = choose(8) == 0;
-        if (mode.kind == SLoadMode::EVENTS && choose(4) == 0) {
-            mode.thrown = static_cast<EThrow>(1 + choose(5));
-            mode.throwAt = static_cast<std::size_t>(choose(24));
+        if (mode.kind == SLoadMode::EVENTS && choose(3) == 0) {
+            mode.deed = static_cast<EDeed>(1 + choose(static_cast<std::uint64_t>(EDeed::LAST)));
+            mode.event = static_cast<std::size_t>(choose(24));
         }
         return SameLoads(document, mode, fromFile);
     }

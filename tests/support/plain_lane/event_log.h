@@ -85,6 +85,12 @@ public:
 protected:
     // Called in front of each event.
     virtual void Meet(std::size_t) {}
+    // Adds something else to what is told.
+    void Note(const std::string& text) {
+        m_Bytes += '#';
+        m_Bytes += text;
+        m_Bytes += '\0';
+    }
 
 private:
     void Begin(char kind) {

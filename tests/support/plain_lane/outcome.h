@@ -21,8 +21,19 @@
 
 namespace norvask_test {
 
-// What a client throws from a callback.
-enum class EThrow { NOTHING, OWN, OTHER, PARSERS_XML, PARSERS_SAX_PARSE, PARSERS_SAX };
+// What a client does in a callback but note it.
+enum class EDeed {
+    NOTHING,
+    THROW_OWN,
+    THROW_OTHER,
+    THROW_PARSERS_XML,
+    THROW_PARSERS_SAX_PARSE,
+    THROW_PARSERS_SAX,
+    INSTALL_CONVERTER,
+    ASK_POSITION,
+    LOAD_ANOTHER,
+    LAST = LOAD_ANOTHER
+};
 
 struct SLoadMode {
     enum EKind { EVENTS, TREE_WITH_PREFIXES, TREE };
@@ -32,8 +43,8 @@ struct SLoadMode {
     EValidation validation = OFF;
     const char* fileName = nullptr;  // NULL: from memory
     std::size_t window = 0;          // 0: as a load has it
-    EThrow thrown = EThrow::NOTHING;
-    std::size_t throwAt = 0;  // the event
+    EDeed deed = EDeed::NOTHING;
+    std::size_t event = 0;  // at which it is done
 
     std::string Name() const {
         static const char* const KINDS[] = {"events", "tree with prefixes", "tree"};
@@ -42,40 +53,72 @@ struct SLoadMode {
         name += VALIDATIONS[validation];
         name += fileName != nullptr ? ", from a file" : ", from memory";
         if (window != 0) name += ", window " + std::to_string(window);
-        if (thrown != EThrow::NOTHING)
-            name += ", throwing " + std::to_string(static_cast<int>(thrown)) + " at event " +
-                    std::to_string(throwAt);
+        if (deed != EDeed::NOTHING)
+            name += ", deed " + std::to_string(static_cast<int>(deed)) + " at event " +
+                    std::to_string(event);
         return name;
     }
 };
 
-// Notes the events, and throws at one of them.
-class CThrowingLog : public CEventLog {
+// In capitals, so that it shows what it converted.
+class CCapitalConverter : public CWideCharToString {
 public:
-    explicit CThrowingLog(const SLoadMode& mode) : m_Thrown(mode.thrown), m_nAt(mode.throwAt) {}
+    char* Convert(const char16_t* source, std::size_t length) override {
+        char* const text = CWideCharToString::Convert(source, length);
+        for (char* at = text; at != nullptr && *at != '\0'; ++at) {
+            if (*at >= 'a' && *at <= 'z') *at = static_cast<char>(*at - 'a' + 'A');
+        }
+        return text;
+    }
+};
+
+// Notes the events, and does something at one of them.
+class CDoingLog : public CEventLog {
+public:
+    explicit CDoingLog(const SLoadMode& mode) : m_Deed(mode.deed), m_nEvent(mode.event) {}
+    CDoingLog(const CDoingLog&) = delete;
+    CDoingLog& operator=(const CDoingLog&) = delete;
+    ~CDoingLog() override { CXMLManager::GetInstance().SetWideCharToStringConverter(nullptr); }
 
 protected:
     void Meet(std::size_t event) override {
-        if (event != m_nAt) return;
-        switch (m_Thrown) {
-            case EThrow::NOTHING:
+        if (event != m_nEvent) return;
+        switch (m_Deed) {
+            case EDeed::NOTHING:
                 return;
-            case EThrow::OWN:
+            case EDeed::THROW_OWN:
                 throw CXMLException(5, "the client's");
-            case EThrow::OTHER:
+            case EDeed::THROW_OTHER:
                 throw std::runtime_error("the client's");
-            case EThrow::PARSERS_XML:
+            case EDeed::THROW_PARSERS_XML:
                 ThrowXML(xercesc::RuntimeException, xercesc::XMLExcepts::Gen_ParseInProgress);
-            case EThrow::PARSERS_SAX_PARSE:
+            case EDeed::THROW_PARSERS_SAX_PARSE:
                 throw xercesc::SAXParseException(u"the client's", u"public", u"system", 7, 8);
-            case EThrow::PARSERS_SAX:
+            case EDeed::THROW_PARSERS_SAX:
                 throw xercesc::SAXException(u"the client's");
+            case EDeed::INSTALL_CONVERTER:
+                CXMLManager::GetInstance().SetWideCharToStringConverter(&m_Converter);
+                return;
+            case EDeed::ASK_POSITION:
+                Note(std::to_string(GetSourceOffset()));
+                return;
+            case EDeed::LOAD_ANOTHER:
+                LoadAnother();
+                return;
         }
     }
 
 private:
-    EThrow m_Thrown;
-    std::size_t m_nAt;
+    void LoadAnother() {
+        const unsigned char document[] = "<n xmlns:p='u'>inner<p:m k='v'/></n>";
+        CEventLog inner;
+        LoadEvents(document, sizeof(document) - 1, inner, SLoadOptions());
+        Note(inner.Bytes());
+    }
+
+    const EDeed m_Deed;
+    const std::size_t m_nEvent;
+    CCapitalConverter m_Converter;
 };
 
 // A document in a block of exactly its size, so that a read behind its end is found.
@@ -105,11 +148,39 @@ inline SLoadOptions OptionsOf(const SLoadMode& mode, bool fastLane, ELane* lane)
     return options;
 }
 
+// Appends what a tree becomes by edits that go through all that it knows of its names and strings.
+inline void AppendEdited(std::string& text, CXMLDocument& document) {
+    CXMLDocument* const clone = document.Clone();
+    CTreeDump::Append(text, clone);
+    if (clone != nullptr) clone->Delete();
+    CXMLNode* const root = document.GetRoot();
+    if (root == nullptr) return;
+    try {
+        if (CXMLNode* const first = root->GetFirstChild()) {
+            const std::string name = first->GetTagName();
+            for (CXMLNode** found = root->GetNodes(name.c_str()); *found != nullptr; ++found)
+                AppendString(text, (*found)->GetTagName());
+            root->CopyChild(first, nullptr);
+            root->DeleteChild(first);
+        }
+        if (CXMLAttribut* const first = root->GetAttributes()[0]) {
+            const std::string name = first->GetName();
+            root->SetAttribute(name.c_str(), "changed\xC3\xA9");
+            root->CreateChild("added", root->GetFirstChild())->SetAttribute(name.c_str(), "<&>");
+        }
+        root->SetTagName("renamed");
+        root->SetTextChildValue("text");
+    } catch (CXMLException& e) {
+        AppendError(text, e);
+    }
+    CTreeDump::Append(text, &document);
+}
+
 template <typename... Source>
 void AppendLoad(std::string& text, const SLoadMode& mode, const SLoadOptions& options,
                 Source... source) {
     if (mode.kind == SLoadMode::EVENTS) {
-        CThrowingLog log(mode);
+        CDoingLog log(mode);
         // What was told before a failure counts too.
         struct STakeAtTheEnd {
             ~STakeAtTheEnd() { text += log.Bytes(); }
@@ -121,7 +192,10 @@ void AppendLoad(std::string& text, const SLoadMode& mode, const SLoadOptions& op
         CXMLDocument* const document =
             LoadTree(source..., mode.kind == SLoadMode::TREE_WITH_PREFIXES, options);
         CTreeDump::Append(text, document);
-        if (document != nullptr) document->Delete();
+        if (document != nullptr) {
+            AppendEdited(text, *document);
+            document->Delete();
+        }
     }
 }
 

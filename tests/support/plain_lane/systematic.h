@@ -237,6 +237,105 @@ inline const std::vector<std::size_t>& ParsersEdges() {
     return EDGES;
 }
 
+// Tokens of sizes at which buffers of the parser and of the lane are full, and a little more.
+inline const std::vector<std::size_t>& TokenSizes() {
+    static const std::vector<std::size_t> SIZES = [] {
+        std::vector<std::size_t> sizes;
+        for (const std::size_t around :
+             {256, 512, 1000, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 131072}) {
+            for (std::size_t size = around - 8; size <= around + 4; ++size)
+                sizes.push_back(size);
+        }
+        return sizes;
+    }();
+    return SIZES;
+}
+
+template <typename Visit>
+void ForEachLongToken(std::size_t size, Visit visit) {
+    const std::string name(size, 'n');
+    const std::string blanks(size, ' ');
+    visit("<" + name + "/>");
+    visit("<" + name + "></" + name + ">");
+    visit("<" + Repeated("\xC3\xA9", size) + "/>");
+    visit("<a " + name + "='v'/>");
+    visit("<a " + name + "='v' " + name + "='w'/>");
+    visit("<p:" + name + " xmlns:p='u'/>");
+    visit("<" + name + ":a xmlns:" + name + "='u' " + name + ":k='v'/>");
+    visit("<a xmlns='" + name + "' xmlns:p='" + name + "' p:k='v'/>");
+    visit("<a k='" + name + "'/>");
+    visit("<a k='" + name + "&amp;\r\n" + name + "'/>");
+    visit("<a>" + name + "</a>");
+    visit("<a>" + name + "<!-- c -->" + name + "&lt;" + name + "</a>");
+    visit("<a>" + blanks + "</a>");
+    visit("<a>" + Repeated("\r\n", size) + "</a>");
+    visit("<a>" + Repeated("]]", size) + "></a>");
+    visit("<a>" + Repeated("&amp;", size) + "</a>");
+    visit("<a>" + Repeated("\xF0\x9F\x98\x80", size) + "</a>");
+    visit("<a><![CDATA[" + name + "]]></a>");
+    visit("<a><![CDATA[" + Repeated("]]", size) + "]]></a>");
+    visit("<a><![CDATA[" + Repeated("QUJD", size) + "]]></a>");
+    visit("<!--" + name + "--><a/>");
+    visit("<a><!--" + Repeated("- ", size) + "--></a>");
+    visit("<?" + name + "?><a/>");
+    visit("<a><?p " + name + "?></a>");
+    visit("<a><?p " + Repeated("? ", size) + "?></a>");
+    visit("<a" + blanks + "k" + blanks + "=" + blanks + "'v'" + blanks + "/>");
+    visit("<a></a" + blanks + ">");
+    visit(blanks + "<a/>" + blanks);
+    visit("<?xml" + blanks + "version='1.0'?><a/>");
+    visit("<?xml version='1.0' encoding='UTF-8'" + blanks + "?><a/>");
+    visit("<a>&#" + std::string(size, '0') + "65;</a>");
+    visit("<a k='&#x" + std::string(size, '0') + "41;'/>");
+}
+
+// Many of one kind: attributes, declarations, levels, children.
+template <typename Visit>
+void ForEachCount(std::size_t count, Visit visit) {
+    std::string attributes;
+    std::string declarations;
+    std::string prefixed;
+    std::string open;
+    std::string close;
+    std::string children;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string number = std::to_string(i);
+        attributes += " n" + number + "='" + number + "'";
+        declarations += " xmlns:p" + number + "='u" + number + "'";
+        prefixed += " p" + number + ":k='v'";
+        open += "<b xmlns:p='u" + number + "'>";
+        close += "</b>";
+        children += "<p:b" + number + " p:k='" + number + "'/>";
+    }
+    const std::string half = std::to_string(count / 2);
+    visit("<a" + attributes + "/>");
+    visit("<a" + attributes + " n" + half + "=''/>");
+    visit("<a" + declarations + prefixed + "/>");
+    visit("<a" + declarations + prefixed + " xmlns:q='u" + half + "' q:k=''/>");
+    visit("<a" + declarations + "><b" + prefixed + "/></a>");
+    visit("<a xmlns:p='u'>" + children + "</a>");
+    visit("<a xmlns:p='u'>" + children + "<c xmlns:p='v'><p:b0 p:k=''/></c><p:b0/></a>");
+    if (count <= 1000) visit("<a>" + open + "<p:c/>" + close + "<d/></a>");
+}
+
+// A document behind more names than the lane keeps, by number or by size, so that all of its names
+// are beyond the bound. It must begin with its root.
+inline std::string BehindManyNames(bool bySize, const std::string& document) {
+    static const std::string MANY = [] {
+        std::string names;
+        for (int i = 0; i < 4200; ++i)
+            names += "<m" + std::to_string(i) + "/>";
+        return names;
+    }();
+    static const std::string LARGE = [] {
+        std::string names;
+        for (int i = 0; i < 70; ++i)
+            names += "<m" + std::to_string(i) + std::string(2000, 'm') + "/>";
+        return names;
+    }();
+    return "<w>" + (bySize ? LARGE : MANY) + document + "</w>";
+}
+
 }  // namespace norvask_test
 
 #endif

@@ -48,14 +48,15 @@ void ExpectSame(CLaneComparison& comparison, const std::string& document) {
     }
 }
 
-// A client that throws at each of the events, in each way.
-void ExpectSameThrows(CLaneComparison& comparison, const std::string& document) {
+// A client that does something else at each of the events: throws, installs a converter, asks for the
+// position, loads another document.
+void ExpectSameDeeds(CLaneComparison& comparison, const std::string& document) {
     SCOPED_TRACE(Quoted(document));
     SLoadMode mode;
-    for (int thrown = 1; thrown <= static_cast<int>(EThrow::PARSERS_SAX); ++thrown) {
+    for (int deed = 1; deed <= static_cast<int>(EDeed::LAST); ++deed) {
         for (std::size_t event = 0; event < 14; ++event) {
-            mode.thrown = static_cast<EThrow>(thrown);
-            mode.throwAt = event;
+            mode.deed = static_cast<EDeed>(deed);
+            mode.event = event;
             EXPECT_TRUE(comparison.SameLoads(document, mode, false)) << comparison.Difference();
             EXPECT_TRUE(comparison.SameLoads(document, mode, true)) << comparison.Difference();
         }
@@ -127,7 +128,7 @@ TEST(LaneAgainstParser, GivesTheSameForSmallDocuments) {
     CLaneComparison comparison;
     for (const std::string& document : SmallDocuments()) {
         ExpectSame(comparison, document);
-        ExpectSameThrows(comparison, document);
+        ExpectSameDeeds(comparison, document);
         comparison.Same(document, {DEFAULT_WINDOW});
         EXPECT_EQ(comparison.WasTaken(), document.find("<!DOCTYPE") == std::string::npos)
             << Quoted(document);
@@ -158,6 +159,38 @@ TEST(LaneAgainstParser, GivesTheSameForSmallDocumentsCutAndChangedAtEveryPlace) 
     }
     EXPECT_GT(comparison.Counts().taken, comparison.Counts().documents / 20);
     EXPECT_GT(comparison.Counts().leftInside, comparison.Counts().documents / 20);
+}
+
+// A part of those for sizes and numbers; all of them where the tokens are small.
+TEST(LaneAgainstParser, GivesTheSameForLongTokensAndForManyOfAKind) {
+    CLaneComparison comparison;
+    const std::size_t step = IS_SANITIZED ? 61 : 5;
+    std::size_t number = 0;
+    const auto compare = [&](const std::string& document) {
+        if (++number % step != 0 || ::testing::Test::HasFailure()) return;
+        EXPECT_TRUE(comparison.Same(document, {DEFAULT_WINDOW, 100}))
+            << Quoted(document.substr(0, 200)) << ", " << document.size() << " bytes\n"
+            << comparison.Difference();
+    };
+    for (const std::size_t size : TokenSizes())
+        ForEachLongToken(size, compare);
+    for (const std::size_t count : {1, 2, 31, 32, 33, 63, 64, 65, 100, 127, 128, 129, 500})
+        ForEachCount(count, compare);
+}
+
+// Of more names than are kept.
+TEST(LaneAgainstParser, GivesTheSameBehindManyNames) {
+    CLaneComparison comparison;
+    for (const std::string& document : SmallDocuments()) {
+        if (document.compare(0, 2, "<?") == 0 || document.compare(0, 2, "<!") == 0) continue;
+        for (const bool bySize : {false, true}) {
+            const std::string behind = BehindManyNames(bySize, document);
+            EXPECT_TRUE(comparison.Same(behind, {DEFAULT_WINDOW, 100})) << Quoted(document) << "\n"
+                                                                        << comparison.Difference();
+            EXPECT_EQ(comparison.WasTaken(), document[0] == '<') << Quoted(document);
+        }
+        if (IS_SANITIZED) break;
+    }
 }
 
 TEST(LaneAgainstParser, GivesTheSameOnTheEdgesOfTheParsersBuffers) {
