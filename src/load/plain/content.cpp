@@ -9,6 +9,11 @@
 
 namespace norvask {
 
+bool CContent::HasPlainProlog() {
+    return ReadStart() && ReadMisc() && m_Window.Skip('<') && m_Window.Peek() != '!' &&
+           m_Window.Restart();
+}
+
 bool CContent::IsUtf8() {
     for (;;) {
         m_Window.GoTo(m_Window.At() + Utf8Length(m_Window.At(), m_Window.Unread()));

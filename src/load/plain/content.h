@@ -25,7 +25,9 @@ public:
 
     CWindow& Window() noexcept { return m_Window; }
 
-    // Looks through the whole document for anything but UTF-8, and begins again at its first byte.
+    // Look ahead, and begin again at the first byte: whether there is a root to come to, and whether
+    // the whole document is UTF-8.
+    bool HasPlainProlog();
     bool IsUtf8();
 
     // Each reads a production and leaves the cursor behind it.

@@ -64,15 +64,15 @@ public:
         return ahead.room > m_Text.size() && m_bIsElement == ahead.isElement && IsAt(ahead.text) &&
                IsByte(ahead.text[m_Text.size()], BYTE_NAME_END) && IsCurrent();
     }
-    // Whether the characters at `text`, where there are as many and a word can be read, are these.
-    bool IsAt(const char* text) const noexcept {
-        return ((Word(text) ^ m_nFirst) & m_nMask) == 0 &&
+    // Whether the characters at `place`, where there are as many and a word can be read, are these.
+    bool IsAt(const char* place) const noexcept {
+        return ((Word(place) ^ m_nFirst) & m_nMask) == 0 &&
                (m_Text.size() <= sizeof(m_nFirst) ||
-                std::memcmp(text + sizeof(m_nFirst), m_Text.data() + sizeof(m_nFirst),
+                std::memcmp(place + sizeof(m_nFirst), m_Text.data() + sizeof(m_nFirst),
                             m_Text.size() - sizeof(m_nFirst)) == 0);
     }
-    bool IsText(const char* text, std::size_t length) const noexcept {
-        return m_Text.size() == length && std::memcmp(m_Text.data(), text, length) == 0;
+    bool IsText(const char* other, std::size_t bytes) const noexcept {
+        return m_Text.size() == bytes && std::memcmp(m_Text.data(), other, bytes) == 0;
     }
     bool IsCurrent() const noexcept { return m_pPrefix->uri == m_pUri; }
 

@@ -15,6 +15,7 @@
 #ifndef NORVASK_LOAD_PLAIN_PLAIN_READER_H
 #define NORVASK_LOAD_PLAIN_PLAIN_READER_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -55,7 +56,10 @@ public:
         : m_Content(content),
           m_Window(content.Window()),
           m_Sink(sink),
-          m_Names(MOST_NAMES, MOST_BYTES) {}
+          m_Names(MOST_NAMES, MOST_BYTES),
+          m_Attributes(new SAttribute[FEW]) {
+        m_Open.reserve(FEW);
+    }
 
     // Returns whether the whole document was plain and was reported.
     bool Read() {
@@ -75,6 +79,8 @@ public:
     }
 
 private:
+    // Room for a small document.
+    static const std::size_t FEW = 8;
     // What is kept of names is bounded, so that a document of ever new ones is read in the same
     // memory: names beyond the bounds are made anew each time.
     static const std::size_t MOST_NAMES = 4096;
@@ -190,7 +196,7 @@ private:
         }
         m_Open.emplace_back(name, declarations);
         if (!GiveText() ||
-            !m_Sink.StartElement(*name, m_Attributes.data(), m_nAttributes, m_Content)) {
+            !m_Sink.StartElement(*name, m_Attributes.get(), m_nAttributes, m_Content)) {
             return false;
         }
         // That of the element is the first.
@@ -253,11 +259,18 @@ private:
     }
 
     SAttribute& NewAttribute() {
-        if (m_nAttributes == m_Attributes.size()) {
-            m_Attributes.resize(2 * m_nAttributes + 8);
+        if (m_nAttributes == m_nRoom) {
+            GrowAttributes();
         }
         ++m_nAttributes;
         return m_Attributes[m_nAttributes - 1];
+    }
+
+    void GrowAttributes() {
+        std::unique_ptr<SAttribute[]> grown(new SAttribute[2 * m_nRoom]);
+        std::copy_n(m_Attributes.get(), m_nAttributes, grown.get());
+        m_Attributes.swap(grown);
+        m_nRoom *= 2;
     }
 
     SNamePiece WrittenAs(const SName& name, const char* written) const noexcept {
@@ -409,8 +422,9 @@ private:
     std::vector<SOpenElement> m_Open;
     std::vector<std::unique_ptr<SName>> m_Temporary;  // those that are not kept: of open elements,
                                                       // then of the tag that is read
-    std::vector<SAttribute> m_Attributes;             // of that tag, and room for more
+    std::unique_ptr<SAttribute[]> m_Attributes;       // of that tag, and room for more
     std::size_t m_nAttributes = 0;
+    std::size_t m_nRoom = FEW;
     std::uint64_t m_nTag = 0;
     bool m_bDeclares = false;
 };

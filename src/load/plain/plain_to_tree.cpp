@@ -20,8 +20,21 @@ bool CPlainToTree::StartElement(SName& name, const SAttribute* attributes, std::
     } else {
         m_Builder.StartElement(Shown(name));
     }
+    // Without their prefixes, two attributes may have one name.
+    bool areDistinct = true;
+    for (std::size_t i = 0; i < count && !m_bKeepPrefixes; ++i) {
+        areDistinct = areDistinct && !attributes[i].name->kept.HasPrefix();
+    }
+    if (areDistinct) {
+        m_Builder.ReserveAttributes(count);
+    }
     for (std::size_t i = 0; i < count; ++i) {
-        m_Builder.SetAttribute(Use(*attributes[i].name), content.Piece(attributes[i].value));
+        const SKnownText value = content.Piece(attributes[i].value);
+        if (areDistinct) {
+            m_Builder.AppendAttribute(Use(*attributes[i].name), value);
+        } else {
+            m_Builder.SetAttribute(Use(*attributes[i].name), value);
+        }
     }
     return true;
 }

@@ -10,9 +10,11 @@
 #ifndef NORVASK_LOAD_RECEIVER_NAME_PREDICTOR_H
 #define NORVASK_LOAD_RECEIVER_NAME_PREDICTOR_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <forward_list>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -75,7 +77,9 @@ public:
 
     // Forgets all names.
     void Clear() noexcept {
-        m_Names.clear();
+        m_Chunks.clear();
+        m_nNames = 0;
+        m_nRoom = 0;
         m_Slots.clear();
         m_nSize = 0;
         m_pFirst[0] = nullptr;
@@ -84,6 +88,13 @@ public:
     }
 
 private:
+    // Names that are allocated at once: general allocators are fastest up to some hundred bytes.
+    static const std::size_t CHUNK_NAMES = 960 / sizeof(std::optional<SName>);
+    struct SChunk {
+        SChunk() noexcept {}  // leaves the memory of the names alone
+        std::array<std::optional<SName>, CHUNK_NAMES> names;
+    };
+
     template <typename Make>
     SName* Search(const Key& key, Make& make) {
         SName* const name = SearchTable(key, make);
@@ -98,7 +109,7 @@ private:
 
     template <typename Make>
     SName* SearchTable(const Key& key, Make& make) {
-        if (2 * m_Names.size() >= m_Slots.size()) {
+        if (2 * m_nNames >= m_Slots.size()) {
             Grow();
         }
         const std::uint32_t hash = key.Hash();
@@ -111,12 +122,16 @@ private:
             slot = (slot + 1) & mask;
         }
         const std::size_t size = key.Size();
-        if (m_Names.size() >= m_nMostNames || size > m_nMostSize - m_nSize) {
+        if (m_nNames >= m_nMostNames || size > m_nMostSize - m_nSize) {
             return nullptr;
         }
-        m_Names.push_back(std::make_unique<SName>(key, hash, make()));
+        if (m_nNames == m_nRoom) {
+            m_Chunks.emplace_front();
+            m_nRoom += CHUNK_NAMES;
+        }
+        m_Slots[slot] = &m_Chunks.front().names[m_nNames % CHUNK_NAMES].emplace(key, hash, make());
+        ++m_nNames;
         m_nSize += size;
-        m_Slots[slot] = m_Names.back().get();
         return m_Slots[slot];
     }
 
@@ -124,19 +139,24 @@ private:
         const std::size_t FIRST_SLOTS = 32;
         std::vector<SName*> grown(m_Slots.empty() ? FIRST_SLOTS : 2 * m_Slots.size());
         const std::size_t mask = grown.size() - 1;
-        for (const std::unique_ptr<SName>& name : m_Names) {
+        for (SName* const name : m_Slots) {
+            if (name == nullptr) {
+                continue;
+            }
             std::size_t slot = name->hash & mask;
             while (grown[slot] != nullptr) {
                 slot = (slot + 1) & mask;
             }
-            grown[slot] = name.get();
+            grown[slot] = name;
         }
         m_Slots.swap(grown);
     }
 
     const std::size_t m_nMostNames;
     const std::size_t m_nMostSize;
-    std::vector<std::unique_ptr<SName>> m_Names;
+    std::forward_list<SChunk> m_Chunks;  // the last one first
+    std::size_t m_nNames = 0;
+    std::size_t m_nRoom = 0;      // for names
     std::vector<SName*> m_Slots;  // open addressing
     std::size_t m_nSize = 0;
     SName* m_pFirst[2] = {nullptr, nullptr};

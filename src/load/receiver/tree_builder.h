@@ -57,6 +57,19 @@ public:
         norvask::SetAttribute(CNodeAccess::ElementOf(m_pCurrent), std::move(name), value);
     }
     void SetAttribute(const SKnownText& name, const SKnownText& value);
+    // For attributes with names of their own: makes room for so many, and adds one, unless it is
+    // empty.
+    void ReserveAttributes(std::size_t count) {
+        if (count > 1) {
+            SElementBody* const body = CNodeAccess::ElementOf(m_pCurrent);
+            norvask::ReserveAttributes(body, AttributeCount(body) + count);
+        }
+    }
+    void AppendAttribute(CNameUse name, const SKnownText& value) {
+        if (!value.IsEmpty()) {
+            norvask::AppendAttribute(CNodeAccess::ElementOf(m_pCurrent), std::move(name), value);
+        }
+    }
 
     void CharacterData(const SKnownText& text);
 
