@@ -15,6 +15,9 @@
 #include <string>
 #include <vector>
 
+#include "foundation/known_text.h"
+#include "tree/memory/tree_string.h"
+
 namespace norvask_test {
 
 using namespace norvask;
@@ -23,6 +26,17 @@ using namespace norvask;
 inline void AppendString(std::string& bytes, const char* text) {
     if (text == nullptr) text = "\x01NULL";
     bytes.append(text, std::strlen(text) + 1);
+}
+
+// A string of a tree, and "!" where what the tree knows of it is not true. Callers may never see
+// that, but what relies on it would go wrong.
+inline void AppendTreeString(std::string& bytes, const char* text) {
+    AppendString(bytes, text);
+    const SKnownText known = CTreeString::At(text).Known();
+    if (known.length != std::strlen(text)) bytes += "!length";
+    const unsigned int judged = JudgeText(text).known;
+    if ((known.known & (KNOWN_ASCII | KNOWN_UTF8) & ~judged) != 0) bytes += "!known";
+    if (known.Is(KNOWN_NAME) && !JudgeName(text).Is(KNOWN_NAME)) bytes += "!name";
 }
 
 // Every event with all of its strings.
@@ -182,7 +196,7 @@ private:
         switch (node->GetNodeType()) {
             case CXMLNode::NODE_TEXT:
                 bytes += 'T';
-                AppendString(bytes, static_cast<CXMLTextNode*>(node)->GetText());
+                AppendTreeString(bytes, static_cast<CXMLTextNode*>(node)->GetText());
                 return;
             case CXMLNode::NODE_BINARY: {
                 const unsigned char* data = nullptr;
@@ -198,11 +212,11 @@ private:
                 break;
         }
         bytes += '<';
-        AppendString(bytes, node->GetTagName());
+        AppendTreeString(bytes, node->GetTagName());
         for (CXMLAttribut** at = node->GetAttributes(); *at != nullptr; ++at) {
             bytes += '@';
-            AppendString(bytes, (*at)->GetName());
-            AppendString(bytes, (*at)->GetValue());
+            AppendTreeString(bytes, (*at)->GetName());
+            AppendTreeString(bytes, (*at)->GetValue());
             AppendString(bytes, node->GetAttributeValue((*at)->GetName()));
         }
     }
