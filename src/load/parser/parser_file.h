@@ -10,7 +10,7 @@
 #include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/util/BinInputStream.hpp>
 
-#include "load/byte_source.h"
+#include "load/source/byte_source.h"
 
 namespace norvask {
 

@@ -9,11 +9,6 @@
 
 namespace norvask {
 
-bool CContent::HasPlainProlog() {
-    return ReadStart() && ReadMisc() && m_Window.Skip('<') && m_Window.Peek() != '!' &&
-           m_Window.Restart();
-}
-
 bool CContent::IsUtf8() {
     for (;;) {
         m_Window.GoTo(m_Window.At() + Utf8Length(m_Window.At(), m_Window.Unread()));
@@ -25,18 +20,20 @@ bool CContent::IsUtf8() {
     }
 }
 
-bool CContent::ReadStart() {
+// The byte order mark, XMLDecl and Misc*.
+bool CContent::ReadProlog() {
     m_Window.Skip("\xEF\xBB\xBF", 3);
     m_Window.BeginToken();
-    if (!IsNext("<?xml", 5) || !m_Window.Has(6) || !IsByte(m_Window.At()[5], BYTE_SPACE)) {
-        return true;
+    if (IsNext("<?xml", 5) && m_Window.Has(6) && IsByte(m_Window.At()[5], BYTE_SPACE) &&
+        !ReadXMLDecl()) {
+        return false;
     }
-    m_Window.GoTo(m_Window.At() + 5);
-    return ReadXMLDecl();
+    return ReadMisc() && IsNext("<", 1) && !IsNext("<!", 2);
 }
 
 // In this order, each behind white space.
 bool CContent::ReadXMLDecl() {
+    m_Window.GoTo(m_Window.At() + std::strlen("<?xml"));
     if (!ReadS() || !ReadPseudoAttribute("version", {"1.0", "1.0"})) {
         return false;
     }

@@ -27,11 +27,11 @@ public:
 
     // Look ahead, and begin again at the first byte: whether there is a root to come to, and whether
     // the whole document is UTF-8.
-    bool HasPlainProlog();
+    bool HasPlainProlog() { return ReadProlog() && m_Window.Restart(); }
     bool IsUtf8();
 
     // Each reads a production and leaves the cursor behind it.
-    bool ReadStart();    // the byte order mark and XMLDecl, if they are there
+    bool ReadProlog();   // up to the '<' of the root
     bool ReadMisc();     // Misc*, up to anything else or the end of the document
     bool ReadText();     // CharData and Reference, up to a '<'; adds to the text
     bool ReadComment();  // with the cursor on "<!--"

@@ -10,7 +10,7 @@
 
 #include <cstddef>
 
-#include "load/byte_source.h"
+#include "load/source/byte_source.h"
 
 namespace norvask {
 

@@ -63,11 +63,11 @@ public:
 
     // Returns whether the whole document was plain and was reported.
     bool Read() {
-        if (!m_Content.ReadStart() || !m_Sink.StartDocument() || !m_Content.ReadMisc()) {
+        if (!m_Content.ReadProlog() || !m_Sink.StartDocument()) {
             return false;
         }
         m_Window.BeginToken();
-        if (m_Window.Peek() != '<' || !ReadStartTag()) {
+        if (!ReadStartTag()) {
             return false;
         }
         while (!m_Open.empty()) {

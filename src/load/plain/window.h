@@ -19,7 +19,7 @@
 #include <cstring>
 #include <memory>
 
-#include "load/byte_source.h"
+#include "load/source/byte_source.h"
 
 namespace norvask {
 

@@ -1,6 +1,6 @@
 // Internal. CByteSource: where the bytes of a document come from.
-#ifndef NORVASK_LOAD_BYTE_SOURCE_H
-#define NORVASK_LOAD_BYTE_SOURCE_H
+#ifndef NORVASK_LOAD_SOURCE_BYTE_SOURCE_H
+#define NORVASK_LOAD_SOURCE_BYTE_SOURCE_H
 
 #include <cstddef>
 #include <cstring>
