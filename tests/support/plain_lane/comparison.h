@@ -18,7 +18,6 @@
 #include <string>
 #include <vector>
 
-#include "load/byte_source.h"
 #include "load/plain/fast_lane.h"
 #include "support/plain_lane/outcome.h"
 #include "support/plain_lane/parser_run.h"

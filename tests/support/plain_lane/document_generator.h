@@ -30,6 +30,9 @@ public:
         static const std::size_t ODDS[] = {3, 6, 12, 25, 60};
         m_nOdds = ODDS[m_Random.Below(5)];
         m_nForeign = m_Random.Once(3) ? 4 : 40;
+        // Few names come again, in other places and in other namespaces.
+        m_nLocals = m_Random.Once(3) ? 2 + m_Random.Below(3) : LOCAL_COUNT;
+        m_nPrefixes = m_Random.Once(3) ? 2 : PREFIX_COUNT;
         m_nRoom = m_Random.Once(12) ? 1500 : 40 + m_Random.Below(300);
         std::fill(m_Bound, m_Bound + PREFIX_COUNT, 0u);
         MakeDocument();
@@ -152,7 +155,7 @@ private:
     // The prefix and its colon, if one of those that are bound is chosen.
     void MakePrefix(std::size_t times) {
         if (!Once(times)) return;
-        const std::size_t prefix = m_Random.Below(PREFIX_COUNT);
+        const std::size_t prefix = m_Random.Below(m_nPrefixes);
         if (m_Bound[prefix] == 0 && !IsWrong()) return;
         Add(pieces::PREFIXES[prefix]);
         Add(':');
@@ -267,7 +270,8 @@ private:
         std::size_t count = 0;
         if (Once(depth == 0 ? 2 : 6)) {
             for (std::size_t n = 1 + m_Random.Below(Once(4) ? 4 : 1); n > 0; --n) {
-                const std::size_t prefix = m_Random.Below(PREFIX_COUNT + 1);
+                std::size_t prefix = m_Random.Below(m_nPrefixes + 1);
+                if (prefix == m_nPrefixes) prefix = PREFIX_COUNT;
                 bool isNew = true;
                 for (std::size_t i = 0; i < count; ++i)
                     isNew = isNew && declared[i] != prefix;
@@ -280,7 +284,7 @@ private:
         Add('<');
         const std::size_t begin = m_pText->size();
         MakePrefix(3);
-        MakeLocal(m_Random.Below(depth == 0 ? 4 : LOCAL_COUNT));
+        MakeLocal(m_Random.Below(m_nLocals));
         const std::size_t length = m_pText->size() - begin;
         MakeAttributes(declared, count);
         MakeOptionalBlank();
@@ -305,7 +309,7 @@ private:
                 continue;
             }
             --attributes;
-            const std::size_t local = m_Random.Below(LOCAL_COUNT);
+            const std::size_t local = m_Random.Below(m_nLocals);
             if ((used >> local & 1) != 0 && !IsWrong()) continue;
             used |= std::uint64_t(1) << local;
             MakeAttribute(local);
@@ -359,8 +363,10 @@ private:
             MakeDeep(m_Random.Below(300));
             return;
         }
+        std::size_t last = m_pText->size();
+        std::size_t behind = last;
         for (std::size_t n = m_Random.Below(depth < 2 ? 7 : 4); n > 0 && HasRoom(); --n) {
-            switch (m_Random.Below(10)) {
+            switch (m_Random.Below(11)) {
                 case 0:
                     MakeSection();
                     break;
@@ -377,7 +383,12 @@ private:
                 case 3:
                 case 4:
                 case 5:
+                    last = m_pText->size();
                     MakeElement(depth + 1);
+                    behind = m_pText->size();
+                    break;
+                case 6:  // the last element once more
+                    m_pText->append(*m_pText, last, behind - last);
                     break;
                 default:
                     MakeText();
@@ -430,6 +441,8 @@ private:
     std::size_t m_nOdds = 1;
     std::size_t m_nForeign = 1;
     std::size_t m_nRoom = 0;
+    std::size_t m_nLocals = LOCAL_COUNT;
+    std::size_t m_nPrefixes = PREFIX_COUNT;
     unsigned m_Bound[PREFIX_COUNT];
 };
 
