@@ -3,8 +3,9 @@
 #ifndef NORVASK_TREE_ATTRIBUTE_ARRAY_H
 #define NORVASK_TREE_ATTRIBUTE_ARRAY_H
 
-#include "tree/memory/name_use.h"
+#include "tree/attribute_access.h"
 #include "tree/node_body.h"
+#include "tree/slots.h"
 
 namespace norvask {
 
@@ -32,6 +33,13 @@ void ReserveAttributes(SElementBody* body, std::size_t count);
 
 // Appends an attribute that the element does not have. Throws std::bad_alloc.
 void AppendAttribute(SElementBody* body, CNameUse&& name, const SKnownText& value);
+// The same without a look at the index, in which an element is not that has just been made, for a
+// copy of a value; there is room.
+inline void AppendCopiedAttribute(CTree& tree, SAttributeArray& attributes, CNameUse&& name,
+                                  CTreeString value) {
+    CNewString copy(tree, value);
+    PutSlot(attributes.Slots(), attributes.used, CAttributeAccess::New(tree, name, copy));
+}
 
 // Sets, adds or removes, as CXMLNode::SetAttribute does, by a name that was looked up, of which
 // `known` is known, and by one of which the caller has a use. Throw std::bad_alloc.

@@ -6,8 +6,6 @@
 
 namespace norvask {
 
-CXMLBinNode::CXMLBinNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
-
 CXMLBinNode::CXMLBinNode(CXMLNode* parent)
     : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedBinary(parent))) {
     CNodeAccess::SetParent(parent);

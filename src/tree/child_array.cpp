@@ -41,7 +41,11 @@ std::uint32_t LogarithmOf(std::uint32_t capacity) noexcept {
 void SetCapacity(SElementBody* body, std::uint32_t capacity, std::uint32_t front) {
     CXMLNode** const grown = NewSlots<CXMLNode>(TreeOf(body).Arena(), capacity);
     const std::uint32_t used = ChildrenUsed(body);
-    MoveSlots(grown + front, ChildSlots(body), used);
+    if (used == 1) {
+        grown[front] = nullptr;
+    } else {
+        MoveSlots(grown + front, ChildSlots(body), used);
+    }
     FreeChildArray(body);
     body->children.many = {grown + front, used, LogarithmOf(capacity)};
     SetFront(body->children.many, front);

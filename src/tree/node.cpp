@@ -17,8 +17,6 @@ CXMLNode* const NO_CHILDREN[] = {nullptr};
 
 }  // namespace
 
-CXMLNode::CXMLNode(std::uintptr_t body) noexcept : m_nBody(body) {}
-
 CXMLNode::CXMLNode(const char* name, CXMLNode* parent)
     : m_nBody(CNodeAccess::Number(CNodeAccess::NewDerivedElement(name, parent))) {
     CNodeAccess::SetParent(parent);

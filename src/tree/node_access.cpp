@@ -10,6 +10,11 @@ static_assert(sizeof(CXMLNode) == sizeof(CXMLTextNode) && sizeof(CXMLNode) == si
               "a body lies directly behind its object");
 static_assert(sizeof(CXMLNode) % alignof(SElementBody) == 0, "the body must be aligned");
 
+// Here, where nearly all of them run, so that they are inlined.
+CXMLNode::CXMLNode(std::uintptr_t body) noexcept : m_nBody(body) {}
+CXMLTextNode::CXMLTextNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
+CXMLBinNode::CXMLBinNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
+
 template <typename Node, typename Body>
 Node* CNodeAccess::NewBlock(CTree& tree, EObject object, CXMLNode* parent) {
     SPage* page = nullptr;
@@ -32,6 +37,19 @@ CXMLNode* CNodeAccess::NewElement(CTree& tree, CNameUse&& name, CXMLNode* parent
 
 CXMLTextNode* CNodeAccess::NewText(CTree& tree, const SKnownText& text, CXMLNode* parent) {
     CNewString copy(tree, text);
+    CXMLTextNode* const node = NewBlock<CXMLTextNode, STextBody>(tree, EObject::TEXT, parent);
+    TextOf(node)->text = copy.Keep();
+    return node;
+}
+
+CXMLNode* CNodeAccess::NewElement(CTree& tree, CTreeString used, CXMLNode* parent) {
+    CXMLNode* const node = NewBlock<CXMLNode, SElementBody>(tree, EObject::ELEMENT, parent);
+    ElementOf(node)->name = CNameUse::Another(used).Keep();
+    return node;
+}
+
+CXMLTextNode* CNodeAccess::NewText(CTree& tree, CTreeString source, CXMLNode* parent) {
+    CNewString copy(tree, source);
     CXMLTextNode* const node = NewBlock<CXMLTextNode, STextBody>(tree, EObject::TEXT, parent);
     TextOf(node)->text = copy.Keep();
     return node;

@@ -74,6 +74,9 @@ public:
     static CXMLNode* NewElement(CTree& tree, CNameUse&& name, CXMLNode* parent);
     static CXMLTextNode* NewText(CTree& tree, const SKnownText& text, CXMLNode* parent);
     static CXMLBinNode* NewBinary(CTree& tree, CXMLNode* parent);
+    // The same by a name that is in use, for one more use of it, and with a copy of a string.
+    static CXMLNode* NewElement(CTree& tree, CTreeString used, CXMLNode* parent);
+    static CXMLTextNode* NewText(CTree& tree, CTreeString source, CXMLNode* parent);
 
     // Bodies for objects outside of blocks, each in a tree of its own that the object owns. Throw
     // std::bad_alloc. The name is not checked; NULL gives an empty one.

@@ -20,6 +20,17 @@ bool IsOwn(CXMLNode* node, EObject object) noexcept {
     return CNodeAccess::ObjectOf(node) == object;
 }
 
+// A tree that was built in the order of its document lies in memory in that order too, so what is
+// copied soon lies a little behind the node that is copied now.
+void PrefetchBehind(const CXMLNode* node) noexcept {
+    const std::size_t DISTANCE = 960;
+    const std::size_t LINE = 64;
+    const char* const behind = reinterpret_cast<const char*>(node) + DISTANCE;
+    __builtin_prefetch(behind);
+    __builtin_prefetch(behind + LINE);
+    __builtin_prefetch(behind + 2 * LINE);
+}
+
 // A copy below its own source would meet itself on the way. The copies that are being made on this
 // thread are remembered, innermost first, and left out: the source is copied as it stood.
 struct SCopyUnderWay {
@@ -49,20 +60,30 @@ thread_local const SCopyUnderWay* SCopyUnderWay::s_pInnermost = nullptr;
 // released a name.
 class CNameMemo {
 public:
-    explicit CNameMemo(CTree* tree) noexcept : m_pTree(tree) {}
+    explicit CNameMemo(CTree& tree) noexcept : m_Tree(tree) {}
 
-    // One use of the name in the copy's tree. `name` is one of the source's tree. Throws as
-    // UseValidName.
+    // The name in the copy's tree, where it is in use, if it is known; else the constant "". `name`
+    // is one of the source's tree.
+    CTreeString Find(CTreeString name) const noexcept {
+        if (m_pEntries == nullptr) {
+            return CTreeString();
+        }
+        const SEntry& entry = m_pEntries[IndexOf(name)];
+        return entry.source == name ? entry.copy : CTreeString();
+    }
+
+    // One use of the name in the copy's tree. Throws as UseValidName.
     CNameUse Use(CTreeString name) {
+        const CTreeString found = Find(name);
+        return found != CTreeString() ? CNameUse::Another(found) : UseNew(name);
+    }
+    CNameUse UseNew(CTreeString name) {
         if (m_pEntries == nullptr) {
             m_pEntries.reset(new SEntry[ENTRIES]());
         }
-        SEntry& entry = m_pEntries[(reinterpret_cast<std::uintptr_t>(name.Text()) >> 4) % ENTRIES];
-        if (entry.source == name) {
-            return CNameUse::Another(entry.copy);
-        }
-        CNameUse use = name.Is(KNOWN_NAME) ? CNameUse(*m_pTree, name.Known())
-                                           : UseValidName(*m_pTree, name.Text());
+        SEntry& entry = m_pEntries[IndexOf(name)];
+        CNameUse use = name.Is(KNOWN_NAME) ? CNameUse(m_Tree, name.Known())
+                                           : UseValidName(m_Tree, name.Text());
         entry = {name, use.Name()};
         return use;
     }
@@ -75,47 +96,63 @@ public:
 
 private:
     static const std::size_t ENTRIES = 64;
+
+    static std::size_t IndexOf(CTreeString name) noexcept {
+        return (reinterpret_cast<std::uintptr_t>(name.Text()) >> 4) % ENTRIES;
+    }
+
     struct SEntry {
         CTreeString source;  // the constant "", which is no name of a tree, where there is none
         CTreeString copy;
     };
-    CTree* m_pTree;
+    CTree& m_Tree;
     std::unique_ptr<SEntry[]> m_pEntries;  // not on the stack, where copies of derived objects nest
 };
 
 // Attributes that an element was given by SetAttribute: no two have one name, and all are names of
-// the tree.
-void CopyPlainAttributes(SElementBody* copy, const SElementBody* source, CNameMemo& names) {
+// the tree. The copy has none yet.
+void CopyPlainAttributes(CTree& tree, SElementBody* copy, const SElementBody* source,
+                         CNameMemo& names) {
     const std::uint32_t count = AttributeCount(source);
     if (count == 0) {
         return;
     }
     ReserveAttributes(copy, count);
     for (CXMLAttribut** slots = AttributeSlots(source); *slots != nullptr; ++slots) {
-        const SKnownText value = CAttributeAccess::Value(*slots).Known();
+        const CTreeString value = CAttributeAccess::Value(*slots);
         if (!value.IsEmpty()) {
-            AppendAttribute(copy, names.Use(CAttributeAccess::Name(*slots)), value);
+            AppendCopiedAttribute(tree, *copy->attributes,
+                                  names.Use(CAttributeAccess::Name(*slots)), value);
         }
     }
 }
 
 class CSubtreeCopy {
 public:
-    explicit CSubtreeCopy(CTree* tree) noexcept
-        : m_Names(tree), m_pUnderWay(SCopyUnderWay::s_pInnermost) {}
+    explicit CSubtreeCopy(CTree& tree) noexcept
+        : m_Tree(tree), m_Names(tree), m_pUnderWay(SCopyUnderWay::s_pInnermost) {}
 
     // Copies the children of the source below the copy, and everything below them.
     void CopyBelow(CXMLNode* source, CXMLNode* copy);
     void CopyAttributes(CXMLNode* source, CXMLNode* copy);
 
 private:
-    void Descend(CXMLNode* source, CXMLNode* copy);
-    void CopyOne(CXMLNode* source, CXMLNode* parent);
-    CXMLNode* Next();
+    using Walk = CWalk<CXMLNode*>;  // through the source; each level with its copy
 
+    bool CanEnter(CXMLNode* source, CXMLNode* copy);
+    CXMLNode* Next(Walk::SLevel& level);
+    bool IsLeftOut(const CXMLNode* node) const noexcept {
+        return m_pUnderWay != nullptr && SCopyUnderWay::Has(m_pUnderWay, node);
+    }
+    void CopyOne(CXMLNode* source, Walk::SLevel& level);
+    void CopyElement(CXMLNode* source, Walk::SLevel& level);
+    void CopyText(CXMLNode* source, CXMLNode* parent);
+    void CopyOther(CXMLNode* source, CXMLNode* parent);
+
+    CTree& m_Tree;
     CNameMemo m_Names;
     const SCopyUnderWay* const m_pUnderWay;
-    CWalk<CXMLNode*> m_Walk;  // through the source; each level with its copy
+    Walk m_Walk;  // the levels outside of the innermost one
 };
 
 void CSubtreeCopy::CopyAttributes(CXMLNode* source, CXMLNode* copy) {
@@ -124,7 +161,7 @@ void CSubtreeCopy::CopyAttributes(CXMLNode* source, CXMLNode* copy) {
         SElementBody* const to = CNodeAccess::ElementOf(copy);
         // An override may have given the copy attributes already.
         if (!TreeOf(from).Happened(CTree::ATTRIBUTE_RENAMED) && AttributeCount(to) == 0) {
-            CopyPlainAttributes(to, from, m_Names);
+            CopyPlainAttributes(m_Tree, to, from, m_Names);
             return;
         }
     }
@@ -134,72 +171,123 @@ void CSubtreeCopy::CopyAttributes(CXMLNode* source, CXMLNode* copy) {
     m_Names.Forget();
 }
 
-void CSubtreeCopy::Descend(CXMLNode* source, CXMLNode* copy) {
+// Whether the walk is to go through the children of the source; those of a copy that is of a
+// derived class are copied by its operation, at once.
+bool CSubtreeCopy::CanEnter(CXMLNode* source, CXMLNode* copy) {
     if (IsOwn(copy, EObject::ELEMENT)) {
         if (IsOwn(source, EObject::ELEMENT)) {
             const std::uint32_t count = ChildCount(CNodeAccess::ElementOf(source));
-            if (count == 0) {
-                return;
-            }
             if (count >= FIRST_CHILD_CAPACITY) {
                 ReserveChildren(CNodeAccess::ElementOf(copy), count);
             }
+            return count != 0;
         }
-        m_Walk.Enter(source, copy);
-        return;
+        return true;
     }
     for (std::uint32_t i = 0; CXMLNode* child = source->GetChildren()[i]; ++i) {
-        if (!SCopyUnderWay::Has(m_pUnderWay, child)) {
+        if (!IsLeftOut(child)) {
             copy->CopyChild(child, nullptr);
         }
     }
     m_Names.Forget();
-}
-
-// Copies one node, and prepares for what is below it. The parent is an element of the library.
-void CSubtreeCopy::CopyOne(CXMLNode* source, CXMLNode* parent) {
-    switch (CNodeAccess::ObjectOf(source)) {
-        case EObject::ELEMENT: {
-            CXMLNode* const copy =
-                AddElement(parent, m_Names.Use(CNodeAccess::ElementOf(source)->name), nullptr);
-            CopyAttributes(source, copy);
-            Descend(source, copy);
-            break;
-        }
-        case EObject::TEXT:
-            AddText(parent, CNodeAccess::TextOf(source)->text.Known());
-            break;
-        case EObject::BINARY: {
-            const SBinaryBody* const from = CNodeAccess::BinaryOf(source);
-            AddBinary(parent)->SetData(from->data, from->length);
-            break;
-        }
-        default:
-            parent->CopyChild(source, nullptr);
-            m_Names.Forget();
-            break;
-    }
+    return false;
 }
 
 // The next child to be copied; a derived class is asked for it, and may do anything then.
-CXMLNode* CSubtreeCopy::Next() {
-    CXMLNode* const from = m_Walk.Innermost().node;
-    if (IsOwn(from, EObject::ELEMENT)) {
-        return m_Walk.Next();
+inline CXMLNode* CSubtreeCopy::Next(Walk::SLevel& level) {
+    CXMLNode* child = nullptr;
+    if (IsOwn(level.node, EObject::ELEMENT)) {
+        child = Walk::ChildOf(level);
+    } else {
+        CXMLNode** const children = level.node->GetChildren();
+        m_Names.Forget();
+        child = children[level.next];
     }
-    CXMLNode** const children = from->GetChildren();
-    m_Names.Forget();
-    return m_Walk.Next(children);
+    if (child != nullptr) {
+        ++level.next;
+    }
+    return child;
+}
+
+// Copies one node. The parent is an element of the library.
+inline void CSubtreeCopy::CopyOne(CXMLNode* source, Walk::SLevel& level) {
+    switch (CNodeAccess::ObjectOf(source)) {
+        case EObject::ELEMENT:
+            CopyElement(source, level);
+            break;
+        case EObject::TEXT:
+            CopyText(source, level.own);
+            break;
+        default:
+            CopyOther(source, level.own);
+            break;
+    }
+}
+
+// An element with children becomes the innermost level, unless all it has is one text.
+inline void CSubtreeCopy::CopyElement(CXMLNode* source, Walk::SLevel& level) {
+    SElementBody* const from = CNodeAccess::ElementOf(source);
+    SElementBody* const parent = CNodeAccess::ElementOf(level.own);
+    ReserveLastChild(parent);
+    const CTreeString name = m_Names.Find(from->name);
+    CXMLNode* const copy =
+        name != CTreeString()
+            ? CNodeAccess::NewElement(m_Tree, name, level.own)
+            : CNodeAccess::NewElement(m_Tree, m_Names.UseNew(from->name), level.own);
+    PutLastChild(parent, copy);
+    if (from->attributes != nullptr) {
+        CopyAttributes(source, copy);
+    }
+    CXMLNode* const* const children = ChildSlots(from);
+    if (children[0] == nullptr) {
+        return;
+    }
+    if (children[1] == nullptr) {
+        if (IsOwn(children[0], EObject::TEXT)) {
+            CopyText(children[0], copy);
+            return;
+        }
+    } else {
+        ReserveChildren(CNodeAccess::ElementOf(copy), ChildCount(from));
+    }
+    m_Walk.Put(level);
+    level.node = source;
+    level.next = 0;
+    level.own = copy;
+}
+
+inline void CSubtreeCopy::CopyText(CXMLNode* source, CXMLNode* parent) {
+    SElementBody* const body = CNodeAccess::ElementOf(parent);
+    ReserveLastChild(body);
+    PutLastChild(body, CNodeAccess::NewText(m_Tree, CNodeAccess::TextOf(source)->text, parent));
+}
+
+void CSubtreeCopy::CopyOther(CXMLNode* source, CXMLNode* parent) {
+    if (IsOwn(source, EObject::BINARY)) {
+        const SBinaryBody* const from = CNodeAccess::BinaryOf(source);
+        AddBinary(parent)->SetData(from->data, from->length);
+    } else {
+        parent->CopyChild(source, nullptr);
+        m_Names.Forget();
+    }
 }
 
 void CSubtreeCopy::CopyBelow(CXMLNode* source, CXMLNode* copy) {
-    Descend(source, copy);
-    while (!m_Walk.IsDone()) {
-        CXMLNode* const child = Next();
+    if (!CanEnter(source, copy)) {
+        return;
+    }
+    CNodeAccess::SetParent(copy);
+    Walk::SLevel level(source, copy);
+    for (;;) {
+        CXMLNode* const child = Next(level);
         if (child == nullptr) {
-            m_Walk.Leave();
-        } else if (!SCopyUnderWay::Has(m_pUnderWay, child)) {
-            CopyOne(child, m_Walk.Innermost().own);
+            if (m_Walk.IsDone()) {
+                return;
+            }
+            m_Walk.Take(level);
+        } else if (!IsLeftOut(child)) {
+            PrefetchBehind(child);
+            CopyOne(child, level);
         }
     }
 }
@@ -207,7 +295,7 @@ void CSubtreeCopy::CopyBelow(CXMLNode* source, CXMLNode* copy) {
 }  // namespace
 
 void CopyContent(CXMLNode* source, CXMLNode* copy) {
-    CSubtreeCopy copying(&TreeOf(CNodeAccess::BodyOf(copy)));
+    CSubtreeCopy copying(TreeOf(CNodeAccess::BodyOf(copy)));
     copying.CopyAttributes(source, copy);
     copying.CopyBelow(source, copy);
 }

@@ -19,8 +19,6 @@ const char* StoredText(const CXMLTextNode* node) noexcept {
 
 }  // namespace
 
-CXMLTextNode::CXMLTextNode(std::uintptr_t body) noexcept : CXMLNode(body) {}
-
 CXMLTextNode::CXMLTextNode(const char* text, CXMLNode* parent)
     : CXMLNode(CNodeAccess::Number(CNodeAccess::NewDerivedText(parent))) {
     CXMLTextNode::SetText(text);

@@ -35,16 +35,32 @@ public:
     void Leave() noexcept { m_Levels.pop_back(); }
 
     // The next child of the innermost element; NULL behind the last. The array is looked at anew
-    // each time, since whoever is called on the way may have changed it; a walk that knows better
-    // which array it is gives it.
-    CXMLNode* Next() { return Next(ChildSlots(CNodeAccess::ElementOf(Innermost().node))); }
-    CXMLNode* Next(CXMLNode* const* children) {
+    // each time, since whoever is called on the way may have changed it.
+    CXMLNode* Next() {
         SLevel& level = m_Levels.back();
-        CXMLNode* const child = children[level.next];
+        CXMLNode* const child = ChildOf(level);
         if (child != nullptr) {
             ++level.next;
         }
         return child;
+    }
+
+    // A walk that keeps the innermost level itself, in registers, puts it here while it is deeper
+    // down, and takes it again, if there is any, on its way up. Put throws std::bad_alloc.
+    void Put(const SLevel& level) {
+        m_Levels.emplace_back(level.node, level.own);
+        m_Levels.back().next = level.next;
+    }
+    // Member by member, as it was stored: what was stored in parts is slow to load as a whole.
+    void Take(SLevel& level) noexcept {
+        const SLevel& outer = m_Levels.back();
+        level.node = outer.node;
+        level.next = outer.next;
+        level.own = outer.own;
+        m_Levels.pop_back();
+    }
+    static CXMLNode* ChildOf(const SLevel& level) noexcept {
+        return ChildSlots(CNodeAccess::ElementOf(level.node))[level.next];
     }
 
 private:

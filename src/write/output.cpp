@@ -11,10 +11,7 @@
 #include "foundation/parser_state.h"
 #include "foundation/string_converter.h"
 #include "foundation/utf8.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "write/suspects.h"
 
 namespace norvask {
 namespace {
@@ -23,21 +20,6 @@ bool IsPlain(char c) noexcept {
     const unsigned char byte = static_cast<unsigned char>(c);
     return byte >= 0x80 || MarkupOf(byte) == EMarkup::PLAIN;
 }
-
-#if defined(__SSE2__)
-// The bytes of a register that may not be plain: markup, and everything below the blank.
-int SuspectBytes(__m128i bytes) noexcept {
-    const __m128i angle = _mm_or_si128(bytes, _mm_set1_epi8(2));       // < and > differ in this bit
-    const __m128i apostrophe = _mm_or_si128(bytes, _mm_set1_epi8(1));  // & and ' in this
-    const __m128i low = _mm_subs_epu8(bytes, _mm_set1_epi8(0x1F));  // 0 for what is below the blank
-    const __m128i suspects =
-        _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(angle, _mm_set1_epi8('>')),
-                                  _mm_cmpeq_epi8(apostrophe, _mm_set1_epi8('\''))),
-                     _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')),
-                                  _mm_cmpeq_epi8(low, _mm_setzero_si128())));
-    return _mm_movemask_epi8(suspects);
-}
-#endif
 
 // Copies the leading bytes that are written as they stand and returns how many. `out` has room for
 // all.

@@ -14,6 +14,7 @@
 #include <ostream>
 
 #include "foundation/known_text.h"
+#include "foundation/short_copy.h"
 
 namespace norvask {
 
@@ -77,14 +78,6 @@ public:
         m_pEnd += N - 1 + name.length;
     }
 
-    // An attribute of a start tag, with the blank in front.
-    void Attribute(const SKnownText& name, const SKnownText& value) {
-        Name(" ", name);
-        Literal("=\"");
-        Text(value);
-        Literal("\"");
-    }
-
     // Base64, unescaped; with the markers of a CDATA section around it or without.
     void Base64(const unsigned char* data, std::size_t length, bool cdata);
     void Base64(const CBase64Text& text, bool cdata);
@@ -129,6 +122,8 @@ public:
     void Resume() { m_bPads = m_Out.width() != 0; }
 
 private:
+    friend class CPen;
+
     std::size_t Room() const noexcept { return static_cast<std::size_t>(m_pLimit - m_pEnd); }
     void Bytes(const char* bytes, std::size_t length) {
         if (length <= Room()) {
@@ -137,30 +132,6 @@ private:
         } else {
             BytesBeyondRoom(bytes, length);
         }
-    }
-    // Names are short, too short for a call.
-    static void CopyShort(char* out, const char* bytes, std::size_t length) noexcept {
-        if (length > 16) {
-            std::memcpy(out, bytes, length);
-        } else if (length >= 8) {
-            CopyEnds<8>(out, bytes, length);
-        } else if (length >= 4) {
-            CopyEnds<4>(out, bytes, length);
-        } else {
-            for (std::size_t i = 0; i != length; ++i) {
-                out[i] = bytes[i];
-            }
-        }
-    }
-    // N to 2 * N bytes: the first N and the last N of them.
-    template <std::size_t N>
-    static void CopyEnds(char* out, const char* bytes, std::size_t length) noexcept {
-        char first[N];
-        char last[N];
-        std::memcpy(first, bytes, N);
-        std::memcpy(last, bytes + length - N, N);
-        std::memcpy(out, first, N);
-        std::memcpy(out + length - N, last, N);
     }
     void Tabs(std::size_t tabs);
     void Write(const char* bytes, std::streamsize length);

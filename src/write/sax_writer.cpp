@@ -13,6 +13,7 @@
 #include "foundation/value_text.h"
 #include "tree/attribute_strings.h"
 #include "write/output.h"
+#include "write/pen.h"
 #include "write/writer_body.h"
 
 namespace norvask {
@@ -62,6 +63,12 @@ public:
     }
 
     // Closes a start tag: the element gets content.
+    void CloseTag(CPen& pen) {
+        if (m_Writer.tagOpen) {
+            pen.Literal(">");
+            m_Writer.tagOpen = false;
+        }
+    }
     void CloseTag() {
         if (m_Writer.tagOpen) {
             m_Output.Literal(">");
@@ -69,9 +76,9 @@ public:
         }
     }
 
-    void NewLine() {
+    void NewLine(CPen& pen) {
         if (m_Writer.format && !m_Writer.textWritten) {
-            m_Output.PlainNewLine(m_Writer.depth);
+            pen.PlainNewLine(m_Writer.depth);
         }
     }
 
@@ -142,22 +149,35 @@ void CXMLSaxWriter::StartElement(const char* name, CXMLAttribut** attributes) {
     const CXMLAttribut* const refused = isName ? FirstRefused(attributes) : nullptr;
     CWriterCall call(*m_pBody);
     call.Run([&](COutput& output) {
-        call.CloseTag();
-        call.NewLine();
+        CPen pen(output);
+        call.CloseTag(pen);
+        call.NewLine(pen);
         ++m_pBody->depth;
+        pen.Give();
         if (!isName) {
             ThrowInvalidName(name);
         }
         output.Name("<", judged);
+        pen.Take();
         for (; attributes != nullptr && *attributes != nullptr; ++attributes) {
             if (*attributes == refused) {
+                pen.Give();
                 ThrowInvalidName(NameOf(refused).text);
             }
-            const SKnownText attribute = NameOf(*attributes);
-            if (!IsSkipped(attribute)) {
-                output.Attribute(attribute, CAttributeAccess::Value(*attributes).Known());
+            const CTreeString attribute = CAttributeAccess::Name(*attributes);
+            if (attribute.IsEmpty()) {
+                continue;  // left out, not refused
             }
+            if (!pen.ShortName(" ", attribute)) {
+                pen.Give();
+                output.Name(" ", attribute.Known());
+                pen.Take();
+            }
+            pen.Literal("=\"");
+            pen.Text(CAttributeAccess::Value(*attributes));
+            pen.Literal("\"");
         }
+        pen.Give();
     });
     m_pBody->tagOpen = true;
     m_pBody->names.Push(judged);
@@ -178,9 +198,16 @@ void CXMLSaxWriter::EndElement() {
         m_pBody->tagOpen = false;
     } else {
         call.Run([&](COutput& output) {
-            call.NewLine();
-            output.Name("</", m_pBody->names.Top());
-            output.Literal(">");
+            CPen pen(output);
+            call.NewLine(pen);
+            const SKnownText name = m_pBody->names.Top();
+            if (!pen.ShortName("</", name)) {
+                pen.Give();
+                output.Name("</", name);
+                pen.Take();
+            }
+            pen.Literal(">");
+            pen.Give();
         });
         m_pBody->textWritten = false;
     }

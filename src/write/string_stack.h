@@ -16,6 +16,7 @@
 #include <new>
 
 #include "foundation/known_text.h"
+#include "foundation/short_copy.h"
 
 namespace norvask {
 
@@ -39,13 +40,15 @@ public:
     // Throws std::bad_alloc, but not right behind a Reserve.
     void Push(const SKnownText& name) {
         Reserve(name.length);
-        Append(name.text, name.length + 1);
+        CopyShort(m_pBlock.get() + m_nUsed, name.text, name.length + 1);
+        m_nUsed += name.length + 1;
         const Known known = static_cast<Known>(name.known);
         Append(&known, sizeof(known));
         Append(&name.length, sizeof(name.length));
     }
 
-    // The topmost name, until the next Push, Pop or Reserve. Not to be asked when there is none,
+    // The topmost name, of which the first eight and the second eight bytes can be read, the latter
+    // if the name has so many, however short it is; until the next Push, Pop or Reserve. Not to be asked when there is none,
     // like Pop.
     SKnownText Top() const noexcept {
         const std::size_t length = TopLength();

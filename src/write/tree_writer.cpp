@@ -30,7 +30,6 @@ void CTreeWriter::Write(CXMLNode* top) {
             WriteContent(top);
         } else {
             WriteElement(top);
-            WriteChildren();
         }
     });
 }
@@ -44,75 +43,137 @@ void CTreeWriter::WriteContent(CXMLNode* leaf) {
     }
 }
 
-// The start tag; an element with children is entered.
-void CTreeWriter::WriteElement(CXMLNode* element) {
-    SElementBody* const body = CNodeAccess::ElementOf(element);
-    WriteStartTag(body);
-    if (ChildSlots(body)[0] == nullptr) {
-        m_Output.Literal("/>");
+// The walk. The pen and the innermost level stay in registers; whatever is called on the way may
+// change the tree, so nodes are looked at anew behind every step that may call somebody.
+void CTreeWriter::WriteElement(CXMLNode* top) {
+    CPen pen(m_Output);
+    Walk::SLevel level(nullptr, {true});  // outside of the topmost element
+    EObject object = EObject::ELEMENT;    // which is written here whatever its class
+    CXMLNode* node = top;
+    for (;;) {
+        WriteNode(pen, node, object, level);
+        while (level.node != nullptr && (node = Walk::ChildOf(level)) == nullptr) {
+            const Walk::SLevel done = level;
+            m_Walk.Take(level);
+            if (!done.own.textSeen) {
+                NewLine(pen, m_Walk.Depth());
+            }
+            EndTag(pen, CNodeAccess::ElementOf(done.node));
+        }
+        if (level.node == nullptr) {
+            break;
+        }
+        ++level.next;
+        object = CNodeAccess::ObjectOf(node);
+    }
+    pen.Give();
+}
+
+// Writes a node of the innermost level; an element with children becomes the innermost itself.
+NORVASK_INLINE void CTreeWriter::WriteNode(CPen& pen, CXMLNode* node, EObject object,
+                                           Walk::SLevel& level) {
+    switch (object) {
+        case EObject::ELEMENT:
+            break;
+        case EObject::TEXT:
+            level.own.textSeen = true;
+            pen.Text(CNodeAccess::TextOf(node)->text);
+            return;
+        default:
+            pen.Give();
+            level.own.textSeen = WriteOther(node, object, level.own.textSeen);
+            pen.Take();
+            return;
+    }
+    if (!level.own.textSeen) {
+        NewLine(pen, m_Walk.Depth());
+    }
+    const SElementBody* const body = CNodeAccess::ElementOf(node);
+    StartTag(pen, body);
+    Walk::SLevel inside(node, {false});
+    CXMLNode* const first = Walk::ChildOf(inside);
+    if (first == nullptr) {
+        pen.Literal("/>");
         return;
     }
-    m_Output.Literal(">");
-    m_Walk.Enter(element, {false});
-}
-
-void CTreeWriter::WriteChildren() {
-    while (!m_Walk.IsDone()) {
-        if (CXMLNode* const child = m_Walk.Next()) {
-            WriteChild(child);
-        } else {
-            WriteEndTag();
+    pen.Literal(">");
+    // Most elements have one text and nothing else.
+    if (CNodeAccess::ObjectOf(first) == EObject::TEXT) {
+        inside.own.textSeen = true;
+        inside.next = 1;
+        pen.Text(CNodeAccess::TextOf(first)->text);
+        if (Walk::ChildOf(inside) == nullptr) {
+            EndTag(pen, CNodeAccess::ElementOf(node));
+            return;
         }
     }
+    pen.Give();
+    m_Walk.Put(level);
+    level = inside;
 }
 
-void CTreeWriter::WriteChild(CXMLNode* child) {
-    const EObject object = CNodeAccess::ObjectOf(child);
-    const bool isContent = object == EObject::DERIVED
-                               ? child->GetNodeType() != CXMLNode::NODE_ELEMENT
-                               : object != EObject::ELEMENT;
-    bool& textSeen = m_Walk.Innermost().own.textSeen;
+// A binary node, or an object of a derived class. Returns what has become of `textSeen`.
+bool CTreeWriter::WriteOther(CXMLNode* node, EObject object, bool textSeen) {
+    const bool isContent =
+        object != EObject::DERIVED || node->GetNodeType() != CXMLNode::NODE_ELEMENT;
     textSeen = textSeen || isContent;
     if (m_bFormat && !textSeen) {
         m_Output.NewLine(m_Indent.c_str(), m_Walk.Depth());
     }
-    switch (object) {
-        case EObject::ELEMENT:
-            WriteElement(child);
-            break;
-        case EObject::TEXT:
-            m_Output.Text(CNodeAccess::TextOf(child)->text.Known());
-            break;
-        case EObject::BINARY:
-            WriteContent(child);
-            break;
-        default:
-            WriteDerived(child);
-            break;
+    if (object == EObject::DERIVED) {
+        WriteDerived(node);
+    } else {
+        WriteContent(node);
     }
+    return textSeen;
 }
 
-void CTreeWriter::WriteStartTag(const SElementBody* body) {
-    const SKnownText name = body->name.Known();
-    CheckName(name);
-    m_Output.Name("<", name);
-    if (body->attributes != nullptr) {
-        for (CXMLAttribut** slots = body->attributes->Slots(); *slots != nullptr; ++slots) {
-            const SKnownText attribute = CAttributeAccess::Name(*slots).Known();
-            CheckName(attribute);
-            m_Output.Attribute(attribute, CAttributeAccess::Value(*slots).Known());
+NORVASK_INLINE void CTreeWriter::NewLine(CPen& pen, std::size_t depth) {
+    if (!m_bFormat) {
+        return;
+    }
+    if (m_Indent.empty()) {
+        pen.NewLine(depth);
+        return;
+    }
+    pen.Give();
+    m_Output.NewLine(m_Indent.c_str(), depth);
+    pen.Take();
+}
+
+NORVASK_INLINE void CTreeWriter::StartTag(CPen& pen, const SElementBody* body) {
+    if (!pen.ShortName("<", body->name)) {
+        const SKnownText name = body->name.Known();
+        pen.Give();
+        CheckName(name);
+        m_Output.Name("<", name);
+        pen.Take();
+    }
+    if (body->attributes == nullptr) {
+        return;
+    }
+    for (CXMLAttribut** slots = body->attributes->Slots(); *slots != nullptr; ++slots) {
+        const CTreeString name = CAttributeAccess::Name(*slots);
+        if (!pen.ShortName(" ", name)) {
+            const SKnownText known = name.Known();
+            pen.Give();
+            CheckName(known);
+            m_Output.Name(" ", known);
+            pen.Take();
         }
+        pen.Literal("=\"");
+        pen.Text(CAttributeAccess::Value(*slots));
+        pen.Literal("\"");
     }
 }
 
-void CTreeWriter::WriteEndTag() {
-    const auto level = m_Walk.Innermost();
-    m_Walk.Leave();
-    if (m_bFormat && !level.own.textSeen) {
-        m_Output.NewLine(m_Indent.c_str(), m_Walk.Depth());
+NORVASK_INLINE void CTreeWriter::EndTag(CPen& pen, const SElementBody* body) {
+    if (!pen.ShortName("</", body->name)) {
+        pen.Give();
+        m_Output.Name("</", body->name.Known());
+        pen.Take();
     }
-    m_Output.Name("</", CNodeAccess::ElementOf(level.node)->name.Known());
-    m_Output.Literal(">");
+    pen.Literal(">");
 }
 
 // An object of a derived class writes itself. The string for its indentation follows the walk up

@@ -13,6 +13,7 @@
 
 #include "tree/walk.h"
 #include "write/output.h"
+#include "write/pen.h"
 
 namespace norvask {
 
@@ -30,13 +31,17 @@ private:
         bool textSeen;
     };
 
+    using Walk = CWalk<SOpen>;
+
     void WriteContent(CXMLNode* leaf);
-    void WriteElement(CXMLNode* element);
-    void WriteChildren();
-    void WriteChild(CXMLNode* child);
-    void WriteStartTag(const SElementBody* body);
-    void WriteEndTag();
+    void WriteElement(CXMLNode* top);
+    void WriteNode(CPen& pen, CXMLNode* node, EObject object, Walk::SLevel& level);
+    bool WriteOther(CXMLNode* node, EObject object, bool textSeen);
     void WriteDerived(CXMLNode* node);
+
+    void NewLine(CPen& pen, std::size_t depth);
+    void StartTag(CPen& pen, const SElementBody* body);
+    void EndTag(CPen& pen, const SElementBody* body);
 
     // Not on the stack, where the writers of derived objects nest.
     const std::unique_ptr<char[]> m_pBuffer;
@@ -44,7 +49,7 @@ private:
     const bool m_bFormat;
     const std::string m_Indent;
     std::string m_ChildIndent;
-    CWalk<SOpen> m_Walk;
+    Walk m_Walk;  // the levels outside of the innermost one
 };
 
 }  // namespace norvask

@@ -88,6 +88,7 @@ inline void FreeTreeString(CTreeString string) noexcept {
 class CNewString {
 public:
     CNewString(CTree& tree, const SKnownText& text) : m_String(tree.Strings().New(text)) {}
+    CNewString(CTree& tree, CTreeString source) : m_String(tree.Strings().Copy(source)) {}
     CNewString(const CNewString&) = delete;
     CNewString& operator=(const CNewString&) = delete;
     ~CNewString() {

@@ -18,7 +18,7 @@ CTreeString NewOuterString(const SKnownText& text) {
     if (text.IsEmpty()) {
         return CTreeString();
     }
-    const std::size_t bytes = StringBytes(text.length);
+    const std::size_t bytes = (StringBytes(text.length) + 7) / 8 * 8;  // as in a tree
     // Room for another short string, which may come in its place.
     SPage* const page = NewPage(bytes < SHORTEST_OUTER ? SHORTEST_OUTER : bytes);
     return WriteString(page + 1, page, text, 0);

@@ -21,6 +21,7 @@
 #include <new>
 
 #include "foundation/known_text.h"
+#include "foundation/short_copy.h"
 #include "tree/memory/page.h"
 
 namespace norvask {
@@ -55,6 +56,11 @@ public:
     // The characters lie at multiples of this, so pointers to them have low bits to spare.
     static const std::size_t ALIGNMENT = 4;
 
+    // So many bytes from the first character on lie in the string's block, however short it is, and
+    // behind them, up to the terminator, whole eights; of a name of a tree there are whole eights
+    // from its first character on.
+    static const std::size_t READABLE = SMALLEST_BLOCK - sizeof(SStringHeader);
+
     // The constant "".
     CTreeString() noexcept : m_pText(s_Empty.text) {}
 
@@ -72,6 +78,11 @@ public:
         const std::size_t length = flags >> SStringHeader::LENGTH_SHIFT;
         return {m_pText, length == SStringHeader::LENGTH_UNKNOWN ? std::strlen(m_pText) : length,
                 static_cast<unsigned int>(flags & STRING_KNOWN)};
+    }
+    // The same, but a long one is told to have LENGTH_UNKNOWN characters.
+    SKnownText KnownIfShort() const noexcept {
+        const unsigned int flags = Flags();
+        return {m_pText, flags >> SStringHeader::LENGTH_SHIFT, flags & STRING_KNOWN};
     }
     bool Is(unsigned int flags) const noexcept { return (Flags() & flags) == flags; }
     void Add(unsigned int flags) const noexcept {
@@ -101,7 +112,7 @@ public:
 private:
     struct SEmpty {
         SStringHeader header;
-        char text[4];
+        char text[READABLE];
     };
     alignas(ALIGNMENT) static SEmpty s_Empty;
 
@@ -134,8 +145,24 @@ inline CTreeString WriteString(void* block, SPage* page, const SKnownText& text,
     SStringHeader* const header = new (block) SStringHeader{
         DistanceTo(page, block), {SStringHeader::With(flags | text.known, text.length)}};
     char* const characters = reinterpret_cast<char*>(header + 1);
-    std::memmove(characters, text.text, text.length);  // a part of the string that it replaces
+    CopyShort(characters, text.text, text.length);  // maybe a part of the string that it replaces
     characters[text.length] = '\0';
+    return CTreeString::At(characters);
+}
+
+// The same for the text of another string, which is read and written in pieces of a fixed size, to
+// the ends of the blocks.
+inline CTreeString CopyShortString(void* block, const SPage* page,
+                                   const SKnownText& text) noexcept {
+    static_assert(CTreeString::READABLE == 12, "a piece of eight and one of four");
+    SStringHeader* const header = new (block)
+        SStringHeader{DistanceTo(page, block), {SStringHeader::With(text.known, text.length)}};
+    char* const characters = reinterpret_cast<char*>(header + 1);
+    std::memcpy(characters, text.text, 8);
+    std::memcpy(characters + 8, text.text + 8, 4);
+    for (std::size_t i = CTreeString::READABLE; i <= text.length; i += 8) {
+        std::memcpy(characters + i, text.text + i, 8);
+    }
     return CTreeString::At(characters);
 }
 

@@ -22,6 +22,16 @@ public:
 
     // A copy in the tree's memory. Throws std::bad_alloc.
     CTreeString New(const SKnownText& text);
+    // The same of any string, of a tree or outside. Most are short, and copied by eights.
+    CTreeString Copy(CTreeString source) {
+        const SKnownText text = source.KnownIfShort();
+        if (text.length - 1 >= LONGEST_BY_EIGHTS) {  // or empty
+            return New(source.Known());
+        }
+        SPage* page = nullptr;
+        void* const block = m_Arena.AllocatePaged(StringBytes(text.length), page);
+        return CopyShortString(block, page, text);
+    }
 
     // A string that New made, or the constant "".
     void Free(CTreeString string) noexcept {
@@ -42,6 +52,8 @@ public:
     CArena& Arena() const noexcept { return m_Arena; }
 
 private:
+    static const std::size_t LONGEST_BY_EIGHTS = 60;
+
     struct SIdleBlock {
         void* block;
         std::size_t bytes;
