@@ -56,15 +56,13 @@ class CJudge {
 public:
     CJudge(const SOptions& options, const std::string& name, SShared& shared)
         : m_Options(options), m_Findings(options.findings, name), m_Shared(shared) {}
-    ~CJudge() {
-        m_Shared.counts = m_Comparison.Counts();
-        m_Shared.differences = m_Findings.Count();
-    }
+    ~CJudge() { Tell(); }
 
     bool IsEnough() const { return m_Findings.Count() >= m_Options.stop; }
     CLaneComparison& Comparison() { return m_Comparison; }
 
     void Compare(const std::string& document, const std::vector<std::size_t>& windows) {
+        Tell();
         m_Shared.At(document);
         if (IsOutOfBounds(document) || m_Comparison.Same(document, windows)) return;
         m_Findings.Add(document, m_Comparison.Difference(),
@@ -90,6 +88,11 @@ public:
     }
 
 private:
+    void Tell() noexcept {
+        m_Shared.counts = m_Comparison.Counts();
+        m_Shared.differences = m_Findings.Count();
+    }
+
     const SOptions& m_Options;
     CFindings m_Findings;
     SShared& m_Shared;

@@ -30,8 +30,8 @@ std::vector<std::size_t> EveryWindow(const std::string& document) {
     return windows;
 }
 
-// The lane alone and loads in all ways, from memory and from a file; in a sanitized program, where a
-// load takes long, in fewer.
+// The lane alone and loads in all ways, from memory and from a file; in a sanitized program, where
+// a load takes long, in fewer.
 void ExpectSame(CLaneComparison& comparison, const std::string& document) {
     SCOPED_TRACE(Quoted(document));
     EXPECT_TRUE(comparison.Same(document, EveryWindow(document))) << comparison.Difference();
@@ -50,8 +50,8 @@ void ExpectSame(CLaneComparison& comparison, const std::string& document) {
     }
 }
 
-// A client that does something else at each of the events: throws, installs a converter, asks for the
-// position, loads another document.
+// A client that does something else at each of the events: throws, installs a converter, asks for
+// the position, loads another document.
 void ExpectSameDeeds(CLaneComparison& comparison, const std::string& document) {
     SCOPED_TRACE(Quoted(document));
     SLoadMode mode;
