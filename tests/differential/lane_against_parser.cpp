@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
 #include <map>
 #include <regex>
@@ -228,8 +229,9 @@ void RunSystematic(const SOptions& options, unsigned process, SShared& shared) {
     };
     for (const std::size_t size : TokenSizes())
         ForEachLongToken(size, compareLarge);
-    for (const std::size_t count : {1,   2,   7,   8,   31,  32,   33,   63,   64,   65,  100,
-                                    127, 128, 129, 200, 500, 1000, 4095, 4096, 4097, 4200})
+    for (const std::size_t count : std::initializer_list<std::size_t>{
+             1,   2,   7,   8,   31,  32,   33,   63,   64,   65,  100,
+             127, 128, 129, 200, 500, 1000, 4095, 4096, 4097, 4200})
         ForEachCount(count, compareLarge);
     for (const std::string& document : SmallDocuments()) {
         for (const bool bySize : {false, true}) {

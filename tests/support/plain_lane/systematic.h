@@ -4,6 +4,7 @@
 #define NORVASK_TESTS_SUPPORT_PLAIN_LANE_SYSTEMATIC_H
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -241,8 +242,8 @@ inline const std::vector<std::size_t>& ParsersEdges() {
 inline const std::vector<std::size_t>& TokenSizes() {
     static const std::vector<std::size_t> SIZES = [] {
         std::vector<std::size_t> sizes;
-        for (const std::size_t around :
-             {256, 512, 1000, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 131072}) {
+        for (const std::size_t around : std::initializer_list<std::size_t>{
+                 256, 512, 1000, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 131072}) {
             for (std::size_t size = around - 8; size <= around + 4; ++size)
                 sizes.push_back(size);
         }

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -38,7 +39,7 @@ void ExpectSame(CLaneComparison& comparison, const std::string& document) {
     SLoadMode mode;
     for (const auto kind : {SLoadMode::EVENTS, SLoadMode::TREE_WITH_PREFIXES, SLoadMode::TREE}) {
         for (const auto validation : {SLoadMode::OFF, SLoadMode::DYNAMIC, SLoadMode::WITH_SCHEMA}) {
-            for (const std::size_t window : {0, 1, 16}) {
+            for (const std::size_t window : std::initializer_list<std::size_t>{0, 1, 16}) {
                 if (IS_SANITIZED && (window == 1 || validation == SLoadMode::DYNAMIC)) continue;
                 mode.kind = kind;
                 mode.validation = validation;
@@ -178,7 +179,8 @@ TEST(LaneAgainstParser, GivesTheSameForLongTokensAndForManyOfAKind) {
     };
     for (const std::size_t size : TokenSizes())
         ForEachLongToken(size, compare);
-    for (const std::size_t count : {1, 2, 31, 32, 33, 63, 64, 65, 100, 127, 128, 129, 500})
+    for (const std::size_t count :
+         std::initializer_list<std::size_t>{1, 2, 31, 32, 33, 63, 64, 65, 100, 127, 128, 129, 500})
         ForEachCount(count, compare);
 }
 
