@@ -227,18 +227,25 @@ void RunSystematic(const SOptions& options, unsigned process, SShared& shared) {
         judge.Compare(document, some);
         judge.CompareLoads(document, number * 0x9E3779B97F4A7C15u >> 1);
     };
-    for (const std::size_t size : TokenSizes())
-        ForEachLongToken(size, compareLarge);
-    for (const std::size_t count : std::initializer_list<std::size_t>{
-             1,   2,   7,   8,   31,  32,   33,   63,   64,   65,  100,
-             127, 128, 129, 200, 500, 1000, 4095, 4096, 4097, 4200})
-        ForEachCount(count, compareLarge);
+    // Beyond the names that are kept, too.
     for (const std::string& document : SmallDocuments()) {
         for (const bool bySize : {false, true}) {
             if (document[0] == '<' && document[1] != '?' && document[1] != '!')
                 compareLarge(BehindManyNames(bySize, document));
         }
     }
+    for (const std::vector<std::string>& all : {Constructs(), TagsOfAllAttributes()}) {
+        for (const std::string& construct : all) {
+            compare("<a>" + construct + "</a>");
+            compareLarge(BehindManyNames(false, construct));
+        }
+    }
+    for (const std::size_t size : TokenSizes())
+        ForEachLongToken(size, compareLarge);
+    for (const std::size_t count : std::initializer_list<std::size_t>{
+             1,   2,   7,   8,   31,  32,   33,   63,   64,   65,  100,
+             127, 128, 129, 200, 500, 1000, 4095, 4096, 4097, 4200})
+        ForEachCount(count, compareLarge);
     // The whole of a construct is moved over each edge.
     const std::vector<std::size_t> few = {DEFAULT_WINDOW, 16384, 4096, 100};
     for (const std::size_t edge : ParsersEdges()) {

@@ -6,8 +6,10 @@
 #include <cstddef>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "support/plain_lane/document_pieces.h"
 #include "support/plain_lane/mutator.h"
 
 namespace norvask_test {
@@ -150,6 +152,22 @@ inline const std::vector<std::string>& Constructs() {
         "<b k='\xC3'/>",
     };
     return CONSTRUCTS;
+}
+
+// A tag with each of the attributes and declarations that are special or wrong.
+inline std::vector<std::string> TagsOfAllAttributes() {
+    std::vector<std::string> tags;
+    const auto add = [&](const std::string_view attributes) {
+        const std::string tag = std::string("<b ").append(attributes);
+        tags.push_back(tag + "/>");
+        tags.push_back(tag + " l='w'></b>");
+        tags.push_back("<c xmlns:p='u' xmlns:q='u' xmlns='v'>" + tag + "/><b k='v'/></c>");
+    };
+    for (const std::string_view attributes : pieces::BAD_ATTRIBUTES)
+        add(attributes);
+    for (const std::string_view attributes : pieces::SPECIAL_ATTRIBUTES)
+        add(attributes);
+    return tags;
 }
 
 // A document in which a construct begins so many bytes behind the start. What is in front of it is
