@@ -163,7 +163,8 @@ bool TryPlainTree(CByteSource* bytes, bool keepPrefixes, const SLoadOptions& opt
     Tell(options, bytes != nullptr ? ELane::LEFT : ELane::NOT_TRIED);
     if constexpr (NORVASK_FAST_LANE != 0) {
         CTreeBuilder builder;
-        if (bytes != nullptr && ReadPlainTree(*bytes, options.window, keepPrefixes, builder)) {
+        if (bytes != nullptr &&
+            ReadPlainTree(*bytes, options.window, keepPrefixes, builder, !options.validate)) {
             Tell(options, ELane::TAKEN);
             document = builder.TakeDocument();
             return true;
@@ -180,7 +181,8 @@ bool TryPlainEvents(CByteSource* bytes, CEventForwarder& forwarder, const SLoadO
     if constexpr (NORVASK_FAST_LANE != 0) {
         std::exception_ptr thrown;
         try {
-            if (bytes != nullptr && ReadPlainEvents(*bytes, options.window, forwarder)) {
+            if (bytes != nullptr &&
+                ReadPlainEvents(*bytes, options.window, forwarder, !options.validate)) {
                 Tell(options, ELane::TAKEN);
                 return true;
             }

@@ -25,13 +25,10 @@ public:
 
     CWindow& Window() noexcept { return m_Window; }
 
-    // Look ahead, and begin again at the first byte: whether there is a root to come to, and whether
-    // the whole document is UTF-8.
-    bool HasPlainProlog() { return ReadProlog() && m_Window.Restart(); }
+    // Looks through the whole document for anything but UTF-8, and begins again at its first byte.
     bool IsUtf8();
 
     // Each reads a production and leaves the cursor behind it.
-    bool ReadProlog();   // up to the '<' of the root
     bool ReadMisc();     // Misc*, up to anything else or the end of the document
     bool ReadText();     // CharData and Reference, up to a '<'; adds to the text
     bool ReadComment();  // with the cursor on "<!--"
@@ -73,8 +70,6 @@ private:
     }
 
     bool SkipS();
-    bool ReadXMLDecl();
-    bool ReadPseudoAttribute(const char* name, const char* const (&values)[2]);
     bool ReadCharsUpTo(char stop);
 
     enum class EStep { ON, DONE, LEAVE };

@@ -5,6 +5,7 @@
 //
 //   struct SPayload                            what it keeps for a name as long as it is read
 //   StartDocument, EndDocument
+//   StartDTD(root name)                        one without identifiers
 //   StartNamespace(prefix), EndNamespace(prefix)
 //   Text(text)                                 a whole one, between two boundaries
 //   CDATA(content)
@@ -20,13 +21,16 @@
 #include <cstdint>
 #include <memory>
 #include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "foundation/utf8.h"
 #include "load/plain/content.h"
 #include "load/plain/namespaces.h"
 #include "load/plain/plain_name.h"
+#include "load/plain/prolog.h"
 #include "load/receiver/name_predictor.h"
 
 namespace norvask {
@@ -47,14 +51,23 @@ struct SPlainAttribute {
     typename CPlainNames<Payload>::SName* name;  // NULL as long as its prefix is not bound
     SNamePiece written;
     SPiece value;
+    const SDeclaredAttribute* given;  // by a DTD, with its value; NULL for one that is written
+
+    SKnownText Value(CContent& content) const noexcept {
+        return given == nullptr
+                   ? content.Piece(value)
+                   : SKnownText{given->value.c_str(), given->value.size(), given->valueKnown};
+    }
 };
 
 template <typename Sink>
 class CPlainReader {
 public:
-    CPlainReader(CContent& content, Sink& sink)
+    // `doctype` is where a DOCTYPE is kept; NULL where none is plain.
+    CPlainReader(CContent& content, CDoctype* doctype, Sink& sink)
         : m_Content(content),
           m_Window(content.Window()),
+          m_pDoctype(doctype),
           m_Sink(sink),
           m_Names(MOST_NAMES, MOST_BYTES),
           m_Attributes(new SAttribute[FEW]) {
@@ -63,7 +76,7 @@ public:
 
     // Returns whether the whole document was plain and was reported.
     bool Read() {
-        if (!m_Content.ReadProlog() || !m_Sink.StartDocument()) {
+        if (!ReadProlog(m_Content, m_pDoctype) || !StartDocument()) {
             return false;
         }
         m_Window.BeginToken();
@@ -79,6 +92,15 @@ public:
     }
 
 private:
+    bool StartDocument() {
+        if (m_pDoctype == nullptr || !m_pDoctype->IsThere()) {
+            m_pDoctype = nullptr;
+            return m_Sink.StartDocument();
+        }
+        return m_pDoctype->Declare() && m_Sink.StartDocument() &&
+               m_Sink.StartDTD(m_pDoctype->RootName());
+    }
+
     // Room for a small document.
     static const std::size_t FEW = 8;
     // What is kept of names is bounded, so that a document of ever new ones is read in the same
@@ -87,6 +109,9 @@ private:
     static const std::size_t MOST_BYTES = 131072;
     // Of names that do not fit into its buffers the parser refuses some that are well-formed.
     static const std::size_t LONGEST_NAME = 8192;
+
+    // Of one element in a DTD.
+    static const std::size_t MOST_DECLARED = 16;
 
     using SPayload = typename Sink::SPayload;
     using CNames = CPlainNames<SPayload>;
@@ -167,13 +192,15 @@ private:
         ++m_nTag;
         m_nAttributes = 0;
         m_bDeclares = false;
+        m_pDefault = nullptr;
         const std::size_t temporary = m_Temporary.size();
         const auto place = m_Names.Place();
         m_Window.GoTo(m_Window.At() + 1);
         SNamePiece written;
         SName* name = nullptr;
         bool isEmpty = false;
-        if (!ReadName(true, written, name) || !ReadAttributes(isEmpty)) {
+        if (!ReadName(true, written, name) || !ReadAttributes(isEmpty) ||
+            (m_pDoctype != nullptr && !AreAsDeclared(written))) {
             return false;
         }
         const std::size_t declarations = m_Namespaces.Count();
@@ -185,6 +212,9 @@ private:
             m_Temporary.resize(temporary);
             name = Find(true, written);
             FindAgain();
+        }
+        if (m_pDefault != nullptr) {
+            AddDefault();
         }
         if (name == nullptr || !CheckAttributes(temporary)) {
             return false;
@@ -262,6 +292,7 @@ private:
         if (m_nAttributes == m_nRoom) {
             GrowAttributes();
         }
+        m_Attributes[m_nAttributes].given = nullptr;
         ++m_nAttributes;
         return m_Attributes[m_nAttributes - 1];
     }
@@ -320,8 +351,11 @@ private:
     }
 
     SName* Find(bool isElement, const SNamePiece& written) {
-        SPlainName name = {m_Window.Token() + written.begin, written.length, written.local,
-                           written.isAscii, isElement};
+        return Find({m_Window.Token() + written.begin, written.length, written.local,
+                     written.isAscii, isElement});
+    }
+
+    SName* Find(SPlainName name) {
         if (!Resolve(name)) {
             return nullptr;
         }
@@ -403,6 +437,63 @@ private:
         return !isUnsure || AreDistinct();
     }
 
+    // Whether a DTD declares nothing of the attributes of this element that is left to the parser.
+    // Plain are a default of one attribute, which the parser puts behind the others, and types that
+    // leave nothing to normalise.
+    bool AreAsDeclared(const SNamePiece& element) {
+        const char* const token = m_Window.Token();
+        const auto* const declared = m_pDoctype->Of(token + element.begin, element.length);
+        if (declared == nullptr) {
+            return true;
+        }
+        // Each is looked for among all.
+        if (declared->size() > MOST_DECLARED) {
+            return false;
+        }
+        for (const SDeclaredAttribute& attribute : *declared) {
+            const SAttribute* const given = FindWritten(attribute.name);
+            if (given != nullptr && !attribute.isCDATA && !IsOneToken(*given)) {
+                return false;
+            }
+            if (given == nullptr && attribute.hasDefault) {
+                if (m_pDefault != nullptr || !IsPlainDefault(attribute)) {
+                    return false;
+                }
+                m_pDefault = &attribute;
+            }
+        }
+        return true;
+    }
+
+    const SAttribute* FindWritten(const std::string& name) const noexcept {
+        const char* const token = m_Window.Token();
+        for (std::size_t i = 0; i < m_nAttributes; ++i) {
+            const SNamePiece& written = m_Attributes[i].written;
+            if (name.compare(0, std::string::npos, token + written.begin, written.length) == 0) {
+                return &m_Attributes[i];
+            }
+        }
+        return nullptr;
+    }
+
+    static bool IsPlainDefault(const SDeclaredAttribute& attribute) noexcept {
+        return attribute.isCDATA && attribute.name != "xmlns" &&
+               attribute.name.find(':') == std::string::npos;
+    }
+
+    void AddDefault() {
+        SAttribute& attribute = NewAttribute();
+        attribute.given = m_pDefault;
+        attribute.name = Find({m_pDefault->name.data(), m_pDefault->name.size(), 0,
+                               IsAscii(m_pDefault->name.data(), m_pDefault->name.size()), false});
+    }
+
+    bool IsOneToken(const SAttribute& attribute) const noexcept {
+        const char* const value = m_Window.Token() + attribute.value.begin;
+        return std::none_of(value, value + attribute.value.length,
+                            [](char c) { return IsByte(c, BYTE_SPACE); });
+    }
+
     bool AreDistinct() const {
         std::set<std::pair<const SUri*, std::string_view>> names;
         for (std::size_t i = 0; i < m_nAttributes; ++i) {
@@ -416,6 +507,7 @@ private:
 
     CContent& m_Content;
     CWindow& m_Window;
+    CDoctype* m_pDoctype;  // NULL if there is none
     Sink& m_Sink;
     CNamespaces m_Namespaces;
     CNames m_Names;
@@ -427,6 +519,7 @@ private:
     std::size_t m_nRoom = FEW;
     std::uint64_t m_nTag = 0;
     bool m_bDeclares = false;
+    const SDeclaredAttribute* m_pDefault = nullptr;  // that the tag lacks
 };
 
 }  // namespace norvask

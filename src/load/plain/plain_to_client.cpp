@@ -19,7 +19,7 @@ bool CPlainToClient::StartElement(const SName& name, const SAttribute* attribute
     CEventAttributes& shown = m_Forwarder.Attributes();
     shown.Begin(count);
     for (std::size_t i = 0; i < count; ++i) {
-        shown.Set(i, attributes[i].name->kept.Shown(), content.Piece(attributes[i].value).text);
+        shown.Set(i, attributes[i].name->kept.Shown(), attributes[i].Value(content).text);
     }
     m_Forwarder.StartElement(name.kept.Shown());
     return GoesOn();

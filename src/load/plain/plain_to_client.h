@@ -23,6 +23,10 @@ public:
         m_Forwarder.StartDocument();
         return GoesOn();
     }
+    bool StartDTD(const char* rootName) {
+        m_Forwarder.StartDTD(rootName, nullptr, nullptr);
+        return GoesOn();
+    }
     bool EndDocument() {
         m_Forwarder.EndDocument();
         return true;

@@ -29,7 +29,7 @@ bool CPlainToTree::StartElement(SName& name, const SAttribute* attributes, std::
         m_Builder.ReserveAttributes(count);
     }
     for (std::size_t i = 0; i < count; ++i) {
-        const SKnownText value = content.Piece(attributes[i].value);
+        const SKnownText value = attributes[i].Value(content);
         if (areDistinct) {
             m_Builder.AppendAttribute(Use(*attributes[i].name), value);
         } else {

@@ -29,6 +29,7 @@ public:
         m_Builder.StartDocument();
         return m_Builder.HasDocument();
     }
+    bool StartDTD(const char*) noexcept { return true; }
     bool EndDocument() noexcept { return true; }
     // Without memory for a document there is none, whatever stands in it.
     bool IsWithoutMemory() const noexcept { return m_bIsStarted && !m_Builder.HasDocument(); }

@@ -35,6 +35,7 @@ public:
 
     // Begins again at the first byte of the document. Returns false when that fails.
     bool Restart() noexcept;
+    std::size_t SourceSize() const noexcept { return m_Source.Size(); }
     // Whether what was read cannot have changed when it is read again.
     bool IsConstant() const noexcept { return m_bIsWhole || m_Source.IsConstant(); }
 
