@@ -27,7 +27,7 @@ using norvask_test::SLaneCounts;
 
 // What a process and the first one share.
 struct SShared {
-    static const std::size_t MOST_BYTES = 1 << 20;
+    static constexpr std::size_t MOST_BYTES = 1 << 20;
 
     std::atomic<std::uint64_t> beats{0};
     std::size_t length = 0;
