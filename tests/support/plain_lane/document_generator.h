@@ -33,6 +33,8 @@ public:
         // Few names come again, in other places and in other namespaces.
         m_nLocals = m_Random.Once(3) ? 2 + m_Random.Below(3) : LOCAL_COUNT;
         m_nPrefixes = m_Random.Once(3) ? 2 : PREFIX_COUNT;
+        m_bHasType = m_Random.Once(8);
+        if (m_bHasType) m_nLocals = 2 + m_Random.Below(3);
         m_nRoom = m_Random.Once(12) ? 1500 : 40 + m_Random.Below(300);
         std::fill(m_Bound, m_Bound + PREFIX_COUNT, 0u);
         MakeDocument();
@@ -82,13 +84,79 @@ private:
             }
         }
         MakeMisc(4);
-        if (IsWrong()) {
+        if (m_bHasType) {
+            MakeType();
+            MakeMisc(4);
+        } else if (IsWrong()) {
             AddOne(pieces::DOCTYPES);
             MakeMisc(4);
         }
         MakeElement(0);
         MakeMisc(4);
         if (IsWrong()) AddOne(pieces::BAD_ENDS);
+    }
+
+    // A document type that is declared inside. Small documents are not worth more than a look at
+    // it, so most of these are made large, by a comment in front.
+    void MakeType() {
+        const std::size_t begin = m_pText->size();
+        Add("<!DOCTYPE");
+        MakeBlank();
+        MakeLocal(m_Random.Below(m_nLocals));
+        MakeOptionalBlank();
+        Add('[');
+        for (std::size_t n = m_Random.Below(5); n > 0; --n) {
+            switch (m_Random.Below(4)) {
+                case 0:
+                    MakeContents();
+                    break;
+                case 1:
+                    AddOne(pieces::SUBSET_MISC);
+                    break;
+                default:
+                    MakeAttributeList();
+                    break;
+            }
+            if (IsWrong()) AddOne(pieces::BAD_SUBSETS);
+        }
+        Add(']');
+        MakeOptionalBlank();
+        Add('>');
+        if (!Once(8)) {
+            const std::size_t share = 14 + m_Random.Below(6);
+            const std::size_t type = m_pText->size() - begin;
+            m_pText->insert(begin, "<!--" + std::string(type * share, 'c') + "-->");
+            m_nRoom += m_pText->size();
+        }
+    }
+    void MakeContents() {
+        Add("<!ELEMENT");
+        MakeBlank();
+        MakeLocal(m_Random.Below(m_nLocals));
+        MakeBlank();
+        AddOne(pieces::CONTENTS);
+        MakeOptionalBlank();
+        Add('>');
+    }
+    void MakeAttributeList() {
+        Add("<!ATTLIST");
+        MakeBlank();
+        if (Once(8)) Add("p:");
+        MakeLocal(m_Random.Below(m_nLocals));
+        for (std::size_t n = 1 + m_Random.Below(3); n > 0; --n) {
+            MakeBlank();
+            if (Once(3)) {
+                AddOne(pieces::DECLARED_NAMES);
+            } else {
+                MakeLocal(m_Random.Below(m_nLocals));
+            }
+            MakeBlank();
+            AddOne(pieces::TYPES);
+            MakeBlank();
+            AddOne(pieces::DEFAULTS);
+        }
+        MakeOptionalBlank();
+        Add('>');
     }
 
     void MakeMisc(std::size_t times) {
@@ -441,6 +509,7 @@ private:
     std::size_t m_nOdds = 1;
     std::size_t m_nForeign = 1;
     std::size_t m_nRoom = 0;
+    bool m_bHasType = false;
     std::size_t m_nLocals = LOCAL_COUNT;
     std::size_t m_nPrefixes = PREFIX_COUNT;
     unsigned m_Bound[PREFIX_COUNT];

@@ -92,6 +92,44 @@ inline constexpr View DOCTYPES[] = {
     "<!>"sv,
     "<!r>"sv};
 
+// What a document type declares, and how it goes wrong or says more than elements and attributes.
+inline constexpr View CONTENTS[] = {
+    "ANY"sv, "EMPTY"sv, "(#PCDATA)"sv, "(a,b?)"sv, "(a|b)*"sv, "(#PCDATA|a)*"sv, "((a,b)+|r*)"sv,
+    "( a , b )"sv, "(a)"sv, "(#PCDATA)*"sv};
+inline constexpr View TYPES[] = {
+    "CDATA"sv, "CDATA"sv, "CDATA"sv, "NMTOKEN"sv, "NMTOKENS"sv, "ID"sv, "IDREF"sv, "IDREFS"sv,
+    "(a|b)"sv, "( v | w )"sv, "ENTITY"sv, "ENTITIES"sv};
+inline constexpr View DEFAULTS[] = {
+    "#IMPLIED"sv, "#IMPLIED"sv, "#REQUIRED"sv, "'d'"sv, "\"d e\""sv, "' d  e '"sv, "'\td\r\n\n'"sv,
+    "#FIXED 'f'"sv, "''"sv, "'u'"sv, "'a'"sv, "'\xC3\xA9'"sv, "'>'"sv, "\"'\""sv, "' '"sv, "']>'"sv,
+    "'urn:a'"sv};
+inline constexpr View DECLARED_NAMES[] = {
+    "xmlns"sv, "xmlns:p"sv, "xmlns:q"sv, "xml:lang"sv, "xml:space"sv, "p:k"sv, "q:a"sv, "n1"sv,
+    "\xC3\xA9"sv};
+inline constexpr View SUBSET_MISC[] = {
+    "<!-- c -->"sv, "<!-- ] > ' -->"sv, "<?p i?>"sv, "<?p ]> ' ?>"sv, " "sv, "\n"sv, "\r\n"sv};
+inline constexpr View BAD_SUBSETS[] = {
+    "<!ENTITY e 'x'>"sv, "<!ENTITY % p ''>"sv, "%p;"sv, "<!NOTATION n SYSTEM 'n'>"sv,
+    "<!ATTLIST a k NOTATION (n) 'n'>"sv, "<!ATTLIST a k CDATA '&lt;'>"sv,
+    "<!ATTLIST a k CDATA '&#65;'>"sv, "<!ATTLIST a k CDATA '<'>"sv, "<!ATTLIST a k CDATA>"sv,
+    "<!ATTLIST a k CDATA 'v>"sv, "<!ATTLIST a k CDATA v>"sv, "<!ATTLIST a k cdata 'v'>"sv,
+    "<!ATTLIST a k CDATA #FIXED>"sv, "<!ATTLIST a kCDATA 'v'>"sv, "<!ATTLIST a k (a|a) 'a'>"sv,
+    "<!ATTLIST a k () 'a'>"sv, "<!ATTLIST a k (a|b) 'c'>"sv, "<!ATTLIST a k NMTOKEN 'a b'>"sv,
+    "<!ATTLIST a k ID 'a'>"sv, "<!ATTLIST a k ID #FIXED 'a'>"sv, "<!ATTLIST a xml:space CDATA 'd'>"sv,
+    "<!ATTLIST a xml:space (default|preserve) 'preserve'>"sv, "<!ATTLIST a xmlns:p CDATA ''>"sv,
+    "<!ATTLIST a xmlns:xml CDATA 'u'>"sv, "<!ATTLIST a xmlns CDATA #FIXED 'u'>"sv,
+    "<!ATTLIST a zz:k CDATA 'v'>"sv, "<!ATTLIST a a:b:c CDATA 'v'>"sv, "<!ATTLIST a>"sv,
+    "<!ATTLIST>"sv, "<!ATTLIST 1 k CDATA 'v'>"sv, "<!ATTLISTa k CDATA 'v'>"sv,
+    "<!ATTLIST a k CDATA '\x01'>"sv, "<!ATTLIST a k CDATA '\xFF'>"sv,
+    "<!ATTLIST a k CDATA '\xEF\xBF\xBF'>"sv, "<!ATTLIST a k CDATA 'v' k CDATA 'w'>"sv,
+    "<!ATTLIST a xmlns:i CDATA 'http://www.w3.org/2001/XMLSchema-instance'>"sv,
+    "<!ATTLIST a i:schemaLocation CDATA 'u none.xsd'>"sv, "<!ELEMENT a>"sv, "<!ELEMENT>"sv,
+    "<!ELEMENT a (b>"sv, "<!ELEMENT a (a,b|r)>"sv, "<!ELEMENT a (#PCDATA,b)>"sv,
+    "<!ELEMENT a ANY><!ELEMENT a ANY>"sv, "<!ELEMENT a any>"sv, "<!ELEMENT a (b)**>"sv,
+    "<!ELEMENT a (b,)>"sv, "<!ELEMENT a(b)>"sv, "<!ELEMENT a ANY"sv, "<![INCLUDE[]]>"sv,
+    "<!ELEMENT a ANY -- c -->"sv, "x"sv, "<a/>"sv, "]]>"sv, "<"sv, "&amp;"sv, "<!-- -- -->"sv,
+    "<?xml version='1.0'?>"sv, "\0"sv, "\xFF"sv, "<!"sv, "[ "sv};
+
 // Names. Of the letters beyond ASCII some are name characters and some name starts only to one of
 // the editions of XML 1.0.
 inline constexpr View LOCALS[] = {
