@@ -360,7 +360,7 @@ inline constexpr View BAD_REFERENCES[] = {
     "&"sv, "&;"sv, "& "sv, "&&amp;"sv, "&amp"sv, "&amp amp;"sv, "& amp;"sv, "&AMP;"sv, "&Lt;"sv,
     "&nbsp;"sv, "&e;"sv, "&amp:;"sv, "&amps;"sv, "&am;"sv, "&a;"sv, "&p:a;"sv, "&1;"sv,
     "&\xC3\xA9;"sv, "&#"sv, "&#;"sv, "&# 65;"sv, "&#65"sv, "&#65 ;"sv, "&#6 5;"sv, "&#a;"sv,
-    "&#6a;"sv, "&#-65;"sv, "&#+65;"sv, "&#x"sv, "&#x;"sv, "&#X41;"sv, "&#x 41;"sv, "&#x4g;"sv,
+    "&#6a;"sv, "&#6b;"sv, "&#1e;"sv, "&#-65;"sv, "&#+65;"sv, "&#x"sv, "&#x;"sv, "&#X41;"sv, "&#x 41;"sv, "&#x4g;"sv,
     "&#xG;"sv, "&#x41"sv, "&#x-1;"sv, "&#0;"sv, "&#00;"sv, "&#x0;"sv, "&#1;"sv, "&#8;"sv,
     "&#11;"sv, "&#x1F;"sv, "&#xD800;"sv, "&#xDBFF;"sv, "&#xDC00;"sv, "&#xDFFF;"sv, "&#xFFFE;"sv,
     "&#xFFFF;"sv, "&#x110000;"sv, "&#1114112;"sv, "&#4294967361;"sv, "&#x100000041;"sv,

@@ -5,6 +5,7 @@
 // each window, everything on the edges of the parser's buffers, and generated documents.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <initializer_list>
@@ -25,10 +26,11 @@ namespace {
 
 const std::size_t DEFAULT_WINDOW = SLoadOptions().window;
 
-// Every window up to one that holds the whole document.
+// Every window up to one that holds the whole document, if that is small.
 std::vector<std::size_t> EveryWindow(const std::string& document) {
     std::vector<std::size_t> windows(1, DEFAULT_WINDOW);
-    for (std::size_t window = 1; window <= document.size() + 2; ++window)
+    for (std::size_t window = 1; window <= std::min<std::size_t>(document.size() + 2, 200);
+         ++window)
         windows.push_back(window);
     return windows;
 }
@@ -82,6 +84,12 @@ std::string ManyAttributes(std::size_t count) {
     return document + "/>";
 }
 
+// A document type has to be small in proportion before the lane looks at it.
+std::string BehindType(const std::string& declarations, const std::string& root) {
+    return "<!--" + std::string(24 * declarations.size() + 400, 'c') + "--><!DOCTYPE a [" +
+           declarations + "]>" + root;
+}
+
 // Each was a difference once, of the lane or of its trial, or lies next to one.
 const SRow FOUND[] = {
     // The parser does not take a target that is followed by "??>" for one.
@@ -117,6 +125,9 @@ const SRow FOUND[] = {
      false},
     {"<a xmlns:i='http://www.w3.org/2001/XMLSchema-instanc&#101;' i:schemaLocation='u none.xsd'/>",
      false},
+    // The parser judges a declared namespace even where a tag has another.
+    {BehindType("<!ATTLIST b xmlns:q CDATA ''>", "<b xmlns:q='l'/>"), false},
+    {BehindType("<!ATTLIST b xmlns:q CDATA 'u'>", "<b xmlns:q='l' q:k=''/>"), true},
     // Characters of names at the end of what was read, whatever the size of the window.
     {"<\xC3\xA9 \xE4\xB8\xAD='\xF0\x9F\x98\x80'><\xC3\xA9>", false},
     {"<\xD0\x96 xmlns:\xC3\xA9='urn:a'  \xC3\xA9:entry =\"\" \n\t\r\n \xC3\xA9", false},
