@@ -213,7 +213,8 @@ TEST(LaneAgainstParser, GivesTheSameBehindManyNames) {
     std::vector<std::string> constructs = Constructs();
     for (const std::string& tag : TagsOfAllAttributes())
         constructs.push_back(tag);
-    for (const std::string& construct : constructs) {
+    for (std::size_t i = 0; i < constructs.size(); i += IS_SANITIZED ? 7 : 1) {
+        const std::string& construct = constructs[i];
         EXPECT_TRUE(comparison.Same(BehindManyNames(false, construct), {DEFAULT_WINDOW}))
             << Quoted(construct) << "\n"
             << comparison.Difference();
