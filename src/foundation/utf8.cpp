@@ -99,8 +99,13 @@ bool HasMistake(ByteBlock block, ByteBlock one, ByteBlock two, ByteBlock three) 
     return !IsZero(reinterpret_cast<Halves>((isContinuation ^ mustContinue) | isNever | isWrong));
 }
 
-// How many bytes from `begin` on are well-formed for sure, in whole blocks. `begin` is the beginning
-// of a character; the last one may be cut off.
+bool IsAsciiBlock(ByteBlock block) noexcept {
+    const Halves halves = reinterpret_cast<Halves>(block);
+    return ((halves[0] | halves[1]) & HIGH_BITS) == 0;
+}
+
+// How many bytes from `text`, the beginning of a character, on are well-formed for sure, in whole
+// blocks up to one of ASCII only. The last character may be cut off.
 std::size_t FormedBlocks(const char* text, std::size_t length) noexcept {
     if (length < BLOCK_BYTES) {
         return 0;
@@ -109,14 +114,17 @@ std::size_t FormedBlocks(const char* text, std::size_t length) noexcept {
     std::memcpy(first + 3, text, BLOCK_BYTES);
     const char* at = first + 3;
     std::size_t formed = 0;
-    while (!HasMistake(LoadBlock(at), LoadBlock(at - 1), LoadBlock(at - 2), LoadBlock(at - 3))) {
+    for (;;) {
+        const ByteBlock block = LoadBlock(at);
+        if (HasMistake(block, LoadBlock(at - 1), LoadBlock(at - 2), LoadBlock(at - 3))) {
+            return formed;
+        }
         formed += BLOCK_BYTES;
-        if (length - formed < BLOCK_BYTES) {
-            break;
+        if (IsAsciiBlock(block) || length - formed < BLOCK_BYTES) {
+            return formed;
         }
         at = text + formed;
     }
-    return formed;
 }
 
 }  // namespace
@@ -124,10 +132,15 @@ std::size_t FormedBlocks(const char* text, std::size_t length) noexcept {
 std::size_t Utf8Length(const char* text, std::size_t length) noexcept {
     const std::size_t BLOCK = 32;
     std::size_t i = 0;
-    while (length - i >= BLOCK && IsAscii(text + i, BLOCK)) {
-        i += BLOCK;
-    }
-    i += FormedBlocks(text + i, length - i);
+    std::size_t formed = 0;
+    do {
+        i += formed;
+        while (length - i >= BLOCK && IsAscii(text + i, BLOCK)) {
+            i += BLOCK;
+        }
+        formed = FormedBlocks(text + i, length - i);
+    } while (formed != 0 && IsAscii(text + i + formed - BLOCK_BYTES, BLOCK_BYTES));
+    i += formed;
     // Back to the beginning of a character, if the last one is cut off.
     for (std::size_t back = 1; back <= 3 && back <= i; ++back) {
         if (Byte(text[i - back]) >= 0xC0) {
@@ -136,7 +149,14 @@ std::size_t Utf8Length(const char* text, std::size_t length) noexcept {
         }
     }
     while (i < length) {
-        const std::size_t sequence = Utf8SequenceLength(text + i);
+        // Nothing behind the end is read.
+        char last[4] = {};
+        const char* at = text + i;
+        if (length - i < sizeof(last)) {
+            std::memcpy(last, at, length - i);
+            at = last;
+        }
+        const std::size_t sequence = Utf8SequenceLength(at);
         if (sequence == 0) {
             return i;
         }

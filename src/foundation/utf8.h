@@ -18,8 +18,7 @@ std::size_t Utf8SequenceLength(const char* text) noexcept;
 // that is no UTF-8.
 const char* EndOfUtf8(const char* text) noexcept;
 
-// The length of the well-formed beginning of `length` bytes, behind which a zero lies. Zeros count
-// as characters.
+// The length of the well-formed beginning of `length` bytes. Zeros count as characters.
 std::size_t Utf8Length(const char* text, std::size_t length) noexcept;
 
 // Whether all bytes are ASCII.

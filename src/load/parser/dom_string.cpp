@@ -14,11 +14,6 @@ CDOMString::~CDOMString() = default;
 
 const char* CDOMString::GetString() { return m_bIsNull ? nullptr : At(m_nPlace); }
 
-bool CDOMString::IsOwnInForce() noexcept {
-    const CXMLManager& manager = CXMLManager::sm_TheInstance;
-    return manager.m_pConverter == &manager.m_Converter;
-}
-
 // One pass finds out that a string is ASCII, finds its end and converts it.
 std::size_t CDOMString::Append(const char16_t* text) {
     const std::size_t SHORT = 128;

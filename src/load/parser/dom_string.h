@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "foundation/known_text.h"
+#include "norvask/manager.h"
 
 namespace norvask {
 
@@ -25,7 +26,10 @@ public:
     virtual ~CDOMString();
 
     // Whether the converter in force is the library's own. Nowhere else is that decided.
-    static bool IsOwnInForce() noexcept;
+    static bool IsOwnInForce() noexcept {
+        const CXMLManager& manager = CXMLManager::sm_TheInstance;
+        return manager.m_pConverter == &manager.m_Converter;
+    }
 
     // One string, valid until the next call. NULL, for which no converter is asked, and a result of
     // NULL give an empty text. Throws std::bad_alloc and what a client's converter throws.

@@ -32,7 +32,7 @@ public:
     std::size_t Size() const noexcept override { return m_nSize; }
     std::size_t Read(char* to, std::size_t room) override;
     bool IsGood() const noexcept override { return m_bIsGood; }
-    bool IsConstant() const noexcept override { return false; }
+    const char* Bytes() const noexcept override { return nullptr; }
     bool Rewind() noexcept override;
 
 private:

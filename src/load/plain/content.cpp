@@ -10,11 +10,17 @@
 namespace norvask {
 
 bool CContent::IsUtf8() {
+    if (m_Window.SourceBytes() != nullptr) {
+        m_bIsUtf8 =
+            Utf8Length(m_Window.SourceBytes(), m_Window.SourceSize()) == m_Window.SourceSize();
+        return m_bIsUtf8;
+    }
     for (;;) {
         m_Window.GoTo(m_Window.At() + Utf8Length(m_Window.At(), m_Window.Unread()));
         m_Window.BeginToken();
         if (m_Window.Unread() >= MOST_CHAR_BYTES || !m_Window.More()) {
-            m_bIsUtf8 = m_Window.IsAtEnd() && m_Window.IsConstant();
+            // What is read once more may have changed.
+            m_bIsUtf8 = m_Window.IsAtEnd() && m_Window.IsWhole();
             return m_Window.IsAtEnd() && m_Window.Restart();
         }
     }

@@ -33,10 +33,11 @@ SPrefix& CNamespaces::Prefix(const char* text, std::size_t length) {
 }
 
 SPrefix& CNamespaces::FindPrefix(const char* text, std::size_t length) {
-    for (SPrefix* const prefix : {&m_Xml, &m_OfDeclarations}) {
-        if (Is(*prefix, text, length)) {
-            return *prefix;
-        }
+    if (Is(m_Xml, text, length)) {
+        return m_Xml;
+    }
+    if (Is(m_OfDeclarations, text, length)) {
+        return m_OfDeclarations;
     }
     const auto added = m_Prefixes.try_emplace(std::string(text, length), "", length, nullptr);
     SPrefix& prefix = added.first->second;

@@ -298,10 +298,11 @@ private:
     }
 
     void GrowAttributes() {
-        std::unique_ptr<SAttribute[]> grown(new SAttribute[2 * m_nRoom]);
+        const std::size_t room = FEW + 2 * m_nRoom;
+        std::unique_ptr<SAttribute[]> grown(new SAttribute[room]);
         std::copy_n(m_Attributes.get(), m_nAttributes, grown.get());
         m_Attributes.swap(grown);
-        m_nRoom *= 2;
+        m_nRoom = room;
     }
 
     SNamePiece WrittenAs(const SName& name, const char* written) const noexcept {
@@ -452,7 +453,7 @@ private:
         }
         for (const SDeclaredAttribute& attribute : *declared) {
             const SAttribute* const given = FindWritten(attribute.name);
-            if (given != nullptr && !attribute.isCDATA && !IsOneToken(*given)) {
+            if (given != nullptr && !IsAsDeclared(*given, attribute)) {
                 return false;
             }
             if (given == nullptr && attribute.hasDefault) {
@@ -463,6 +464,17 @@ private:
             }
         }
         return true;
+    }
+
+    // The parser looks at the default of a namespace declaration even where it is overridden.
+    bool IsAsDeclared(const SAttribute& given, const SDeclaredAttribute& attribute) {
+        if (!attribute.isCDATA && !IsOneToken(given)) {
+            return false;
+        }
+        const bool isNamespace = attribute.name.compare(0, 5, "xmlns") == 0;
+        return !isNamespace || !attribute.hasDefault ||
+               attribute.value.compare(0, std::string::npos, m_Window.Token() + given.value.begin,
+                                       given.value.length) == 0;
     }
 
     const SAttribute* FindWritten(const std::string& name) const noexcept {

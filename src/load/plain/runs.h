@@ -6,6 +6,9 @@
 #define NORVASK_LOAD_PLAIN_RUNS_H
 
 #include <cstddef>
+#include <cstdint>
+
+#include "foundation/byte_block.h"
 
 namespace norvask {
 
@@ -15,15 +18,53 @@ enum class ERun {
     VALUE,  // AttValue: not '<', '&', a quote, TAB, LF, CR or forbidden
 };
 
+// Whether a byte ends a run. The same expression serves for a byte and for a block.
+template <ERun RUN, typename Bytes>
+auto EndsRun(Bytes bytes) noexcept {
+    using Byte = std::uint8_t;
+    if constexpr (RUN == ERun::TEXT) {
+        return (bytes == Byte{'<'}) | (bytes == Byte{'&'}) | (bytes == Byte{']'}) |
+               ((bytes < Byte{' '}) & (bytes != Byte{'\t'}) & (bytes != Byte{'\n'}));
+    } else if constexpr (RUN == ERun::CDATA) {
+        return (bytes == Byte{']'}) |
+               ((bytes < Byte{' '}) & (bytes != Byte{'\t'}) & (bytes != Byte{'\n'}));
+    } else {
+        return (bytes == Byte{'<'}) | (bytes == Byte{'&'}) | (bytes == Byte{'"'}) |
+               (bytes == Byte{'\''}) | (bytes < Byte{' '});
+    }
+}
+
 // The end of the run at `text`; `isAscii` becomes false if there is anything beyond ASCII in it. A
 // zero, which ends every run, must follow, and behind it as many bytes must be readable as a block
 // has.
 template <ERun RUN>
-char* EndOfRun(char* text, bool& isAscii) noexcept;
+char* EndOfRun(char* text, bool& isAscii) noexcept {
+    Halves bits = {0, 0};
+    for (;; text += BLOCK_BYTES) {
+        const ByteBlock block = LoadBlock(text);
+        const Halves bytes = reinterpret_cast<Halves>(block);
+        const Halves ends = reinterpret_cast<Halves>(EndsRun<RUN>(block));
+        if (!IsZero(ends)) {
+            const unsigned int length = FirstByte(ends);
+            // The bytes behind the end do not count.
+            const std::uint64_t last = length < 8 ? bytes[0] & FirstBytes(length)
+                                                  : bytes[0] | (bytes[1] & FirstBytes(length - 8));
+            isAscii = isAscii && ((bits[0] | bits[1] | last) & HIGH_BITS) == 0;
+            return text + length;
+        }
+        bits |= bytes;
+    }
+}
 
 // The same byte by byte.
 template <ERun RUN>
-char* EndOfRunSlowly(char* text, bool& isAscii) noexcept;
+char* EndOfRunSlowly(char* text, bool& isAscii) noexcept {
+    while (!EndsRun<RUN>(static_cast<std::uint8_t>(*text))) {
+        isAscii = isAscii && static_cast<unsigned char>(*text) < 0x80;
+        ++text;
+    }
+    return text;
+}
 
 // The length of the beginning of a run that consists of whole characters which are not forbidden; a
 // zero must follow. If `isUtf8`, it is known to be well-formed.

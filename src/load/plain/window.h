@@ -36,8 +36,10 @@ public:
     // Begins again at the first byte of the document. Returns false when that fails.
     bool Restart() noexcept;
     std::size_t SourceSize() const noexcept { return m_Source.Size(); }
-    // Whether what was read cannot have changed when it is read again.
-    bool IsConstant() const noexcept { return m_bIsWhole || m_Source.IsConstant(); }
+    // All the bytes of the document, NULL for one that has to be read.
+    const char* SourceBytes() const noexcept { return m_Source.Bytes(); }
+    // Whether the block begins with the first byte of the document and holds all that was read.
+    bool IsWhole() const noexcept { return m_bIsWhole; }
 
     // The cursor; it stands in the unread bytes or on the zero behind them.
     char* At() const noexcept { return m_pAt; }

@@ -21,8 +21,8 @@ public:
     virtual std::size_t Read(char* to, std::size_t room) = 0;
     // Whether all reading went well so far.
     virtual bool IsGood() const noexcept = 0;
-    // Whether the bytes stay what they are.
-    virtual bool IsConstant() const noexcept = 0;
+    // All the bytes, which stay what they are; NULL for a source that has to be read.
+    virtual const char* Bytes() const noexcept = 0;
     // Begins again at the first byte. Returns whether that went well.
     virtual bool Rewind() noexcept = 0;
 };
@@ -42,7 +42,7 @@ public:
         return count;
     }
     bool IsGood() const noexcept override { return true; }
-    bool IsConstant() const noexcept override { return true; }
+    const char* Bytes() const noexcept override { return reinterpret_cast<const char*>(m_pBytes); }
     bool Rewind() noexcept override {
         m_nRead = 0;
         return true;
