@@ -107,8 +107,6 @@ private:
     // memory: names beyond the bounds are made anew each time.
     static const std::size_t MOST_NAMES = 4096;
     static const std::size_t MOST_BYTES = 131072;
-    // Of names that do not fit into its buffers the parser refuses some that are well-formed.
-    static const std::size_t LONGEST_NAME = 8192;
 
     // Of one element in a DTD.
     static const std::size_t MOST_DECLARED = 16;
@@ -348,7 +346,7 @@ private:
         }
         written.length = m_Window.InToken(m_Window.At()) - written.begin;
         name = Find(isElement, written);
-        return written.length <= LONGEST_NAME;
+        return true;
     }
 
     SName* Find(bool isElement, const SNamePiece& written) {
@@ -488,16 +486,17 @@ private:
         return nullptr;
     }
 
+    // Declared names are not all names of plain documents, but those in ASCII without a colon are.
     static bool IsPlainDefault(const SDeclaredAttribute& attribute) noexcept {
         return attribute.isCDATA && attribute.name != "xmlns" &&
-               attribute.name.find(':') == std::string::npos;
+               attribute.name.find(':') == std::string::npos &&
+               IsAscii(attribute.name.data(), attribute.name.size());
     }
 
     void AddDefault() {
         SAttribute& attribute = NewAttribute();
         attribute.given = m_pDefault;
-        attribute.name = Find({m_pDefault->name.data(), m_pDefault->name.size(), 0,
-                               IsAscii(m_pDefault->name.data(), m_pDefault->name.size()), false});
+        attribute.name = Find({m_pDefault->name.data(), m_pDefault->name.size(), 0, true, false});
     }
 
     bool IsOneToken(const SAttribute& attribute) const noexcept {
