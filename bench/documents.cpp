@@ -17,7 +17,7 @@ struct SRealDocument {
 constexpr SRealDocument kRealDocuments[] = {
     {"gl.xml", "/usr/share/khronos-api/gl.xml", "khronos-api"},
     {"Gio-2.0.gir", "/usr/share/gir-1.0/Gio-2.0.gir", "libgirepository1.0-dev"},
-    {"freedesktop.org.xml", "/usr/share/mime/packages/freedesktop.org.xml", "shared-mime-info"},
+    {DOCTYPE_DOCUMENT, "/usr/share/mime/packages/freedesktop.org.xml", "shared-mime-info"},
 };
 
 // The same numbers in every run and with every standard library.
@@ -154,7 +154,7 @@ std::vector<SDocument> MakeDocuments() {
     documents.push_back({"attributes", MakeAttributes(), false});
     documents.push_back({"non-ASCII text", MakeForeignText(), false});
     documents.push_back({"deep", MakeDeep(), false});
-    documents.push_back({"small (150 bytes)", kSmall, true});
+    documents.push_back({SMALL_DOCUMENT, kSmall, true});
     return documents;
 }
 

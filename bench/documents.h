@@ -8,6 +8,10 @@
 
 namespace norvask_bench {
 
+// The real document that has a DOCTYPE; all others are plain.
+constexpr const char* DOCTYPE_DOCUMENT = "freedesktop.org.xml";
+constexpr const char* SMALL_DOCUMENT = "small (150 bytes)";
+
 struct SDocument {
     std::string name;
     std::string text;

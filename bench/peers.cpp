@@ -19,7 +19,7 @@ struct SNotSaved {
 };
 
 constexpr SNotSaved kNotSaved[] = {
-    {kTinyXml2, "freedesktop.org.xml",
+    {kTinyXml2, DOCTYPE_DOCUMENT,
      "it takes the internal DTD apart and writes what no parser reads back"},
 };
 

@@ -7,10 +7,13 @@
 
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace norvask_bench {
+
+struct SLimit;
 
 class CResults {
 public:
@@ -47,6 +50,8 @@ private:
 
     static std::string Figure(const SRow& row, const SCell& cell);
     static std::string Ratio(const SRow& row, const std::string& peer);
+    // Empty when that was not measured.
+    static std::optional<double> Reached(const SRow& row, const SLimit& limit);
     static std::string Verdict(const SRow& row);
 
     template <class PrintCells>
