@@ -88,8 +88,10 @@ void Check(const std::vector<SDocument>& documents, const std::vector<SQuery>& q
                 peer.check(peer.name, document, elements);
             }
         }
-        if (IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name, kNorvask) ||
-            IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name, kLibxml2)) {
+        if (std::any_of(Readers().begin(), Readers().end(), [&](const SReader& reader) {
+                return IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name,
+                                     reader.name);
+            })) {
             CheckCallbacks(document, elements);
         }
         std::cerr << "  " << document.name << ": " << document.text.size() << " bytes, " << elements
@@ -154,6 +156,7 @@ void RegisterCallbacks(CResults& results, const std::vector<SDocument>& document
     for (const bool reading : {false, true}) {
         for (const SDocument& document : documents) {
             for (const SReader& reader : Readers()) {
+                if (!reading && reader.idle == nullptr) continue;
                 Register(results, reading ? kCallbacksReading : kCallbacksIdle, document.name,
                          reader.name, [&, reading](benchmark::State& state) {
                              (reading ? reader.reading : reader.idle)(state, document.text);

@@ -126,8 +126,9 @@ const std::vector<SPeer>& Peers() {
 const std::vector<SReader>& Readers() {
     static const std::vector<SReader> readers = {
         {kNorvask, RunLoad<CNorvaskIdle>, RunLoad<CNorvaskReading>},
-        // The same floor for both.
+        // The same floor for both, and what the reading client costs on it.
         {kParser, RunLoad<CParserAlone>, RunLoad<CParserAlone>},
+        {PARSER_READING, nullptr, RunLoad<CParserReading>},
         {kLibxml2, RunLoad<CLibxml2Idle>, RunLoad<CLibxml2Reading>},
     };
     return readers;

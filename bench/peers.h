@@ -32,6 +32,7 @@ constexpr const char* kTinyXml2 = "TinyXML-2";
 constexpr const char* kPugixml = "pugixml";
 constexpr const char* kQt = "Qt";
 constexpr const char* kLoop = "loop";
+constexpr const char* PARSER_READING = "reading parser";
 
 struct SPeer {
     const char* name;
@@ -52,7 +53,7 @@ const std::vector<SPeer>& Peers();
 // all.
 struct SReader {
     const char* name;
-    void (*idle)(benchmark::State& state, const std::string& text);
+    void (*idle)(benchmark::State& state, const std::string& text);  // may be NULL
     void (*reading)(benchmark::State& state, const std::string& text);
 };
 

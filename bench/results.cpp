@@ -45,8 +45,8 @@ const SAim AIMS[] = {
     {kQuery, nullptr, {{kLoop, 1.5}}},
     {kCallbacksIdle, DOCTYPE_DOCUMENT, {{kParser, 1.15}}},
     {kCallbacksIdle, nullptr, {{kParser, 0.15}, {kLibxml2, FASTER}}},
-    {kCallbacksReading, DOCTYPE_DOCUMENT, {{kParser, 1.15}}},
-    {kCallbacksReading, nullptr, {{kParser, 0.2}, {kLibxml2, FASTER}}},
+    {kCallbacksReading, DOCTYPE_DOCUMENT, {{kParser, 1.15}, {PARSER_READING, 1.15}}},
+    {kCallbacksReading, nullptr, {{kParser, 0.2}, {PARSER_READING, 0.2}, {kLibxml2, FASTER}}},
     {kWriter, nullptr, {{nullptr, 45}}},
     {kHeap, nullptr, {{kPugixml, 1}}},
     {kCallbackHeap, nullptr, {{nullptr, 8}}},
@@ -85,7 +85,7 @@ constexpr const char* kColumns[] = {kNorvask,  kParser,  kXercesDom, kLibxml2,
                                     kTinyXml2, kPugixml, kQt};
 
 // What few rows are compared with has no column and is shown behind them.
-constexpr const char* ASIDES[] = {kLoop};
+constexpr const char* ASIDES[] = {kLoop, PARSER_READING};
 
 bool HasColumn(const std::string& peer) {
     return std::find(std::begin(kColumns), std::end(kColumns), peer) != std::end(kColumns);
