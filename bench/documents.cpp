@@ -102,20 +102,24 @@ std::string MakeForeignText() {
     return text + "</book>\n";
 }
 
+std::string MakeChain(unsigned levels) {
+    std::string text;
+    for (unsigned level = 0; level < levels; ++level) {
+        text += "<level" + Number(level % 10) + ">";
+    }
+    text += "bottom";
+    for (unsigned level = levels; level > 0; --level) {
+        text += "</level" + Number((level - 1) % 10) + ">";
+    }
+    return text + "\n";
+}
+
 // Chains of 95 levels, which every one of the libraries takes (TinyXML-2 stops at 100).
 std::string MakeDeep() {
-    constexpr unsigned kLevels = 95;
     std::string text = kDeclaration;
     text += "<deep>\n";
     for (unsigned chain = 0; chain < 600; ++chain) {
-        for (unsigned level = 0; level < kLevels; ++level) {
-            text += "<level" + Number(level % 10) + ">";
-        }
-        text += "bottom";
-        for (unsigned level = kLevels; level > 0; --level) {
-            text += "</level" + Number((level - 1) % 10) + ">";
-        }
-        text += "\n";
+        text += MakeChain(95);
     }
     return text + "</deep>\n";
 }
@@ -173,6 +177,8 @@ std::string MakeManyRecords() {
     }
     return text + "</root>";
 }
+
+std::string MakeDepth() { return kDeclaration + MakeChain(DEPTH_LEVELS); }
 
 std::vector<SRecord> MakeRecordsToWrite() {
     CNumbers numbers;

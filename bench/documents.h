@@ -30,6 +30,11 @@ std::string MakeOneLongList();
 // three below every child.
 std::string MakeManyRecords();
 
+constexpr unsigned DEPTH_LEVELS = 100000;
+
+// That many elements, each in the one before.
+std::string MakeDepth();
+
 // What the writers write, as text: two attributes and the texts of two children. Some of it needs
 // escapes.
 struct SRecord {

@@ -21,6 +21,9 @@ constexpr const char* kHeap = "heap";
 constexpr const char* kQuery = "query";
 constexpr const char* kCallbacksIdle = "callbacks, idle";
 constexpr const char* kCallbacksReading = "callbacks, reading";
+constexpr const char* LEFT = "left at the end";
+constexpr const char* LEFT_CALLBACKS = "callbacks, left";
+constexpr const char* DEPTH = "depth 100,000";
 constexpr const char* kWriter = "writer";
 constexpr const char* kCallbackHeap = "heap, callbacks";
 
@@ -33,6 +36,7 @@ constexpr const char* kPugixml = "pugixml";
 constexpr const char* kQt = "Qt";
 constexpr const char* kLoop = "loop";
 constexpr const char* PARSER_READING = "reading parser";
+constexpr const char* AT_ONCE = "left at once";
 
 struct SPeer {
     const char* name;
@@ -58,6 +62,36 @@ struct SReader {
 };
 
 const std::vector<SReader>& Readers();
+
+// A plain document in two forms that the fast lane leaves to the parser, which differ in nothing
+// but their declarations: it shows in the last element, or in the first line already.
+struct SLeftDocument {
+    std::string name;
+    std::string atEnd;
+    std::string atOnce;
+};
+
+std::vector<SLeftDocument> MakeLeftDocuments(const std::vector<SDocument>& documents);
+// Throws std::runtime_error unless both give the same tree and callbacks, with as many elements as
+// the parser reports.
+void CheckLeft(const SLeftDocument& document);
+
+// Loads of MakeDepth().
+struct SDeepLoad {
+    const char* how;  // names the row
+    const char* peer;
+    // Throws std::runtime_error unless the library takes the document with all of its elements.
+    void (*check)(const std::string& text);
+    void (*run)(benchmark::State& state, const std::string& text);
+    // For a library that takes half a minute, instead of both: one load, which is checked as well;
+    // CPU seconds.
+    double (*once)(const std::string& text);
+    // Why it cannot be measured; NULL if it can.
+    const char* reasonNotTo;
+};
+
+const std::vector<SDeepLoad>& DeepLoads();
+void CheckDeepLoad(const SDeepLoad& load, const std::string& text);
 
 // Writers of the same records.
 struct SWriter {
