@@ -83,7 +83,7 @@ struct SDeepLoad {
     // Throws std::runtime_error unless the library takes the document with all of its elements.
     void (*check)(const std::string& text);
     void (*run)(benchmark::State& state, const std::string& text);
-    // For a library that takes half a minute, instead of both: one load, which is checked as well;
+    // For a library that takes so long, instead of both: one load, which is checked as well;
     // CPU seconds.
     double (*once)(const std::string& text);
     // Why it cannot be measured; NULL if it can.

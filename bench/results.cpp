@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <iterator>
+#include <limits>
 #include <ostream>
 
 #include "documents.h"
@@ -92,6 +93,9 @@ constexpr const char* kColumns[] = {kNorvask,  kParser,  kXercesDom, kLibxml2,
 
 // What few rows are compared with has no column and is shown behind them.
 constexpr const char* ASIDES[] = {kLoop, PARSER_READING, AT_ONCE};
+
+constexpr const char* RANGE_COLUMNS[] = {kParser,  PARSER_READING, kXercesDom,
+                                         kLibxml2, kTinyXml2,      kPugixml};
 
 bool HasColumn(const std::string& peer) {
     return std::find(std::begin(kColumns), std::end(kColumns), peer) != std::end(kColumns);
@@ -257,6 +261,47 @@ void CResults::PrintRatios(std::ostream& out) const {
         }
         out << "   " << Verdict(row);
     });
+}
+
+std::string CResults::Range(const std::string& what, bool plainOnly,
+                            const std::string& peer) const {
+    double least = std::numeric_limits<double>::infinity();
+    double most = 0;
+    for (const SRow& row : m_Rows) {
+        if (row.what != what || row.document == SMALL_DOCUMENT ||
+            (plainOnly && row.document == DOCTYPE_DOCUMENT)) {
+            continue;
+        }
+        const std::optional<double> ratio = Reached(row, {peer.c_str(), 0});
+        if (!ratio.has_value()) continue;
+        least = std::min(least, *ratio);
+        most = std::max(most, *ratio);
+    }
+    return most == 0 ? "" : Short(least) + " to " + Short(most);
+}
+
+void CResults::PrintRanges(std::ostream& out) const {
+    out << "\nRanges of the ratios over the documents but for the small one\n\n" << Heading();
+    for (const char* peer : RANGE_COLUMNS) {
+        out << Padded(peer, kFigureWidth, true);
+    }
+    out << "\n";
+    for (const char* what : {kLoad, kSavePlain, kSaveFormatted, kClone, kHeap, kCallbacksIdle,
+                             kCallbacksReading, LEFT, LEFT_CALLBACKS}) {
+        for (const bool plainOnly : {true, false}) {
+            std::string cells;
+            bool any = false;
+            for (const char* peer : RANGE_COLUMNS) {
+                const std::string range = Range(what, plainOnly, peer);
+                any = any || !range.empty();
+                cells += Padded(range.empty() ? "-" : range, kFigureWidth, true);
+            }
+            if (!any) continue;
+            out << Padded(what, kWhatWidth, false)
+                << Padded(plainOnly ? "without a DOCTYPE" : "all", kDocumentWidth, false) << cells
+                << "\n";
+        }
+    }
 }
 
 bool CCollector::ReportContext(const Context& context) {

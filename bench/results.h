@@ -1,5 +1,5 @@
-// Gathers what was measured and prints it as two tables: the figures, and the ratios with their
-// aims.
+// Gathers what was measured and prints it as three tables: the figures, the ratios with their
+// aims, and the ranges of the ratios.
 #ifndef NORVASK_BENCH_RESULTS_H
 #define NORVASK_BENCH_RESULTS_H
 
@@ -36,6 +36,8 @@ public:
     bool Any() const;
     void PrintFigures(std::ostream& out) const;
     void PrintRatios(std::ostream& out) const;
+    // The least and the greatest ratio of each measure that runs over all documents.
+    void PrintRanges(std::ostream& out) const;
 
 private:
     struct SCell {
@@ -53,6 +55,7 @@ private:
     // Empty when that was not measured.
     static std::optional<double> Reached(const SRow& row, const SLimit& limit);
     static std::string Verdict(const SRow& row);
+    std::string Range(const std::string& what, bool plainOnly, const std::string& peer) const;
 
     template <class PrintCells>
     void PrintRows(std::ostream& out, PrintCells printCells) const;
