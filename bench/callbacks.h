@@ -64,6 +64,19 @@ private:
     SReading m_Sums;
 };
 
+// The parser alone with the same client, which reads UTF-16 here.
+class CParserReading {
+public:
+    explicit CParserReading(const std::string& text);
+
+private:
+    SReading m_Sums;
+};
+
+// The sums of what the parser gives its client, as they are in UTF-8: they compare with those of
+// the others.
+SReading ReadByParserInUtf8(const std::string& text);
+
 // libxml2's SAX2 interface; the same two clients.
 class CLibxml2Idle {
 public:
@@ -79,7 +92,7 @@ private:
     SReading m_Sums;
 };
 
-// Throws std::runtime_error unless both reading clients were given the document's elements and the
+// Throws std::runtime_error unless all reading clients were given the document's elements and the
 // same names, values and text.
 void CheckCallbacks(const SDocument& document, std::size_t elements);
 

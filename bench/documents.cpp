@@ -17,7 +17,7 @@ struct SRealDocument {
 constexpr SRealDocument kRealDocuments[] = {
     {"gl.xml", "/usr/share/khronos-api/gl.xml", "khronos-api"},
     {"Gio-2.0.gir", "/usr/share/gir-1.0/Gio-2.0.gir", "libgirepository1.0-dev"},
-    {"freedesktop.org.xml", "/usr/share/mime/packages/freedesktop.org.xml", "shared-mime-info"},
+    {DOCTYPE_DOCUMENT, "/usr/share/mime/packages/freedesktop.org.xml", "shared-mime-info"},
 };
 
 // The same numbers in every run and with every standard library.
@@ -102,20 +102,24 @@ std::string MakeForeignText() {
     return text + "</book>\n";
 }
 
+std::string MakeChain(unsigned levels) {
+    std::string text;
+    for (unsigned level = 0; level < levels; ++level) {
+        text += "<level" + Number(level % 10) + ">";
+    }
+    text += "bottom";
+    for (unsigned level = levels; level > 0; --level) {
+        text += "</level" + Number((level - 1) % 10) + ">";
+    }
+    return text + "\n";
+}
+
 // Chains of 95 levels, which every one of the libraries takes (TinyXML-2 stops at 100).
 std::string MakeDeep() {
-    constexpr unsigned kLevels = 95;
     std::string text = kDeclaration;
     text += "<deep>\n";
     for (unsigned chain = 0; chain < 600; ++chain) {
-        for (unsigned level = 0; level < kLevels; ++level) {
-            text += "<level" + Number(level % 10) + ">";
-        }
-        text += "bottom";
-        for (unsigned level = kLevels; level > 0; --level) {
-            text += "</level" + Number((level - 1) % 10) + ">";
-        }
-        text += "\n";
+        text += MakeChain(95);
     }
     return text + "</deep>\n";
 }
@@ -154,7 +158,7 @@ std::vector<SDocument> MakeDocuments() {
     documents.push_back({"attributes", MakeAttributes(), false});
     documents.push_back({"non-ASCII text", MakeForeignText(), false});
     documents.push_back({"deep", MakeDeep(), false});
-    documents.push_back({"small (150 bytes)", kSmall, true});
+    documents.push_back({SMALL_DOCUMENT, kSmall, true});
     return documents;
 }
 
@@ -173,6 +177,8 @@ std::string MakeManyRecords() {
     }
     return text + "</root>";
 }
+
+std::string MakeDepth() { return kDeclaration + MakeChain(DEPTH_LEVELS); }
 
 std::vector<SRecord> MakeRecordsToWrite() {
     CNumbers numbers;

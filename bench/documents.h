@@ -8,6 +8,10 @@
 
 namespace norvask_bench {
 
+// The real document that has a DOCTYPE; all others are plain.
+constexpr const char* DOCTYPE_DOCUMENT = "freedesktop.org.xml";
+constexpr const char* SMALL_DOCUMENT = "small (150 bytes)";
+
 struct SDocument {
     std::string name;
     std::string text;
@@ -25,6 +29,11 @@ std::string MakeOneLongList();
 // A root with 100,000 children of three children each: a query of two steps selects one of the
 // three below every child.
 std::string MakeManyRecords();
+
+constexpr unsigned DEPTH_LEVELS = 100000;
+
+// That many elements, each in the one before.
+std::string MakeDepth();
 
 // What the writers write, as text: two attributes and the texts of two children. Some of it needs
 // escapes.

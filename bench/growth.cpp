@@ -1,5 +1,4 @@
 // How the time of edits grows with the size of what is edited.
-#include <time.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -9,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "cpu_time.h"
 #include "edits.h"
 #include "norvask/norvask.h"
 
@@ -22,12 +22,6 @@ using norvask::CXMLNode;
 using norvask::XMLNewDocument;
 
 constexpr std::size_t TIMES = 8;
-
-double CpuSeconds() {
-    timespec now = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 void Require(bool holds, const char* what) {
     if (!holds) throw std::runtime_error(std::string("growth: ") + what);

@@ -1,8 +1,8 @@
 // norvask_bench: Norvask beside other XML libraries, all in this one process.
 //
 // First everybody must have read the same documents; then the times are taken, then the heap; then
-// two tables are printed. It takes the options of Google Benchmark, of which
-// --benchmark_filter=REGEX chooses by "what/document/peer".
+// three tables are printed. It takes the options of Google Benchmark, of which
+// --benchmark_filter=REGEX chooses by "what/document/peer", and --slow.
 
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
@@ -19,7 +19,9 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "callbacks.h"
+#include "documents.h"
 #include "edits.h"
+#include "measures.h"
 #include "norvask/exception.h"
 #include "peers.h"
 #include "results.h"
@@ -37,12 +39,16 @@ constexpr const char* kDefaults[] = {
     "--benchmark_min_time=0.1",
 };
 
+// What takes minutes is measured only when it is asked for.
+constexpr const char* SLOW = "--slow";
+
 // The caller's options come last and so win. The texts stay, since Google Benchmark keeps a pointer
 // to the program's name.
-void Initialize(int argc, char** argv) {
+// Returns whether they ask for what is slow.
+bool Initialize(int argc, char** argv) {
     static std::vector<std::string> texts(argv, argv + 1);
     texts.insert(texts.end(), std::begin(kDefaults), std::end(kDefaults));
-    texts.insert(texts.end(), argv + 1, argv + argc);
+    std::remove_copy(argv + 1, argv + argc, std::back_inserter(texts), std::string(SLOW));
     std::vector<char*> arguments;
     for (std::string& text : texts) {
         arguments.push_back(text.data());
@@ -52,6 +58,7 @@ void Initialize(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) {
         throw std::runtime_error("see --help");
     }
+    return std::find(argv + 1, argv + argc, std::string(SLOW)) != argv + argc;
 }
 
 // Google Benchmark's filter, for what Google Benchmark does not do itself.
@@ -77,8 +84,9 @@ bool IsAnySelected(std::initializer_list<const char*> measures, const std::strin
 }
 
 // What the filter leaves out need not be right.
-void Check(const std::vector<SDocument>& documents, const std::vector<SQuery>& queries,
-           const std::vector<SRecord>& records) {
+void Check(const std::vector<SDocument>& documents, const std::vector<SLeftDocument>& left,
+           const std::vector<SQuery>& queries, const std::vector<SRecord>& records,
+           const std::string& depth) {
     std::cerr << "Checking that all libraries hold the same documents\n";
     for (const SDocument& document : documents) {
         const std::size_t elements = CountReportedElements(document.text);
@@ -88,12 +96,24 @@ void Check(const std::vector<SDocument>& documents, const std::vector<SQuery>& q
                 peer.check(peer.name, document, elements);
             }
         }
-        if (IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name, kNorvask) ||
-            IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name, kLibxml2)) {
+        if (std::any_of(Readers().begin(), Readers().end(), [&](const SReader& reader) {
+                return IsAnySelected({kCallbacksIdle, kCallbacksReading}, document.name,
+                                     reader.name);
+            })) {
             CheckCallbacks(document, elements);
         }
         std::cerr << "  " << document.name << ": " << document.text.size() << " bytes, " << elements
                   << " elements\n";
+    }
+    for (const SLeftDocument& document : left) {
+        for (const char* peer : {kNorvask, AT_ONCE, kParser}) {
+            if (!IsAnySelected({LEFT, LEFT_CALLBACKS}, document.name, peer)) continue;
+            CheckLeft(document);
+            break;
+        }
+    }
+    for (const SDeepLoad& load : DeepLoads()) {
+        if (IsAnySelected({DEPTH}, load.how, load.peer)) CheckDeepLoad(load, depth);
     }
     for (const SQuery& query : queries) {
         if (IsAnySelected({kQuery}, query.name, kNorvask)) CheckQuery(query);
@@ -154,12 +174,37 @@ void RegisterCallbacks(CResults& results, const std::vector<SDocument>& document
     for (const bool reading : {false, true}) {
         for (const SDocument& document : documents) {
             for (const SReader& reader : Readers()) {
+                if (!reading && reader.idle == nullptr) continue;
                 Register(results, reading ? kCallbacksReading : kCallbacksIdle, document.name,
                          reader.name, [&, reading](benchmark::State& state) {
                              (reading ? reader.reading : reader.idle)(state, document.text);
                          });
             }
         }
+    }
+}
+
+void RegisterLeft(CResults& results, const std::vector<SLeftDocument>& documents) {
+    for (const bool callbacks : {false, true}) {
+        const char* what = callbacks ? LEFT_CALLBACKS : LEFT;
+        const auto load = callbacks ? RunLoad<CNorvaskIdle> : RunLoad<CNorvaskTree>;
+        for (const SLeftDocument& document : documents) {
+            Register(results, what, document.name, kNorvask,
+                     [&, load](benchmark::State& state) { load(state, document.atEnd); });
+            Register(results, what, document.name, AT_ONCE,
+                     [&, load](benchmark::State& state) { load(state, document.atOnce); });
+            Register(results, what, document.name, kParser, [&](benchmark::State& state) {
+                RunLoad<CParserAlone>(state, document.atEnd);
+            });
+        }
+    }
+}
+
+void RegisterDepth(CResults& results, const std::string& text) {
+    for (const SDeepLoad& load : DeepLoads()) {
+        if (load.run == nullptr) continue;
+        Register(results, DEPTH, load.how, load.peer,
+                 [&](benchmark::State& state) { load.run(state, text); });
     }
 }
 
@@ -174,6 +219,17 @@ void RegisterChurns(CResults& results) {
     for (const SChurn& churn : Churns()) {
         Register(results, CHURN, churn.name, kNorvask,
                  [&](benchmark::State& state) { churn.run(state); });
+    }
+}
+
+void MeasureSlowDepth(CResults& results, const std::string& text) {
+    for (const SDeepLoad& load : DeepLoads()) {
+        if (load.once == nullptr) continue;
+        const std::string name = results.Announce(DEPTH, load.how, load.peer);
+        if (!IsSelected(name)) continue;
+        std::cerr << "Loading 100,000 levels: " << load.peer << "\n";
+        const double seconds = load.once(text);
+        results.Add(name, seconds, static_cast<double>(text.size()) / seconds);
     }
 }
 
@@ -221,7 +277,7 @@ void MeasureHeaps(CResults& results, const std::vector<SDocument>& documents) {
     }
 }
 
-void PrintNotes(std::ostream& out, const std::vector<SDocument>& documents) {
+void PrintNotes(std::ostream& out, const std::vector<SDocument>& documents, bool slow) {
     out << "\n";
     for (const SDocument& document : documents) {
         for (const SPeer& peer : Peers()) {
@@ -232,25 +288,39 @@ void PrintNotes(std::ostream& out, const std::vector<SDocument>& documents) {
             }
         }
     }
+    for (const SDeepLoad& load : DeepLoads()) {
+        if (load.reasonNotTo != nullptr) {
+            out << "Not measured: " << load.peer << ", 100,000 levels, " << load.how << "; "
+                << load.reasonNotTo << ".\n";
+        }
+    }
+    if (!slow) {
+        out << "Not measured without " << SLOW << ": the parser and its DOM, 100,000 levels.\n";
+    }
 }
 
-bool Run() {
+bool Run(bool slow) {
     const std::vector<SDocument> documents = MakeDocuments();
     const std::vector<SQuery> queries = Queries();
     const std::vector<SRecord> records = MakeRecordsToWrite();
-    Check(documents, queries, records);
+    const std::vector<SLeftDocument> left = MakeLeftDocuments(documents);
+    const std::string depth = MakeDepth();
+    Check(documents, left, queries, records, depth);
 
     CResults results;
     RegisterTimes(results, documents, queries);
     RegisterCallbacks(results, documents);
+    RegisterLeft(results, left);
+    RegisterDepth(results, depth);
     RegisterWriters(results, records);
     RegisterChurns(results);
     CCollector collector(results);
-    std::cerr << "Measuring; by default this takes about five minutes\n";
+    std::cerr << "Measuring; by default this takes about six minutes\n";
     const std::size_t chosen = benchmark::RunSpecifiedBenchmarks(&collector);
     if (collector.Failed()) return false;
     const bool listed = chosen > 0 && !collector.Started();
     if (!listed) {
+        if (slow) MeasureSlowDepth(results, depth);
         MeasureGrowths(results);
         MeasureHeaps(results, documents);
         MeasureChurns(results);
@@ -260,7 +330,8 @@ bool Run() {
     if (results.Any()) {
         results.PrintFigures(std::cout);
         results.PrintRatios(std::cout);
-        PrintNotes(std::cout, documents);
+        results.PrintRanges(std::cout);
+        PrintNotes(std::cout, documents, slow);
     }
     return true;
 }
@@ -270,10 +341,10 @@ bool Run() {
 int main(int argc, char** argv) {
     bool done = false;
     try {
-        Initialize(argc, argv);
+        const bool slow = Initialize(argc, argv);
         xercesc::XMLPlatformUtils::Initialize();
         xmlInitParser();
-        done = Run();
+        done = Run(slow);
         benchmark::Shutdown();
         xmlCleanupParser();
         xercesc::XMLPlatformUtils::Terminate();

@@ -19,7 +19,7 @@ struct SNotSaved {
 };
 
 constexpr SNotSaved kNotSaved[] = {
-    {kTinyXml2, "freedesktop.org.xml",
+    {kTinyXml2, DOCTYPE_DOCUMENT,
      "it takes the internal DTD apart and writes what no parser reads back"},
 };
 
@@ -126,8 +126,9 @@ const std::vector<SPeer>& Peers() {
 const std::vector<SReader>& Readers() {
     static const std::vector<SReader> readers = {
         {kNorvask, RunLoad<CNorvaskIdle>, RunLoad<CNorvaskReading>},
-        // The same floor for both.
+        // The same floor for both, and what the reading client costs on it.
         {kParser, RunLoad<CParserAlone>, RunLoad<CParserAlone>},
+        {PARSER_READING, nullptr, RunLoad<CParserReading>},
         {kLibxml2, RunLoad<CLibxml2Idle>, RunLoad<CLibxml2Reading>},
     };
     return readers;

@@ -21,6 +21,9 @@ constexpr const char* kHeap = "heap";
 constexpr const char* kQuery = "query";
 constexpr const char* kCallbacksIdle = "callbacks, idle";
 constexpr const char* kCallbacksReading = "callbacks, reading";
+constexpr const char* LEFT = "left at the end";
+constexpr const char* LEFT_CALLBACKS = "callbacks, left";
+constexpr const char* DEPTH = "depth 100,000";
 constexpr const char* kWriter = "writer";
 constexpr const char* kCallbackHeap = "heap, callbacks";
 
@@ -32,6 +35,8 @@ constexpr const char* kTinyXml2 = "TinyXML-2";
 constexpr const char* kPugixml = "pugixml";
 constexpr const char* kQt = "Qt";
 constexpr const char* kLoop = "loop";
+constexpr const char* PARSER_READING = "reading parser";
+constexpr const char* AT_ONCE = "left at once";
 
 struct SPeer {
     const char* name;
@@ -52,11 +57,41 @@ const std::vector<SPeer>& Peers();
 // all.
 struct SReader {
     const char* name;
-    void (*idle)(benchmark::State& state, const std::string& text);
+    void (*idle)(benchmark::State& state, const std::string& text);  // may be NULL
     void (*reading)(benchmark::State& state, const std::string& text);
 };
 
 const std::vector<SReader>& Readers();
+
+// A plain document in two forms that the fast lane leaves to the parser, which differ in nothing
+// but their declarations: it shows in the last element, or in the first line already.
+struct SLeftDocument {
+    std::string name;
+    std::string atEnd;
+    std::string atOnce;
+};
+
+std::vector<SLeftDocument> MakeLeftDocuments(const std::vector<SDocument>& documents);
+// Throws std::runtime_error unless both give the same tree and callbacks, with as many elements as
+// the parser reports.
+void CheckLeft(const SLeftDocument& document);
+
+// Loads of MakeDepth().
+struct SDeepLoad {
+    const char* how;  // names the row
+    const char* peer;
+    // Throws std::runtime_error unless the library takes the document with all of its elements.
+    void (*check)(const std::string& text);
+    void (*run)(benchmark::State& state, const std::string& text);
+    // For a library that takes so long, instead of both: one load, which is checked as well;
+    // CPU seconds.
+    double (*once)(const std::string& text);
+    // Why it cannot be measured; NULL if it can.
+    const char* reasonNotTo;
+};
+
+const std::vector<SDeepLoad>& DeepLoads();
+void CheckDeepLoad(const SDeepLoad& load, const std::string& text);
 
 // Writers of the same records.
 struct SWriter {

@@ -1,5 +1,5 @@
-// Gathers what was measured and prints it as two tables: the figures, and the ratios with their
-// aims.
+// Gathers what was measured and prints it as three tables: the figures, the ratios with their
+// aims, and the ranges of the ratios.
 #ifndef NORVASK_BENCH_RESULTS_H
 #define NORVASK_BENCH_RESULTS_H
 
@@ -7,10 +7,13 @@
 
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace norvask_bench {
+
+struct SLimit;
 
 class CResults {
 public:
@@ -33,6 +36,8 @@ public:
     bool Any() const;
     void PrintFigures(std::ostream& out) const;
     void PrintRatios(std::ostream& out) const;
+    // The least and the greatest ratio of each measure that runs over all documents.
+    void PrintRanges(std::ostream& out) const;
 
 private:
     struct SCell {
@@ -47,7 +52,10 @@ private:
 
     static std::string Figure(const SRow& row, const SCell& cell);
     static std::string Ratio(const SRow& row, const std::string& peer);
+    // Empty when that was not measured.
+    static std::optional<double> Reached(const SRow& row, const SLimit& limit);
     static std::string Verdict(const SRow& row);
+    std::string Range(const std::string& what, bool plainOnly, const std::string& peer) const;
 
     template <class PrintCells>
     void PrintRows(std::ostream& out, PrintCells printCells) const;

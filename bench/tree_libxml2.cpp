@@ -2,6 +2,7 @@
 #include <libxml/xmlsave.h>
 
 #include <stdexcept>
+#include <vector>
 
 #include "peer_sinks.h"
 #include "trees.h"
@@ -10,12 +11,10 @@ namespace norvask_bench {
 
 namespace {
 
-std::size_t CountBelow(const xmlNode& node) {
-    std::size_t count = 1;
-    for (const xmlNode* child = node.children; child != nullptr; child = child->next) {
-        if (child->type == XML_ELEMENT_NODE) count += CountBelow(*child);
+void PushChildren(const xmlNode* node, std::vector<const xmlNode*>& open) {
+    for (const xmlNode* child = node->children; child != nullptr; child = child->next) {
+        if (child->type == XML_ELEMENT_NODE) open.push_back(child);
     }
-    return count;
 }
 
 }  // namespace
@@ -44,7 +43,7 @@ void CLibxml2Tree::Save(CSink& sink, bool format) const {
 }
 
 std::size_t CLibxml2Tree::CountElements() const {
-    return CountBelow(*xmlDocGetRootElement(m_pDocument));
+    return CountFrom<const xmlNode*>(xmlDocGetRootElement(m_pDocument), PushChildren);
 }
 
 }  // namespace norvask_bench

@@ -1,4 +1,5 @@
 #include <stdexcept>
+#include <vector>
 
 #include "norvask/norvask.h"
 #include "trees.h"
@@ -7,14 +8,10 @@ namespace norvask_bench {
 
 namespace {
 
-// Depth first; the documents measured here are at most a few hundred levels deep.
-std::size_t CountBelow(norvask::CXMLNode& node) {
-    std::size_t count = 1;
-    for (norvask::CXMLNode** child = node.GetChildren(); *child != nullptr; ++child) {
-        if ((*child)->GetNodeType() == norvask::CXMLNode::NODE_ELEMENT)
-            count += CountBelow(**child);
+void PushChildren(norvask::CXMLNode* node, std::vector<norvask::CXMLNode*>& open) {
+    for (norvask::CXMLNode** child = node->GetChildren(); *child != nullptr; ++child) {
+        if ((*child)->GetNodeType() == norvask::CXMLNode::NODE_ELEMENT) open.push_back(*child);
     }
-    return count;
 }
 
 }  // namespace
@@ -41,7 +38,7 @@ void CNorvaskTree::Save(CSink& sink, bool format) const {
 
 std::size_t CNorvaskTree::CountElements() const {
     norvask::CXMLNode* root = m_pDocument->GetRoot();
-    return root == nullptr ? 0 : CountBelow(*root);
+    return root == nullptr ? 0 : CountFrom(root, PushChildren);
 }
 
 }  // namespace norvask_bench

@@ -1,4 +1,5 @@
 #include <stdexcept>
+#include <vector>
 
 #include "peer_sinks.h"
 #include "trees.h"
@@ -7,12 +8,10 @@ namespace norvask_bench {
 
 namespace {
 
-std::size_t CountBelow(const pugi::xml_node& node) {
-    std::size_t count = 1;
+void PushChildren(const pugi::xml_node& node, std::vector<pugi::xml_node>& open) {
     for (const pugi::xml_node& child : node.children()) {
-        if (child.type() == pugi::node_element) count += CountBelow(child);
+        if (child.type() == pugi::node_element) open.push_back(child);
     }
-    return count;
 }
 
 }  // namespace
@@ -32,7 +31,7 @@ void CPugixmlTree::Save(CSink& sink, bool format) const {
 }
 
 std::size_t CPugixmlTree::CountElements() const {
-    return CountBelow(m_Document.document_element());
+    return CountFrom(m_Document.document_element(), PushChildren);
 }
 
 }  // namespace norvask_bench

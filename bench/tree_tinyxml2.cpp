@@ -1,4 +1,5 @@
 #include <stdexcept>
+#include <vector>
 
 #include "peer_sinks.h"
 #include "trees.h"
@@ -7,13 +8,12 @@ namespace norvask_bench {
 
 namespace {
 
-std::size_t CountBelow(const tinyxml2::XMLElement& element) {
-    std::size_t count = 1;
-    for (const tinyxml2::XMLElement* child = element.FirstChildElement(); child != nullptr;
+void PushChildren(const tinyxml2::XMLElement* element,
+                  std::vector<const tinyxml2::XMLElement*>& open) {
+    for (const tinyxml2::XMLElement* child = element->FirstChildElement(); child != nullptr;
          child = child->NextSiblingElement()) {
-        count += CountBelow(*child);
+        open.push_back(child);
     }
-    return count;
 }
 
 }  // namespace
@@ -35,7 +35,7 @@ void CTinyXml2Tree::Save(CSink& sink, bool format) const {
 
 std::size_t CTinyXml2Tree::CountElements() const {
     const tinyxml2::XMLElement* root = m_Document.RootElement();
-    return root == nullptr ? 0 : CountBelow(*root);
+    return root == nullptr ? 0 : CountFrom(root, PushChildren);
 }
 
 }  // namespace norvask_bench

@@ -1,5 +1,6 @@
 #include <memory>
 #include <stdexcept>
+#include <vector>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLFormatter.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -9,6 +10,7 @@
 #include <xercesc/sax2/XMLReaderFactory.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "parser_read.h"
 #include "trees.h"
 
 namespace norvask_bench {
@@ -52,8 +54,18 @@ xercesc::MemBufInputSource Source(const std::string& text) {
                                       "Memfile");
 }
 
-// Set up as Norvask sets its reader up. The handler stops the parse at a fatal error.
-void Read(const std::string& text, xercesc::DefaultHandler& handler) {
+void PushChildren(const xercesc::DOMElement* element,
+                  std::vector<const xercesc::DOMElement*>& open) {
+    for (const xercesc::DOMElement* child = element->getFirstElementChild(); child != nullptr;
+         child = child->getNextElementSibling()) {
+        open.push_back(child);
+    }
+}
+
+}  // namespace
+
+// The handler stops the parse at a fatal error.
+void ReadByParser(const std::string& text, xercesc::DefaultHandler& handler) {
     try {
         const xercesc::MemBufInputSource source = Source(text);
         const std::unique_ptr<xercesc::SAX2XMLReader> reader(
@@ -70,25 +82,14 @@ void Read(const std::string& text, xercesc::DefaultHandler& handler) {
     }
 }
 
-std::size_t CountBelow(const xercesc::DOMElement& element) {
-    std::size_t count = 1;
-    for (const xercesc::DOMElement* child = element.getFirstElementChild(); child != nullptr;
-         child = child->getNextElementSibling()) {
-        count += CountBelow(*child);
-    }
-    return count;
-}
-
-}  // namespace
-
 CParserAlone::CParserAlone(const std::string& text) {
     xercesc::DefaultHandler handler;
-    Read(text, handler);
+    ReadByParser(text, handler);
 }
 
 std::size_t CountReportedElements(const std::string& text) {
     CCountingHandler handler;
-    Read(text, handler);
+    ReadByParser(text, handler);
     return handler.m_nElements;
 }
 
@@ -127,7 +128,7 @@ void CXercesTree::Save(CSink& sink, bool format) const {
 }
 
 std::size_t CXercesTree::CountElements() const {
-    return CountBelow(*m_pDocument->getDocumentElement());
+    return CountFrom<const xercesc::DOMElement*>(m_pDocument->getDocumentElement(), PushChildren);
 }
 
 }  // namespace norvask_bench

@@ -15,12 +15,27 @@
 #include <cstddef>
 #include <pugixml.hpp>
 #include <string>
+#include <vector>
 #include <xercesc/dom/DOM.hpp>
 
 #include "norvask/document.h"
 #include "sink.h"
 
 namespace norvask_bench {
+
+// The elements of a tree of any depth, from its root on; `pushChildren` adds those below one.
+template <class Element, class PushChildren>
+std::size_t CountFrom(Element root, PushChildren pushChildren) {
+    std::size_t count = 0;
+    std::vector<Element> open = {root};
+    while (!open.empty()) {
+        const Element element = open.back();
+        open.pop_back();
+        ++count;
+        pushChildren(element, open);
+    }
+    return count;
+}
 
 // Deep copies stand for the measure "clone"; nothing is ever assigned.
 #define NORVASK_BENCH_NO_ASSIGNMENT(name) name& operator=(const name&) = delete
