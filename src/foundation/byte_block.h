@@ -1,13 +1,18 @@
 // Internal. SByteBlock: sixteen bytes that are compared at once.
 //
 // Written with the compilers' vector types rather than with the instructions of one processor: they
-// are compiled for every processor, if need be to plain code. Whoever uses blocks has a loop over
-// single bytes beside them, for what is left over, and for comparison in tests.
+// are compiled for every processor, if need be to plain code. One instruction of x86 is worth an
+// exception. Whoever uses blocks has a loop over single bytes beside them, for what is left over,
+// and for comparison in tests.
 #ifndef NORVASK_FOUNDATION_BYTE_BLOCK_H
 #define NORVASK_FOUNDATION_BYTE_BLOCK_H
 
 #include <cstddef>
 #include <cstdint>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace norvask {
 
@@ -21,36 +26,21 @@ inline ByteBlock LoadBlock(const char* text) noexcept {
     return *reinterpret_cast<const Unaligned*>(text);
 }
 
-// The same bytes as two numbers.
-using Halves = std::uint64_t __attribute__((vector_size(16)));
-
-inline bool IsZero(Halves halves) noexcept { return (halves[0] | halves[1]) == 0; }
-
-// The first byte of a half, in the order of addresses, that is not zero. There is one.
-inline unsigned int FirstByte(std::uint64_t half) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    return static_cast<unsigned int>(__builtin_ctzll(half)) / 8;
+// The highest bits of the bytes: that of the first one in the lowest bit.
+inline unsigned int MaskOfPlainly(ByteBlock block) noexcept {
+    unsigned int mask = 0;
+    for (unsigned int i = 0; i < BLOCK_BYTES; ++i) {
+        mask |= (block[i] >> 7 & 1U) << i;
+    }
+    return mask;
+}
+inline unsigned int MaskOf(ByteBlock block) noexcept {
+#if defined(__SSE2__)
+    return static_cast<unsigned int>(_mm_movemask_epi8(reinterpret_cast<__m128i>(block)));
 #else
-    return static_cast<unsigned int>(__builtin_clzll(half)) / 8;
+    return MaskOfPlainly(block);
 #endif
 }
-
-// The first byte of a block that is not zero. There is one.
-inline unsigned int FirstByte(Halves halves) noexcept {
-    return halves[0] != 0 ? FirstByte(halves[0]) : 8 + FirstByte(halves[1]);
-}
-
-// A mask of the first bytes of a half, less than eight.
-inline std::uint64_t FirstBytes(unsigned int count) noexcept {
-    const std::uint64_t all = ~std::uint64_t{0};
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    return ~(all << (8 * count));
-#else
-    return count == 0 ? 0 : all << (64 - 8 * count);
-#endif
-}
-
-const std::uint64_t HIGH_BITS = 0x8080808080808080U;
 
 }  // namespace norvask
 

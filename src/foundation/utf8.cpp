@@ -96,13 +96,11 @@ bool HasMistake(ByteBlock block, ByteBlock one, ByteBlock two, ByteBlock three) 
     const auto isWrong =
         ((one == B{0xE0}) & (block < B{0xA0})) | ((one == B{0xED}) & (block >= B{0xA0})) |
         ((one == B{0xF0}) & (block < B{0x90})) | ((one == B{0xF4}) & (block >= B{0x90}));
-    return !IsZero(reinterpret_cast<Halves>((isContinuation ^ mustContinue) | isNever | isWrong));
+    return MaskOf(reinterpret_cast<ByteBlock>((isContinuation ^ mustContinue) | isNever |
+                                              isWrong)) != 0;
 }
 
-bool IsAsciiBlock(ByteBlock block) noexcept {
-    const Halves halves = reinterpret_cast<Halves>(block);
-    return ((halves[0] | halves[1]) & HIGH_BITS) == 0;
-}
+bool IsAsciiBlock(ByteBlock block) noexcept { return MaskOf(block) == 0; }
 
 // How many bytes from `text`, the beginning of a character, on are well-formed for sure, in whole
 // blocks up to one of ASCII only. The last character may be cut off.

@@ -84,7 +84,7 @@ public:
             return false;
         }
         while (!m_Open.empty()) {
-            if (!m_Content.ReadText() || !ReadMarkup()) {
+            if (!ReadText() || !ReadMarkup()) {
                 return false;
             }
         }
@@ -121,6 +121,15 @@ private:
         SName* name;
         std::size_t declarations;  // that were in force before it
     };
+
+    // Between many tags there is none.
+    bool ReadText() {
+        if (*m_Window.At() != '<') {
+            return m_Content.ReadText();
+        }
+        m_Window.BeginToken();
+        return true;
+    }
 
     bool ReadMarkup() {
         if (!m_Window.Has(2)) {

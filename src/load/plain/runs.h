@@ -39,20 +39,18 @@ auto EndsRun(Bytes bytes) noexcept {
 // has.
 template <ERun RUN>
 char* EndOfRun(char* text, bool& isAscii) noexcept {
-    Halves bits = {0, 0};
+    unsigned int high = 0;
     for (;; text += BLOCK_BYTES) {
         const ByteBlock block = LoadBlock(text);
-        const Halves bytes = reinterpret_cast<Halves>(block);
-        const Halves ends = reinterpret_cast<Halves>(EndsRun<RUN>(block));
-        if (!IsZero(ends)) {
-            const unsigned int length = FirstByte(ends);
-            // The bytes behind the end do not count.
-            const std::uint64_t last = length < 8 ? bytes[0] & FirstBytes(length)
-                                                  : bytes[0] | (bytes[1] & FirstBytes(length - 8));
-            isAscii = isAscii && ((bits[0] | bits[1] | last) & HIGH_BITS) == 0;
-            return text + length;
+        const unsigned int bytes = MaskOf(block);
+        const unsigned int ends = MaskOf(reinterpret_cast<ByteBlock>(EndsRun<RUN>(block)));
+        if (ends != 0) {
+            // The bytes behind the end do not count: those up to the lowest bit do.
+            high |= bytes & (ends - 1) & ~ends;
+            isAscii = isAscii && high == 0;
+            return text + __builtin_ctz(ends);
         }
-        bits |= bytes;
+        high |= bytes;
     }
 }
 

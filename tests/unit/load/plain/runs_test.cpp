@@ -60,6 +60,20 @@ std::string EndingBytes() {
     return ending;
 }
 
+TEST(PlainRuns, MasksAreThoseOfSingleBytes) {
+    norvask_test::RandomText random(6);
+    for (int i = 0; i < 1000; ++i) {
+        const std::string text = random.Bytes(BLOCK_BYTES);
+        const ByteBlock block = LoadBlock(text.data());
+        unsigned int mask = 0;
+        for (unsigned int byte = 0; byte < BLOCK_BYTES; ++byte) {
+            mask |= (static_cast<unsigned char>(text[byte]) >= 0x80 ? 1U : 0U) << byte;
+        }
+        ASSERT_EQ(MaskOf(block), mask);
+        ASSERT_EQ(MaskOfPlainly(block), mask);
+    }
+}
+
 const char CONTROLS[] =
     "\x01\x02\x03\x04\x05\x06\x07\x08\x0B\x0C\x0D\x0E\x0F\x10\x11\x12\x13\x14\x15\x16\x17\x18\x19"
     "\x1A\x1B\x1C\x1D\x1E\x1F";
