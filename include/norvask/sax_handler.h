@@ -5,8 +5,8 @@
 /// **Role:** derive from this class, override the callbacks that you need and hand an object to one
 /// of the callback loads of CXMLManager (manager.h). Memory does not grow with the size of a
 /// document: what is kept is the names of the open elements, the text since the last tag, each
-/// different prefix and namespace, and, by the parser, each different name of an element. The file of
-/// a plain document is read twice, the first time to see that all of it is UTF-8.
+/// different prefix and namespace, and, by the parser, each different name of an element. The file
+/// of a plain document is read twice, the first time to see that all of it is UTF-8.
 /// The class also has the static parsers behind the typed values.
 ///
 /// **Owner:** the handler is yours; a load neither copies nor ends it. It serves any number of

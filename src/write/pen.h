@@ -5,8 +5,8 @@
 // which nobody else has the address: its end stays in a register. What does not fit, pads, or needs
 // a closer look is left to the output, which does it as if there were no pen.
 //
-// Names and texts of trees are read in pieces of a fixed size, which may reach beyond their ends but
-// not beyond their blocks (tree_string.h), and written likewise, where there is room.
+// Names and texts of trees are read in pieces of a fixed size, which may reach beyond their ends
+// but not beyond their blocks (tree_string.h), and written likewise, where there is room.
 #ifndef NORVASK_WRITE_PEN_H
 #define NORVASK_WRITE_PEN_H
 

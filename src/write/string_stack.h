@@ -48,8 +48,8 @@ public:
     }
 
     // The topmost name, of which the first eight and the second eight bytes can be read, the latter
-    // if the name has so many, however short it is; until the next Push, Pop or Reserve. Not to be asked when there is none,
-    // like Pop.
+    // if the name has so many, however short it is; until the next Push, Pop or Reserve. Not to be
+    // asked when there is none, like Pop.
     SKnownText Top() const noexcept {
         const std::size_t length = TopLength();
         const char* const text = m_pBlock.get() + m_nUsed - OVERHEAD - length;

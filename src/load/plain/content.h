@@ -25,8 +25,8 @@ public:
 
     CWindow& Window() noexcept { return m_Window; }
 
-    // With the cursor on the first byte: looks through the whole document for anything but UTF-8, and
-    // begins again there.
+    // With the cursor on the first byte: looks through the whole document for anything but UTF-8,
+    // and begins again there.
     bool IsUtf8();
 
     // Each reads a production and leaves the cursor behind it.

@@ -2,9 +2,10 @@
 //
 // Plain is a document that is UTF-8, is XML 1.0 and well-formed with its namespaces, and asks for
 // nothing that only the parser has. It has no DOCTYPE, or one that changes nothing of what is read
-// (doctype.h). What such a document means is beyond doubt. At the first thing that is not plain, at the first error of whatever kind too, the lane
-// gives up and leaves the document to the parser, which loads it from the beginning; so the parser
-// decides, and every refusal and every message is its own.
+// (doctype.h). What such a document means is beyond doubt. At the first thing that is not plain, at
+// the first error of whatever kind too, the lane gives up and leaves the document to the parser,
+// which loads it from the beginning; so the parser decides, and every refusal and every message is
+// its own.
 #ifndef NORVASK_LOAD_PLAIN_FAST_LANE_H
 #define NORVASK_LOAD_PLAIN_FAST_LANE_H
 

@@ -92,23 +92,13 @@ public:
     }
 
 private:
-    bool StartDocument() {
-        if (m_pDoctype == nullptr || !m_pDoctype->IsThere()) {
-            m_pDoctype = nullptr;
-            return m_Sink.StartDocument();
-        }
-        return m_pDoctype->Declare() && m_Sink.StartDocument() &&
-               m_Sink.StartDTD(m_pDoctype->RootName());
-    }
-
     // Room for a small document.
     static const std::size_t FEW = 8;
     // What is kept of names is bounded, so that a document of ever new ones is read in the same
     // memory: names beyond the bounds are made anew each time.
     static const std::size_t MOST_NAMES = 4096;
     static const std::size_t MOST_BYTES = 131072;
-
-    // Of one element in a DTD.
+    // Attributes of one element in a DTD.
     static const std::size_t MOST_DECLARED = 16;
 
     using SPayload = typename Sink::SPayload;
@@ -121,6 +111,15 @@ private:
         SName* name;
         std::size_t declarations;  // that were in force before it
     };
+
+    bool StartDocument() {
+        if (m_pDoctype == nullptr || !m_pDoctype->IsThere()) {
+            m_pDoctype = nullptr;
+            return m_Sink.StartDocument();
+        }
+        return m_pDoctype->Declare() && m_Sink.StartDocument() &&
+               m_Sink.StartDTD(m_pDoctype->RootName());
+    }
 
     // Between many tags there is none.
     bool ReadText() {

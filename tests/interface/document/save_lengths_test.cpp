@@ -1,6 +1,6 @@
-// Names, values and texts of every length, with what must be escaped at every place in them, as they
-// are saved, copied and streamed. Short ones are read and written in pieces of a fixed size, and the
-// output is passed on in pieces, so both kinds of edges are met at every place.
+// Names, values and texts of every length, with what must be escaped at every place in them, as
+// they are saved, copied and streamed. Short ones are read and written in pieces of a fixed size,
+// and the output is passed on in pieces, so both kinds of edges are met at every place.
 #include "support/testing.h"
 
 using namespace norvask_test;
