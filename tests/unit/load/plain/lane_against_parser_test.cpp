@@ -127,6 +127,11 @@ const SRow FOUND[] = {
     // The parser judges a declared namespace even where a tag has another.
     {BehindType("<!ATTLIST b xmlns:q CDATA ''>", "<b xmlns:q='l'/>"), false},
     {BehindType("<!ATTLIST b xmlns:q CDATA 'u'>", "<b xmlns:q='l' q:k=''/>"), false},
+    {BehindType("<!ATTLIST b xmlns CDATA 'http://www.w3.org/2000/xmlns/'>", "<b xmlns='l'/>"),
+     false},
+    {BehindType("<!ATTLIST b xmlns CDATA 'http://www.w3.org/XML/1998/namespace'>",
+                "<b xmlns='l'/>"),
+     false},
     // It normalises values of other types than CDATA further.
     {BehindType("<!ATTLIST b k CDATA 'v' l NMTOKENS ' a  b '>", "<b l='\tc  d'/>"), false},
     {BehindType("<!ATTLIST b k CDATA 'v' l NMTOKENS ' a  b '>", "<b l='c'/>"), true},
