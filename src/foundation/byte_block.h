@@ -1,4 +1,4 @@
-// Internal. SByteBlock: sixteen bytes that are compared at once.
+// Internal. ByteBlock: sixteen bytes that are compared at once.
 //
 // Written with the compilers' vector types rather than with the instructions of one processor: they
 // are compiled for every processor, if need be to plain code. One instruction of x86 is worth an
