@@ -221,6 +221,32 @@ void RunSystematic(const SOptions& options, unsigned process, SShared& shared) {
         ForEachGap(document, compare);
         ForEachByte(document, compare);
     }
+    // Declared types: changed at every place, with one small window in turn; unchanged with each.
+    const auto compareTyped = [&](const std::string& document) {
+        if (judge.IsEnough() || !isMine()) return;
+        judge.Compare(document, {DEFAULT_WINDOW, 1 + number % (document.size() + 2)});
+        if (number % 8 == 0) judge.CompareLoads(document, number * 0x9E3779B97F4A7C15u >> 1);
+    };
+    const auto compareInEach = [&](const std::string& document) {
+        if (judge.IsEnough() || !isMine()) return;
+        std::vector<std::size_t> windows(1, DEFAULT_WINDOW);
+        for (std::size_t window = 1; window <= document.size() + 2; ++window)
+            windows.push_back(window);
+        judge.Compare(document, windows);
+        for (std::uint64_t way = 0; way < 64; ++way)
+            judge.CompareLoads(document, (number * 64 + way) * 0x9E3779B97F4A7C15u >> 1);
+    };
+    for (const std::string& typed : SmallTypedDocuments()) {
+        const auto compareBehind = [&](const std::string& changed) {
+            compareTyped(BehindComment(changed));
+        };
+        ForEachPlaceOfComment(typed, compareInEach);
+        ForEachCut(typed, compareBehind);
+        ForEachGap(typed, compareBehind);
+        ForEachByte(typed, compareBehind);
+    }
+    for (const std::string& document : SmallDocuments())
+        ForEachProlog(document, 40, compare);
     const std::vector<std::size_t> some = {DEFAULT_WINDOW, 1, 100, 5000};
     const auto compareLarge = [&](const std::string& document) {
         if (judge.IsEnough() || !isMine()) return;

@@ -107,6 +107,7 @@ public:
                 accepted = m_Parser.Read(block.Bytes(), block.Length(), m_Trees);
             }
             if (parsed && !IsReadingSame(accepted, window)) return false;
+            if (window != windows.front() && !IsStreamSame(block, window)) return false;
         }
         return true;
     }
@@ -160,14 +161,50 @@ private:
         bool Tells() const noexcept { return taken || threw; }
     };
 
-    void ReadWithLane(const CExactBlock& block, std::size_t window) {
-        m_Counts.readings += 3;
-        m_LaneEvents.Clear();
-        Read(m_Readings[0], [&](SReading&) {
-            CMemoryBytes source(block.Bytes(), block.Length());
-            CEventForwarder forwarder(m_LaneEvents);
+    // The bytes of a block as a file gives them: they have to be read, and read once more.
+    class CStreamBytes final : public CByteSource {
+    public:
+        explicit CStreamBytes(const CExactBlock& block) noexcept
+            : m_Memory(block.Bytes(), block.Length()) {}
+
+        std::size_t Size() const noexcept override { return m_Memory.Size(); }
+        std::size_t Read(char* to, std::size_t room) override { return m_Memory.Read(to, room); }
+        bool IsGood() const noexcept override { return true; }
+        const char* Bytes() const noexcept override { return nullptr; }
+        bool Rewind() noexcept override { return m_Memory.Rewind(); }
+
+    private:
+        CMemoryBytes m_Memory;
+    };
+
+    template <typename Source>
+    void ReadEvents(Source&& source, std::size_t window, SReading& reading, CEventLog& events) {
+        ++m_Counts.readings;
+        events.Clear();
+        Read(reading, [&](SReading&) {
+            CEventForwarder forwarder(events);
             return ReadPlainEvents(source, window, forwarder);
         });
+    }
+    // Where the lane reads from makes no difference, though it learns in another way that all is
+    // UTF-8.
+    bool IsStreamSame(const CExactBlock& block, std::size_t window) {
+        SReading reading;
+        ReadEvents(CStreamBytes(block), window, reading, m_StreamEvents);
+        const SReading& memory = m_Readings[0];
+        if (reading.taken == memory.taken && reading.threw == memory.threw &&
+            reading.bytes == memory.bytes && m_StreamEvents.Bytes() == m_LaneEvents.Bytes())
+            return true;
+        SetDifference(
+            "events from a stream, not as from memory (window " + std::to_string(window) + ")",
+            m_LaneEvents.Bytes(), m_StreamEvents.Bytes());
+        return false;
+    }
+
+    void ReadWithLane(const CExactBlock& block, std::size_t window) {
+        m_Counts.readings += 2;
+        ReadEvents(CMemoryBytes(block.Bytes(), block.Length()), window, m_Readings[0],
+                   m_LaneEvents);
         for (int i = 1; i < 3; ++i) {
             Read(m_Readings[i], [&](SReading& reading) {
                 CMemoryBytes source(block.Bytes(), block.Length());
@@ -269,6 +306,7 @@ private:
 
     CParserRun m_Parser;
     CEventLog m_LaneEvents;
+    CEventLog m_StreamEvents;
     SReading m_Readings[3];
     SBuiltTree m_Trees[2];
     SLaneCounts m_Counts;

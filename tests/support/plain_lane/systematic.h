@@ -52,6 +52,56 @@ inline const std::vector<std::string>& SmallDocuments() {
     return DOCUMENTS;
 }
 
+// Small document types that declare elements and attributes only, each with a root that meets what
+// is declared; some that just miss being plain.
+inline const std::vector<std::string>& SmallTypedDocuments() {
+    static const std::vector<std::string> DOCUMENTS = {
+        "<!DOCTYPE a[]><a/>",
+        "<!DOCTYPE a [<!ELEMENT a ANY>]><a>x</a>",
+        "<!DOCTYPE a [<!ELEMENT a (b|c)*><!ATTLIST b k (v|w) #REQUIRED>]><a><b k='v'/><c/></a>",
+        "<!DOCTYPE a [<!ATTLIST a k CDATA 'v'>]><a><a k='w'/></a>",
+        "<!DOCTYPE p:a [\n<!ATTLIST p:a k CDATA \"v w\">\r\n] ><p:a xmlns:p='u'>t</p:a>",
+        "<!DOCTYPE a [<!-- ]> --><?p ]> ?><!ATTLIST a k CDATA '>' l CDATA \"'\">]><a l=''/>",
+        "<!DOCTYPE a [<!ATTLIST a xmlns CDATA 'u' xmlns:p CDATA 'v'>]><a xmlns='u' xmlns:p='v'/>",
+        "<!DOCTYPE \xC3\xA9 [<!ATTLIST \xC3\xA9 k CDATA '\xE2\x82\xAC'>]><\xC3\xA9/>",
+        "<!DOCTYPE a [<!ATTLIST a k CDATA 'v'><!ATTLIST a k NMTOKENS ' w '>]><a/>",
+        "<!DOCTYPE a [<!ATTLIST a k NMTOKENS 'x'>]><a k='v'><a k=' v'/></a>",
+        "<!DOCTYPE a [<!ATTLIST a k CDATA ' \t\r\nv '>]><a l='1' m='2'/>",
+    };
+    return DOCUMENTS;
+}
+
+// A document type has to be small in proportion before the lane looks at it; a comment in front
+// makes it so, whatever becomes of what follows.
+inline std::string LongComment(std::size_t length) {
+    return "<!--" + std::string(length, 'c') + "-->";
+}
+inline std::string BehindComment(const std::string& typed) {
+    return LongComment(20 * typed.size() + 400) + typed;
+}
+
+// The comment before the type, behind it and behind the root; and a declaration in front.
+template <typename Visit>
+void ForEachPlaceOfComment(const std::string& typed, Visit visit) {
+    const std::string comment = LongComment(20 * typed.size() + 400);
+    const std::size_t root = typed.rfind("]") + typed.substr(typed.rfind("]")).find('>') + 1;
+    visit(comment + typed);
+    visit(typed.substr(0, root) + comment + typed.substr(root));
+    visit(typed + comment);
+    visit("<?xml version='1.0' standalone='yes'?>\n" + typed + comment);
+}
+
+// Small documents behind a prolog of every size up to this, most larger than a small window.
+template <typename Visit>
+void ForEachProlog(const std::string& document, std::size_t longest, Visit visit) {
+    if (document[0] != '<' || document.compare(0, 5, "<?xml") == 0) return;
+    for (std::size_t length = 7; length <= longest; ++length) {
+        visit(LongComment(length - 7) + document);
+        visit("<?p?>" + std::string(length - 5, '\n') + document);
+        visit(std::string(length, ' ') + document);
+    }
+}
+
 // Every beginning.
 template <typename Visit>
 void ForEachCut(const std::string& document, Visit visit) {
