@@ -1,6 +1,11 @@
 // Loads in which an allocation of the library fails, for every one of them: the exception is
 // std::bad_alloc, or the answer is NULL where the document object itself cannot be made; nothing of
 // the document is left, and the next load is none the worse.
+#include <unistd.h>
+
+#include <stdexcept>
+#include <string>
+
 #include "allocation/sample_tree.h"
 #include "allocation/sweep.h"
 #include "support/converters.h"
@@ -94,6 +99,29 @@ TEST(AllocationFailureLoad, FromAFile) {
     const TemporaryFile file(".xml", RichDocument());
     const std::string name = file.Name();
     ExpectEveryFailureTold([&] { return LoadFile(name, KeepPrefixes()); }, "a document");
+}
+
+// It cannot be read twice, which is found out before it is read.
+TEST(AllocationFailureLoad, FromAPipe) {
+    const std::string xml = RichDocument();
+    ExpectEveryFailureTold(
+        [&] {
+            int ends[2];
+            if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+            const ssize_t written = write(ends[1], xml.data(), xml.size());
+            close(ends[1]);
+            const std::string name = "/proc/self/fd/" + std::to_string(ends[0]);
+            try {
+                Document document = LoadFile(name, KeepPrefixes());
+                close(ends[0]);
+                if (written != static_cast<ssize_t>(xml.size())) document.reset();
+                return document;
+            } catch (...) {
+                close(ends[0]);
+                throw;
+            }
+        },
+        "a document");
 }
 
 TEST(AllocationFailureLoad, WithAnInstalledConverter) {
