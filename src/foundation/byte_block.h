@@ -1,4 +1,4 @@
-// Internal. SByteBlock: sixteen bytes that are compared at once.
+// Internal. ByteBlock: sixteen bytes that are compared at once.
 //
 // Written with the compilers' vector types rather than with the instructions of one processor: they
 // are compiled for every processor, if need be to plain code. One instruction of x86 is worth an
@@ -21,9 +21,12 @@ const std::size_t BLOCK_BYTES = 16;
 // Comparisons give 0xFF in each byte for which they hold, and 0 in the others.
 using ByteBlock = std::uint8_t __attribute__((vector_size(16)));
 
+// Wherever it lies. In a type of its own, since not every compiler takes the alignment of an alias.
+struct __attribute__((packed, may_alias)) SUnalignedBlock {
+    ByteBlock block;
+};
 inline ByteBlock LoadBlock(const char* text) noexcept {
-    using Unaligned = std::uint8_t __attribute__((vector_size(16), aligned(1), may_alias));
-    return *reinterpret_cast<const Unaligned*>(text);
+    return reinterpret_cast<const SUnalignedBlock*>(text)->block;
 }
 
 // The highest bits of the bytes: that of the first one in the lowest bit.

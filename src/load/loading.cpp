@@ -52,11 +52,11 @@ public:
         } catch (const XMLException&) {
             return nullptr;  // which the reader will throw once more
         }
-        return m_File->IsRegular() ? &*m_File : nullptr;
+        return m_File->HasSize() ? &*m_File : nullptr;
     }
     // A file that is open is not opened again.
     void Parse(SAX2XMLReader& reader) {
-        if (m_File.has_value() && m_File->IsOpen() && (!m_File->IsRegular() || m_File->Rewind())) {
+        if (m_File.has_value() && m_File->IsOpen() && (!m_File->HasSize() || m_File->Rewind())) {
             reader.parse(*m_File);
         } else {
             reader.parse(m_pFileName);
@@ -220,10 +220,23 @@ void LoadEventsFrom(Source&& source, CXMLSaxHandler& client, const SLoadOptions&
     CEventForwarder forwarder(client);
     bool isPlain = false;
     Translated(source, [&] { isPlain = TryPlainEvents(bytes, forwarder, options); });
-    if (!isPlain) {
-        CParserToClient handler(forwarder);
-        handler.SetLink(&scope.Link());
+    if (isPlain) {
+        return;
+    }
+    // A file can be changed in place, by a callback too: then the parser may never come to the
+    // callbacks that were made. What one of them threw is not lost, and a document of which only
+    // the beginning was told does not pass for a whole one.
+    CParserToClient handler(forwarder);
+    handler.SetLink(&scope.Link());
+    try {
         Parse(source, handler, options, &scope.Link());
+    } catch (...) {
+        Translated(source, [&] { forwarder.ThrowAgain(); });
+        throw;
+    }
+    Translated(source, [&] { forwarder.ThrowAgain(); });
+    if (forwarder.IsRepeated()) {
+        source.ThrowFailed("the document was changed while it was loaded");
     }
 }
 

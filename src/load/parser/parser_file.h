@@ -3,6 +3,8 @@
 //
 // A name goes the parser's own way to a file, so that the same names open and messages show the
 // same one. What is read again is the file that was opened, whatever became of its name meanwhile.
+// A small file is held as a whole, since the parser would not see either what becomes of its
+// content while it is loaded: a program may read its settings and write them in a callback.
 #ifndef NORVASK_LOAD_PARSER_PARSER_FILE_H
 #define NORVASK_LOAD_PARSER_PARSER_FILE_H
 
@@ -23,8 +25,8 @@ public:
     explicit CParserFile(const char* fileName);
 
     bool IsOpen() const noexcept { return m_pStream != nullptr; }
-    // Whether it can be read twice.
-    bool IsRegular() const noexcept { return m_nSize != 0; }
+    // Whether it can be read twice: what has a size can.
+    bool HasSize() const noexcept { return m_nSize != 0; }
 
     // For the parser: a view of the open file, which it reads on from where it is.
     xercesc::BinInputStream* makeStream() const override;
@@ -32,13 +34,18 @@ public:
     std::size_t Size() const noexcept override { return m_nSize; }
     std::size_t Read(char* to, std::size_t room) override;
     bool IsGood() const noexcept override { return m_bIsGood; }
-    const char* Bytes() const noexcept override { return nullptr; }
+    const char* Bytes() const noexcept override { return m_pWhole.get(); }
     bool Rewind() noexcept override;
 
 private:
+    void Hold();
+    std::size_t ReadStream(char* to, std::size_t room);
+
     const std::unique_ptr<xercesc::BinInputStream> m_pStream;  // NULL if it could not be opened
     std::size_t m_nSize;                                       // 0 if it is not known
     bool m_bIsGood;
+    std::unique_ptr<char[]> m_pWhole;  // NULL for a file that is read
+    std::size_t m_nRead;               // of the whole
 };
 
 }  // namespace norvask

@@ -36,7 +36,10 @@ bool CContent::SkipS() {
 bool CContent::ReadMisc() {
     for (;;) {
         m_Window.BeginToken();
-        ReadS();
+        while (IsByte(m_Window.Peek(), BYTE_SPACE)) {
+            m_Window.GoTo(EndOfKind(m_Window.At(), BYTE_SPACE));
+            m_Window.BeginToken();
+        }
         const bool isPI = IsNext("<?", 2);
         if (!isPI && !IsNext("<!--", 4)) {
             return true;
@@ -80,6 +83,7 @@ bool CContent::ReadCharsUpTo(char stop) {
             ++at;
         }
         m_Window.GoTo(at);
+        m_Window.BeginToken();
         if (*at == stop) {
             return true;
         }

@@ -1,8 +1,9 @@
 // Internal. CDoctype: a document type declaration that leaves the document behind it plain.
 //
-// That is one with an internal subset of element and attribute list declarations and nothing else:
-// no entities, no parameter entities, nothing that would have to be fetched. It is read here only
-// as far as needed to find its end; the parser reads it too, and tells what it declares.
+// That is one with an internal subset of element and attribute list declarations, comments and
+// processing instructions, and nothing else: no entities, no parameter entities, nothing that would
+// have to be fetched. It is read here only as far as needed to find its end; the parser reads it
+// too, and tells what it declares.
 #ifndef NORVASK_LOAD_PLAIN_DOCTYPE_H
 #define NORVASK_LOAD_PLAIN_DOCTYPE_H
 

@@ -23,8 +23,8 @@ const std::size_t PLAIN_WINDOW = 65536;
 
 // Return whether the document was read to its end; if not, the receiver was told a beginning of it,
 // events only as the parser will tell them too. Where there was no memory for the document, which
-// is no failure of a load, it counts as read. A document with a DOCTYPE is not plain where it would
-// be validated by it. Throw what the receiver throws, and std::bad_alloc.
+// is no failure of a load, it counts as read, whatever stands in it. A document with a DOCTYPE is
+// not plain where it would be validated by it. Throw what the receiver throws, and std::bad_alloc.
 bool ReadPlainTree(CByteSource& source, std::size_t window, bool keepPrefixes,
                    CTreeBuilder& builder, bool takesDoctype = true);
 bool ReadPlainEvents(CByteSource& source, std::size_t window, CEventForwarder& forwarder,

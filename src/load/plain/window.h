@@ -90,7 +90,8 @@ public:
         return static_cast<std::size_t>(at - m_pToken);
     }
 
-    // Adds characters to the text that lie behind it and in front of the cursor.
+    // Adds characters to the text that lie behind it and were read. The token must begin anew
+    // before more is read.
     void AddText(const char* characters, std::size_t length) noexcept {
         if (m_nText == 0) {
             m_pText = const_cast<char*>(characters);

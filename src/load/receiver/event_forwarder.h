@@ -45,10 +45,16 @@ public:
             return false;
         }
         ++m_nTold;
-        if (m_nTold == m_nRepeated && m_Thrown != nullptr) {
-            std::rethrow_exception(m_Thrown);
+        if (m_nTold == m_nRepeated) {
+            ThrowAgain();
         }
         return true;
+    }
+    // Throws the exception that waits for its callback, if there is one.
+    void ThrowAgain() {
+        if (m_Thrown != nullptr) {
+            std::rethrow_exception(std::exchange(m_Thrown, nullptr));
+        }
     }
 
     void StartDocument() { Told().StartDocument(); }

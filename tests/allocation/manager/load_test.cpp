@@ -1,6 +1,10 @@
 // Loads in which an allocation of the library fails, for every one of them: the exception is
 // std::bad_alloc, or the answer is NULL where the document object itself cannot be made; nothing of
 // the document is left, and the next load is none the worse.
+#include <unistd.h>
+
+#include <string>
+
 #include "allocation/sample_tree.h"
 #include "allocation/sweep.h"
 #include "support/converters.h"
@@ -94,6 +98,26 @@ TEST(AllocationFailureLoad, FromAFile) {
     const TemporaryFile file(".xml", RichDocument());
     const std::string name = file.Name();
     ExpectEveryFailureTold([&] { return LoadFile(name, KeepPrefixes()); }, "a document");
+}
+
+// It cannot be read twice. The parser's file source tells that by an exception, which needs memory,
+// too.
+TEST(AllocationFailureLoad, FromAPipeWhoeverAllocates) {
+    const std::string xml = "<r><a k='v'>text</a></r>";
+    bool isOver = false;
+    for (long n = 1; !isOver; ++n) {
+        SCOPED_TRACE("allocation " + std::to_string(n));
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        ASSERT_EQ(write(ends[1], xml.data(), xml.size()), static_cast<ssize_t>(xml.size()));
+        close(ends[1]);
+        const std::string name = "/proc/self/fd/" + std::to_string(ends[0]);
+        const SAttempt attempt =
+            Attempt([&] { LoadFile(name); }, n, Failing::One, Callers::Everything);
+        close(ends[0]);
+        EXPECT_TRUE(!attempt.thrown || attempt.known) << attempt.told;
+        isOver = !attempt.refused || ::testing::Test::HasFailure();
+    }
 }
 
 TEST(AllocationFailureLoad, WithAnInstalledConverter) {
