@@ -137,6 +137,12 @@ const SRow FOUND[] = {
     {BehindType("<!ATTLIST b k CDATA 'v' l NMTOKENS ' a  b '>", "<b l='c'/>"), true},
     // A declared name that is one to the parser only.
     {BehindType("<!ATTLIST a \xF0\xA0\x80\x80 CDATA 'v'>", "<a/>"), false},
+    // What was told is left out the second time: layout only where it is in a section. The parser
+    // accepts what the lane leaves, and tells more.
+    {"<a> \n<b/>\n<c> </c>x<d xmlns:xml='http://www.w3.org/XML/1998/namespace'>y</d>z</a>", false},
+    {"<a><![CDATA[ ]]><b/><![CDATA[\n]]><![CDATA[]]>x<d "
+     "xmlns:xml='http://www.w3.org/XML/1998/namespace'>y</d>z</a>",
+     false},
     // Characters of names at the end of what was read, whatever the size of the window.
     {"<\xC3\xA9 \xE4\xB8\xAD='\xF0\x9F\x98\x80'><\xC3\xA9>", false},
     {"<\xD0\x96 xmlns:\xC3\xA9='urn:a'  \xC3\xA9:entry =\"\" \n\t\r\n \xC3\xA9", false},
