@@ -1,5 +1,5 @@
-// A document of any size is read in the same memory, whatever it repeats. The window asks its source
-// for as much as it has room for, so a window that grows is seen there.
+// A document of any size is read in the same memory, whatever it repeats. The window asks its
+// source for as much as it has room for, so a window that grows is seen there.
 #include "load/plain/window.h"
 
 #include <gtest/gtest.h>
