@@ -104,7 +104,8 @@ inline constexpr View DEFAULTS[] = {
     "#FIXED 'f'"sv, "''"sv, "'u'"sv, "'a'"sv, "'\xC3\xA9'"sv, "'>'"sv, "\"'\""sv, "' '"sv, "']>'"sv,
     "'urn:a'"sv, "'http://www.w3.org/2000/xmlns/'"sv};
 inline constexpr View DECLARED_NAMES[] = {
-    "xmlns"sv, "xmlns"sv, "xmlns:p"sv, "xmlns:q"sv, "xml:lang"sv, "xml:space"sv, "p:k"sv, "q:a"sv, "n1"sv,
+    "xmlns"sv, "xmlns"sv, "xmlns:p"sv, "xmlns:q"sv, "xml:lang"sv, "xml:space"sv, "p:k"sv, "q:a"sv,
+    "n1"sv,
     "\xC3\xA9"sv};
 inline constexpr View SUBSET_MISC[] = {
     "<!-- c -->"sv, "<!-- ] > ' -->"sv, "<?p i?>"sv, "<?p ]> ' ?>"sv, " "sv, "\n"sv, "\r\n"sv};
