@@ -2,6 +2,7 @@
 // they are saved, copied and streamed. Short ones are read and written in pieces of a fixed size,
 // and the output is passed on in pieces, so both kinds of edges are met at every place.
 #include "support/testing.h"
+#include "support/unicode.h"
 
 using namespace norvask_test;
 
@@ -16,35 +17,6 @@ std::string Letters(std::size_t length) {
         text += static_cast<char>('a' + i % 26);
     }
     return text;
-}
-
-std::string Escaped(const std::string& text) {
-    std::string escaped;
-    for (const char c : text) {
-        switch (c) {
-            case '<':
-                escaped += "&#x3c;";
-                break;
-            case '>':
-                escaped += "&#x3e;";
-                break;
-            case '&':
-                escaped += "&#x26;";
-                break;
-            case '\'':
-                escaped += "&#x27;";
-                break;
-            case '"':
-                escaped += "&#x22;";
-                break;
-            case '\x01':
-                break;
-            default:
-                escaped += c;
-                break;
-        }
-    }
-    return escaped;
 }
 
 struct SItem {

@@ -1,7 +1,7 @@
 // The parser's reading of very many documents: what it tells callbacks and builds as trees, all of
 // it in one run, with one reader for all documents.
 //
-// It is set up as a load sets it up (load/load.cpp). A refused document has no message here; for
+// It is set up as a load sets it up (load/loading.cpp). A refused document has no message here; for
 // messages there are real loads (outcome.h), which also show now and then that this is the same.
 #ifndef NORVASK_TESTS_SUPPORT_PLAIN_LANE_PARSER_RUN_H
 #define NORVASK_TESTS_SUPPORT_PLAIN_LANE_PARSER_RUN_H
