@@ -84,10 +84,10 @@ read -r -d '' RULES <<'END' || true
     BEGIN {
         split("foundation tree write load clients", order, " ")
         for (i in order) rank[order[i]] = i
-        split("foundation convert.h exception.h export.h wide_char_to_string.h " \
+        split("foundation convert.h error.h exception.h export.h wide_char_to_string.h " \
               "tree attribut.h bin_node.h document.h node.h text_node.h " \
               "write sax_writer.h " \
-              "load manager.h sax_attribut.h sax_handler.h", words, " ")
+              "load load.h manager.h sax_attribut.h sax_handler.h", words, " ")
         for (i = 1; i in words; ++i)
             if (words[i] in rank) folder = words[i]
             else home[words[i]] = folder

@@ -9,17 +9,25 @@
 #ifndef NORVASK_CONVENIENCE_DOCUMENT_H
 #define NORVASK_CONVENIENCE_DOCUMENT_H
 
+#include <cerrno>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <ios>
+#include <istream>
 #include <memory>
 #include <new>
 #include <ostream>
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "norvask/document.h"
+#include "norvask/load.h"
 #include "norvask/manager.h"
 #include "norvask/sax_handler.h"
 
@@ -36,17 +44,28 @@ struct SXMLDelete {
 /// the loop begins.
 using CXMLDocumentPtr = std::unique_ptr<CXMLDocument, SXMLDelete>;
 
-/// How to load: the parameters of CXMLManager::LoadDocument by name, see there. Set the fields, or
-/// chain the operations, each of which answers changed options:
+/// How to load. Set the fields, or chain the operations, each of which returns changed options:
 ///
 ///     XMLLoadFile("a.xml", SXMLLoadOptions().KeepPrefixes().ValidateBySchema("a.xsd"))
+///     XMLLoadText(upload, SXMLLoadOptions().Untrusted())
 struct SXMLLoadOptions {
-    /// As the parameter of CXMLManager::LoadDocument.
+    /// As the parameters of CXMLManager::LoadDocument, but for the location of a schema, which is
+    /// as in SXMLLoadSettings (load.h).
     bool validate = false;
     bool doSchema = false;
     std::string schemaLocation = {};  ///< Empty: none.
     bool schemaHasNamespace = false;
     bool keepPrefixes = false;
+
+    /// As in SXMLLoadSettings; namespace and location of each schema.
+    std::vector<std::pair<std::string, std::string>> schemas = {};
+    bool requireGrammar = false;
+    unsigned int problemLimit = 1;
+    bool isUntrusted = false;
+    SXMLUntrusted limits = {};  ///< If isUntrusted.
+    std::function<bool(std::uint64_t read, std::uint64_t total)> progress = {};  ///< Or empty.
+    std::function<bool()> goesOn = {};  ///< See Stop; or empty.
+    std::string name = {};              ///< Empty: that of the source.
 
     /// Names with their prefix, and namespace declarations as attributes.
     [[nodiscard]] SXMLLoadOptions KeepPrefixes() const {
@@ -63,7 +82,9 @@ struct SXMLLoadOptions {
     }
 
     /// By XML Schema: by those that the document names, or by this one as well. For elements in a
-    /// namespace `hasNamespace` is true and `location` a list of pairs, "urn:books books.xsd".
+    /// namespace `hasNamespace` is true and `location` a list of pairs, "urn:books books.xsd". A
+    /// location is a path, relative to the working directory, or a URL. One that cannot be read is
+    /// an error.
     [[nodiscard]] SXMLLoadOptions ValidateBySchema(const std::string& location = std::string(),
                                                    bool hasNamespace = false) const {
         SXMLLoadOptions changed(*this);
@@ -77,6 +98,75 @@ struct SXMLLoadOptions {
     [[nodiscard]] SXMLLoadOptions ValidateBySchema(const char* location,
                                                    bool hasNamespace = false) const {
         return ValidateBySchema(std::string(location == nullptr ? "" : location), hasNamespace);
+    }
+
+    /// One more schema: for the elements of this namespace, "" for those in none. Its location may
+    /// hold blanks.
+    [[nodiscard]] SXMLLoadOptions Schema(const std::string& uri,
+                                         const std::string& location) const {
+        SXMLLoadOptions changed(*this);
+        changed.validate = true;
+        changed.doSchema = true;
+        changed.schemas.emplace_back(uri, location);
+        return changed;
+    }
+
+    /// A document that is not validated by any grammar is an error, instead of valid. It validates:
+    /// by the document's DTD, unless a schema is asked for as well.
+    [[nodiscard]] SXMLLoadOptions RequireGrammar() const {
+        SXMLLoadOptions changed(*this);
+        changed.validate = true;
+        changed.requireGrammar = true;
+        return changed;
+    }
+
+    /// Validity errors do not end the load; all of them are thrown together at its end, or when
+    /// there are so many. 0 is no limit.
+    [[nodiscard]] SXMLLoadOptions CollectProblems(unsigned int limit = 100) const {
+        SXMLLoadOptions changed(*this);
+        changed.problemLimit = limit;
+        return changed;
+    }
+
+    /// The document is a stranger's: it has limits, may not have a document type declaration, and
+    /// names no schemas (SXMLUntrusted, load.h).
+    [[nodiscard]] SXMLLoadOptions Untrusted(const SXMLUntrusted& of = SXMLUntrusted()) const {
+        SXMLLoadOptions changed(*this);
+        changed.isUntrusted = true;
+        changed.limits = of;
+        return changed;
+    }
+
+    /// Calls `callback(read, total)` as the document is read, see SXMLLoadSettings::progress. It
+    /// may return false to end the load, or nothing.
+    template <typename Callback>
+    [[nodiscard]] SXMLLoadOptions Progress(Callback callback) const {
+        SXMLLoadOptions changed(*this);
+        if constexpr (std::is_void_v<
+                          std::invoke_result_t<Callback&, std::uint64_t, std::uint64_t>>) {
+            changed.progress = [callback](std::uint64_t read, std::uint64_t total) mutable {
+                callback(read, total);
+                return true;
+            };
+        } else {
+            changed.progress = std::move(callback);
+        }
+        return changed;
+    }
+
+    /// Asks `callback()` as often as progress is told. When it returns false the load ends with
+    /// CXMLError (9, message 3, "stopped by the program"): for a button, or a deadline.
+    [[nodiscard]] SXMLLoadOptions Stop(std::function<bool()> callback) const {
+        SXMLLoadOptions changed(*this);
+        changed.goesOn = std::move(callback);
+        return changed;
+    }
+
+    /// What errors call a document that is no file, and what relative names in it refer to.
+    [[nodiscard]] SXMLLoadOptions Name(const std::string& of) const {
+        SXMLLoadOptions changed(*this);
+        changed.name = of;
+        return changed;
     }
 };
 
@@ -92,22 +182,111 @@ inline CXMLDocumentPtr Own(CXMLDocument* document) {
     return CXMLDocumentPtr(document);
 }
 
-inline const char* SchemaLocation(const SXMLLoadOptions& options) {
-    return options.schemaLocation.empty() ? nullptr : options.schemaLocation.c_str();
+// Progress and being stopped, as one function of the settings.
+inline bool TellProgress(void* context, std::uint64_t read, std::uint64_t total) {
+    const SXMLLoadOptions& options = *static_cast<const SXMLLoadOptions*>(context);
+    return (!options.progress || options.progress(read, total)) &&
+           (!options.goesOn || options.goesOn());
 }
 
-// A text as the loads take it, which only read it. They count its bytes in an unsigned int and
-// refuse an empty one; a longer one than they can count is handed over as that.
-struct SBytes {
-    explicit SBytes(std::string_view text) {
-        if (text.size() <= UINT_MAX) {
-            data = reinterpret_cast<unsigned char*>(const_cast<char*>(text.data()));
-            length = static_cast<unsigned int>(text.size());
+// Options as the library takes them. They show those, which must stay where they are.
+class CSettings {
+public:
+    CSettings(const SXMLLoadOptions& options, SXMLSource& source) {
+        m_Settings.validate = options.validate;
+        m_Settings.doSchema = options.doSchema;
+        m_Settings.schemaHasNamespace = options.schemaHasNamespace;
+        m_Settings.keepPrefixes = options.keepPrefixes;
+        if (!options.schemaLocation.empty()) {
+            m_Settings.schemaLocation = options.schemaLocation.c_str();
         }
+        for (const auto& schema : options.schemas) {
+            m_Schemas.push_back({schema.first.c_str(), schema.second.c_str()});
+        }
+        m_Settings.schemas = m_Schemas.data();
+        m_Settings.schemaCount = m_Schemas.size();
+        m_Settings.requireGrammar = options.requireGrammar;
+        m_Settings.problemLimit = options.problemLimit;
+        if (options.isUntrusted) m_Settings.untrusted = &options.limits;
+        if (options.progress || options.goesOn) {
+            m_Settings.progress = TellProgress;
+            m_Settings.progressContext = const_cast<SXMLLoadOptions*>(&options);
+        }
+        if (!options.name.empty()) source.name = options.name.c_str();
     }
-    unsigned char* data = nullptr;
-    unsigned int length = 0;
+    CSettings(const CSettings&) = delete;
+    CSettings& operator=(const CSettings&) = delete;
+
+    const SXMLLoadSettings& Get() const { return m_Settings; }
+
+private:
+    SXMLLoadSettings m_Settings;
+    std::vector<SXMLSchemaName> m_Schemas;
 };
+
+inline CXMLDocumentPtr Load(SXMLSource source, const SXMLLoadOptions& options) {
+    return Own(XMLLoad(source, CSettings(options, source).Get()));
+}
+inline void Load(SXMLSource source, const SXMLLoadOptions& options, CXMLSaxHandler& handler) {
+    XMLLoad(source, CSettings(options, source).Get(), handler);
+}
+
+inline SXMLSource FileNamed(const char* name) {
+    SXMLSource source;
+    source.fileName = name;
+    return source;
+}
+
+// Paths as std::filesystem has them, which this header need not include.
+template <typename Path>
+using IfPath = std::enable_if_t<
+    std::is_same_v<decltype(std::declval<const Path&>().native()), const std::string&>, int>;
+inline SXMLSource FileAt(const char* path) {
+    SXMLSource source;
+    source.path = path;
+    return source;
+}
+
+// The library counts the bytes of a text in more than the plain loads do, which cannot take one of
+// 4 GiB or more; it is the same here.
+inline SXMLSource Bytes(std::string_view text) {
+    SXMLSource source;
+    const std::uint64_t size = text.size();
+    source.bytes = size <= UINT_MAX ? text.data() : nullptr;
+    source.length = text.size();
+    return source;
+}
+
+inline std::ptrdiff_t ReadStream(void* context, char* to, std::size_t room) {
+    std::istream& stream = *static_cast<std::istream*>(context);
+    stream.read(to, static_cast<std::streamsize>(room));
+    const std::streamsize count = stream.gcount();
+    const bool failed = stream.bad() || (count == 0 && !stream.eof());
+    return failed ? -EIO : static_cast<std::ptrdiff_t>(count);
+}
+inline SXMLSource Stream(std::istream& stream) {
+    SXMLSource source;
+    source.read = ReadStream;
+    source.readContext = &stream;
+    return source;
+}
+
+inline std::ptrdiff_t ReadFunction(void* context, char* to, std::size_t room) {
+    return (*static_cast<const std::function<std::ptrdiff_t(char*, std::size_t)>*>(context))(to,
+                                                                                             room);
+}
+inline SXMLSource Function(const std::function<std::ptrdiff_t(char*, std::size_t)>& read) {
+    SXMLSource source;
+    if (read) source.read = ReadFunction;
+    source.readContext = const_cast<std::function<std::ptrdiff_t(char*, std::size_t)>*>(&read);
+    return source;
+}
+
+inline SXMLSource Descriptor(int descriptor) {
+    SXMLSource source;
+    source.descriptor = descriptor;
+    return source;
+}
 
 // Appends to a string. Growing it may throw.
 class CStringBuffer : public std::streambuf {
@@ -159,61 +338,95 @@ inline CXMLDocumentPtr XMLClone(CXMLDocument& document) {
 /// Loads a file, or what the parser's URLs name.
 inline CXMLDocumentPtr XMLLoadFile(const char* fileName,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
-    return convenience_inside::Own(CXMLManager::GetInstance().LoadDocument(
-        fileName, options.validate, options.doSchema, convenience_inside::SchemaLocation(options),
-        options.schemaHasNamespace, options.keepPrefixes));
+    return convenience_inside::Load(convenience_inside::FileNamed(fileName), options);
 }
 inline CXMLDocumentPtr XMLLoadFile(const std::string& fileName,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
     return XMLLoadFile(fileName.c_str(), options);
 }
+/// Loads a file that a std::filesystem::path names, whatever characters that is made of: never a
+/// URL.
+template <typename Path, convenience_inside::IfPath<Path> = 0>
+CXMLDocumentPtr XMLLoadFile(const Path& path, const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    return convenience_inside::Load(convenience_inside::FileAt(path.native().c_str()), options);
+}
 
 /// Loads the document that `text` holds, in the encoding that its declaration names, else UTF-8.
-/// The text is not copied and only read. An empty one, and one of 4 GiB or more, throws
-/// CXMLException (1, "invalid parameter"): such a document can be loaded from a file only.
+/// The text is not copied and only read. An empty one, and one of 4 GiB or more, throws CXMLError
+/// (1, "invalid parameter"): such a document can be loaded from a file only.
 inline CXMLDocumentPtr XMLLoadText(std::string_view text,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
-    const convenience_inside::SBytes bytes(text);
-    return convenience_inside::Own(CXMLManager::GetInstance().LoadDocument(
-        bytes.data, bytes.length, options.validate, options.doSchema,
-        convenience_inside::SchemaLocation(options), options.schemaHasNamespace,
-        options.keepPrefixes));
+    return convenience_inside::Load(convenience_inside::Bytes(text), options);
 }
 /// The same for a terminated string; NULL is an empty one.
 inline CXMLDocumentPtr XMLLoadText(const char* text,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
     return XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), options);
 }
+
+/// Loads what a stream has from where it is, to its end. A stream that fails is CXMLError (1,
+/// "Error loading 'Stream':..."); one that throws, throws.
+inline CXMLDocumentPtr XMLLoadStream(std::istream& stream,
+                                     const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    return convenience_inside::Load(convenience_inside::Stream(stream), options);
+}
+
+/// Loads what an open file, pipe or socket has from where it is, to its end. It stays open.
+inline CXMLDocumentPtr XMLLoadDescriptor(int descriptor,
+                                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    return convenience_inside::Load(convenience_inside::Descriptor(descriptor), options);
+}
+
+/// Loads what a function reads: see SXMLSource::read (load.h).
+inline CXMLDocumentPtr XMLLoadReader(
+    const std::function<std::ptrdiff_t(char* to, std::size_t room)>& read,
+    const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    return convenience_inside::Load(convenience_inside::Function(read), options);
+}
 /// @}
 
 /// @name Documents as callbacks to `handler`
-/// keepPrefixes has no effect.
+/// From the same sources. keepPrefixes has no effect. Source offsets (CXMLManager) are tracked as
+/// in the plain loads.
 /// @{
 
 /// Loads a file as callbacks to `handler`.
 inline void XMLLoadFile(const char* fileName, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
-    CXMLManager::GetInstance().LoadDocument(fileName, &handler, options.validate, options.doSchema,
-                                            convenience_inside::SchemaLocation(options),
-                                            options.schemaHasNamespace, options.keepPrefixes);
+    convenience_inside::Load(convenience_inside::FileNamed(fileName), options, handler);
 }
 inline void XMLLoadFile(const std::string& fileName, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
     XMLLoadFile(fileName.c_str(), handler, options);
 }
+template <typename Path, convenience_inside::IfPath<Path> = 0>
+void XMLLoadFile(const Path& path, CXMLSaxHandler& handler,
+                 const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    convenience_inside::Load(convenience_inside::FileAt(path.native().c_str()), options, handler);
+}
 
 /// The text must stay as it is until the load has ended.
 inline void XMLLoadText(std::string_view text, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
-    const convenience_inside::SBytes bytes(text);
-    CXMLManager::GetInstance().LoadDocument(bytes.data, bytes.length, &handler, options.validate,
-                                            options.doSchema,
-                                            convenience_inside::SchemaLocation(options),
-                                            options.schemaHasNamespace, options.keepPrefixes);
+    convenience_inside::Load(convenience_inside::Bytes(text), options, handler);
 }
 inline void XMLLoadText(const char* text, CXMLSaxHandler& handler,
                         const SXMLLoadOptions& options = SXMLLoadOptions()) {
     XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), handler, options);
+}
+
+inline void XMLLoadStream(std::istream& stream, CXMLSaxHandler& handler,
+                          const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    convenience_inside::Load(convenience_inside::Stream(stream), options, handler);
+}
+inline void XMLLoadDescriptor(int descriptor, CXMLSaxHandler& handler,
+                              const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    convenience_inside::Load(convenience_inside::Descriptor(descriptor), options, handler);
+}
+inline void XMLLoadReader(const std::function<std::ptrdiff_t(char* to, std::size_t room)>& read,
+                          CXMLSaxHandler& handler,
+                          const SXMLLoadOptions& options = SXMLLoadOptions()) {
+    convenience_inside::Load(convenience_inside::Function(read), options, handler);
 }
 /// @}
 

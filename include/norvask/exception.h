@@ -27,6 +27,9 @@
 ///      6    9     "Wrong XML format"                     text child cannot be set
 ///      7   14     "Error during conversion."             date or time out of range
 ///      8    9     "Wrong XML format"                     writer: document ended, elements open
+///      9    3     "Load error:\nFile: '%s'  Line '%s':\n\n'%s'"
+///                 a document beyond the limits for strangers, or a load that the program stopped
+///                 (load.h)
 ///
 /// The message table has one more text, 10 "Invalid character in string '%s'.". Nothing raises it;
 /// it keeps its place so that the numbers of the others stay what they are.
@@ -84,6 +87,14 @@ public:
     virtual int GetID();
 
 private:
+    friend class CXMLError;
+
+    /// Shares the text of another, as assignment does.
+    struct SShared {
+        const CXMLException& other;
+    };
+    explicit CXMLException(const SShared& text) noexcept;
+
     char* m_pMessage;
     int m_nID;
 };

@@ -106,6 +106,11 @@ CXMLException::CXMLException(int id, unsigned int number, const char* arg1, cons
 CXMLException::CXMLException(CXMLException& other)
     : m_pMessage(NewText(other.m_pMessage)), m_nID(other.m_nID) {}
 
+CXMLException::CXMLException(const SShared& text) noexcept
+    : m_pMessage(text.other.m_pMessage), m_nID(text.other.m_nID) {
+    CountOf(m_pMessage)->fetch_add(1, std::memory_order_relaxed);
+}
+
 CXMLException& CXMLException::operator=(const CXMLException& other) noexcept {
     CountOf(other.m_pMessage)->fetch_add(1, std::memory_order_relaxed);
     ReleaseText(m_pMessage);

@@ -4,8 +4,6 @@
 
 #include <exception>
 #include <memory>
-#include <optional>
-#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLValidityCodes.hpp>
 #include <xercesc/internal/EndOfEntityException.hpp>
@@ -16,17 +14,17 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
-#include "foundation/errors.h"
 #include "foundation/parser_state.h"
 #include "foundation/parser_text.h"
+#include "load/parser/document_source.h"
 #include "load/parser/dom_string.h"
 #include "load/parser/error_handler.h"
-#include "load/parser/parser_file.h"
 #include "load/parser/parser_to_client.h"
 #include "load/parser/parser_to_tree.h"
 #include "load/parser/reader_link.h"
 #include "load/receiver/event_forwarder.h"
 #include "load/receiver/tree_builder.h"
+#include "load/watched_load.h"
 #include "norvask/exception.h"
 
 namespace norvask {
@@ -36,71 +34,25 @@ using xercesc::SAX2XMLReader;
 using xercesc::XMLException;
 using xercesc::XMLUni;
 
-// Where a document comes from: its bytes for the fast lane, how the reader is set going, and how
-// the parser's own exceptions are told.
-class CFileSource {
-public:
-    explicit CFileSource(const char* fileName) noexcept : m_pFileName(fileName) {}
-
-    // NULL for what the lane cannot read, or not twice.
-    CByteSource* Bytes() {
-        if (!CParserFile::IsFileName(m_pFileName)) {
-            return nullptr;
-        }
-        try {
-            m_File.emplace(m_pFileName);
-        } catch (const XMLException&) {
-            return nullptr;  // which the reader will throw once more
-        }
-        return m_File->HasSize() ? &*m_File : nullptr;
-    }
-    // A file that is open is not opened again.
-    void Parse(SAX2XMLReader& reader) {
-        if (m_File.has_value() && m_File->IsOpen() && (!m_File->HasSize() || m_File->Rewind())) {
-            reader.parse(*m_File);
-        } else {
-            reader.parse(m_pFileName);
-        }
-    }
-    [[noreturn]] void ThrowFailed(const char* parserMessage) const {
-        ThrowFileLoadFailed(m_pFileName, parserMessage);
-    }
-
-private:
-    const char* m_pFileName;
-    std::optional<CParserFile> m_File;
-};
-
-class CMemorySource {
-public:
-    CMemorySource(const unsigned char* buffer, unsigned int length) noexcept
-        : m_pBuffer(buffer), m_nLength(length), m_Bytes(buffer, length) {}
-
-    CByteSource* Bytes() noexcept { return &m_Bytes; }
-    void Parse(SAX2XMLReader& reader) {
-        xercesc::MemBufInputSource source(m_pBuffer, m_nLength, "Memfile");
-        // The caller keeps the buffer alive, so the parser can read it where it lies.
-        source.setCopyBufToStream(false);
-        reader.parse(source);
-    }
-    [[noreturn]] void ThrowFailed(const char* parserMessage) const {
-        ThrowMemoryLoadFailed(parserMessage);
-    }
-
-private:
-    const unsigned char* m_pBuffer;
-    unsigned int m_nLength;
-    CMemoryBytes m_Bytes;
-};
+bool IsForParser(const SLoadOptions& options) noexcept {
+    return options.watched != nullptr ? options.watched->IsForParser()
+                                      : options.validate && options.schemaLocation != nullptr;
+}
 
 // The bytes of a document that the fast lane may try; NULL for a load that is the parser's.
-template <typename Source>
-CByteSource* BytesForLane(Source& source, const SLoadOptions& options) {
+CByteSource* BytesForLane(CDocumentSource& source, const SLoadOptions& options) {
     const bool isTried = NORVASK_FAST_LANE != 0 && options.fastLane && LocalEncodingIsUtf8() &&
                          CDOMString::IsOwnInForce() && !options.calculateSourceOffsets &&
-                         !(options.validate && options.schemaLocation != nullptr) &&
-                         !xercesc::XMLPlatformUtils::isNELRecognized();
+                         !IsForParser(options) && !xercesc::XMLPlatformUtils::isNELRecognized();
     return isTried ? source.Bytes() : nullptr;
+}
+
+// Whether the lane may take a document with a DOCTYPE, and who watches.
+bool TakesDoctype(const SLoadOptions& options) noexcept {
+    return options.watched != nullptr ? options.watched->TakesDoctype() : !options.validate;
+}
+CWatch* WatchOf(const SLoadOptions& options) noexcept {
+    return options.watched != nullptr ? &options.watched->Watch() : nullptr;
 }
 
 void Tell(const SLoadOptions& options, ELane lane) noexcept {
@@ -109,16 +61,32 @@ void Tell(const SLoadOptions& options, ELane lane) noexcept {
     }
 }
 
+// An exception of the parser's own ends the load with this text.
+void Fail(const CDocumentSource& source, const SLoadOptions& options, const XMLCh* message) {
+    CDOMString narrow(message);
+    if (options.watched != nullptr) {
+        options.watched->AddParserException(narrow.GetString());
+        throw SLoadEnd();
+    }
+    source.ThrowFailed(narrow.GetString());
+}
+
 // Reads a document, and translates what is thrown.
-template <typename Source, typename Read>
-void Translated(const Source& source, Read read) {
+template <typename Read>
+void Translated(const CDocumentSource& source, const SLoadOptions& options, Read read) {
     try {
         read();
     } catch (const XMLException& exception) {
-        source.ThrowFailed(CDOMString(exception.getMessage()).GetString());
+        Fail(source, options, exception.getMessage());
     } catch (const xercesc::SAXParseException& exception) {
-        source.ThrowFailed(CDOMString(exception.getMessage()).GetString());
+        Fail(source, options, exception.getMessage());
+    } catch (const SReadFailure& failure) {
+        options.watched->AddReadFailure(failure.error);
+        throw SLoadEnd();
     } catch (CXMLException& exception) {
+        if (options.watched != nullptr) {
+            throw;
+        }
         throw CXMLException(exception);
     }
 }
@@ -140,8 +108,14 @@ void SetValidation(SAX2XMLReader& reader, const SLoadOptions& options) {
 }
 
 // Lets the parser read a document. `link` is told of its reader; NULL for nobody.
-template <typename Source>
-void Parse(Source& source, CMySAXHandler& handler, const SLoadOptions& options, CReaderLink* link) {
+void Parse(CDocumentSource& source, CMySAXHandler& handler, const SLoadOptions& options,
+           CReaderLink* link) {
+    if (options.watched != nullptr) {
+        options.watched->EndIfOver();
+        Translated(source, options,
+                   [&] { options.watched->Parse(handler, options.calculateSourceOffsets, link); });
+        return;
+    }
     CMyErrorHandler errorHandler;
     const std::unique_ptr<SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
     if (link != nullptr) {
@@ -153,7 +127,7 @@ void Parse(Source& source, CMySAXHandler& handler, const SLoadOptions& options, 
     reader->setDTDHandler(&handler);
     reader->setFeature(XMLUni::fgXercesCalculateSrcOfs, options.calculateSourceOffsets);
     SetValidation(*reader, options);
-    Translated(source, [&] { source.Parse(*reader); });
+    Translated(source, options, [&] { source.Parse(*reader, nullptr); });
 }
 
 // Returns whether the load is done. What was built of a document that is left is deleted before the
@@ -163,8 +137,8 @@ bool TryPlainTree(CByteSource* bytes, bool keepPrefixes, const SLoadOptions& opt
     Tell(options, bytes != nullptr ? ELane::LEFT : ELane::NOT_TRIED);
     if constexpr (NORVASK_FAST_LANE != 0) {
         CTreeBuilder builder;
-        if (bytes != nullptr &&
-            ReadPlainTree(*bytes, options.window, keepPrefixes, builder, !options.validate)) {
+        if (bytes != nullptr && ReadPlainTree(*bytes, options.window, keepPrefixes, builder,
+                                              TakesDoctype(options), WatchOf(options))) {
             Tell(options, ELane::TAKEN);
             document = builder.TakeDocument();
             return true;
@@ -181,8 +155,8 @@ bool TryPlainEvents(CByteSource* bytes, CEventForwarder& forwarder, const SLoadO
     if constexpr (NORVASK_FAST_LANE != 0) {
         std::exception_ptr thrown;
         try {
-            if (bytes != nullptr &&
-                ReadPlainEvents(*bytes, options.window, forwarder, !options.validate)) {
+            if (bytes != nullptr && ReadPlainEvents(*bytes, options.window, forwarder,
+                                                    TakesDoctype(options), WatchOf(options))) {
                 Tell(options, ELane::TAKEN);
                 return true;
             }
@@ -200,8 +174,9 @@ bool TryPlainEvents(CByteSource* bytes, CEventForwarder& forwarder, const SLoadO
     return false;
 }
 
-template <typename Source>
-CXMLDocument* LoadTreeFrom(Source&& source, bool keepPrefixes, const SLoadOptions& options) {
+}  // namespace
+
+CXMLDocument* LoadTree(CDocumentSource& source, bool keepPrefixes, const SLoadOptions& options) {
     CByteSource* const bytes = BytesForLane(source, options);
     CXMLDocument* document = nullptr;
     if (TryPlainTree(bytes, keepPrefixes, options, document)) {
@@ -213,13 +188,12 @@ CXMLDocument* LoadTreeFrom(Source&& source, bool keepPrefixes, const SLoadOption
     return builder.TakeDocument();
 }
 
-template <typename Source>
-void LoadEventsFrom(Source&& source, CXMLSaxHandler& client, const SLoadOptions& options) {
+void LoadEvents(CDocumentSource& source, CXMLSaxHandler& client, const SLoadOptions& options) {
     CByteSource* const bytes = BytesForLane(source, options);
     const CReaderScope scope(client, options.calculateSourceOffsets);
     CEventForwarder forwarder(client);
     bool isPlain = false;
-    Translated(source, [&] { isPlain = TryPlainEvents(bytes, forwarder, options); });
+    Translated(source, options, [&] { isPlain = TryPlainEvents(bytes, forwarder, options); });
     if (isPlain) {
         return;
     }
@@ -231,33 +205,36 @@ void LoadEventsFrom(Source&& source, CXMLSaxHandler& client, const SLoadOptions&
     try {
         Parse(source, handler, options, &scope.Link());
     } catch (...) {
-        Translated(source, [&] { forwarder.ThrowAgain(); });
+        Translated(source, options, [&] { forwarder.ThrowAgain(); });
         throw;
     }
-    Translated(source, [&] { forwarder.ThrowAgain(); });
+    Translated(source, options, [&] { forwarder.ThrowAgain(); });
     if (forwarder.IsRepeated()) {
-        source.ThrowFailed("the document was changed while it was loaded");
+        static const XMLCh CHANGED[] = u"the document was changed while it was loaded";
+        Fail(source, options, CHANGED);
     }
 }
 
-}  // namespace
-
 CXMLDocument* LoadTree(const char* fileName, bool keepPrefixes, const SLoadOptions& options) {
-    return LoadTreeFrom(CFileSource(fileName), keepPrefixes, options);
+    CFileSource source(fileName);
+    return LoadTree(source, keepPrefixes, options);
 }
 
 CXMLDocument* LoadTree(const unsigned char* buffer, unsigned int length, bool keepPrefixes,
                        const SLoadOptions& options) {
-    return LoadTreeFrom(CMemorySource(buffer, length), keepPrefixes, options);
+    CMemorySource source(buffer, length);
+    return LoadTree(source, keepPrefixes, options);
 }
 
 void LoadEvents(const char* fileName, CXMLSaxHandler& client, const SLoadOptions& options) {
-    LoadEventsFrom(CFileSource(fileName), client, options);
+    CFileSource source(fileName);
+    LoadEvents(source, client, options);
 }
 
 void LoadEvents(const unsigned char* buffer, unsigned int length, CXMLSaxHandler& client,
                 const SLoadOptions& options) {
-    LoadEventsFrom(CMemorySource(buffer, length), client, options);
+    CMemorySource source(buffer, length);
+    LoadEvents(source, client, options);
 }
 
 }  // namespace norvask

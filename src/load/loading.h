@@ -8,6 +8,8 @@
 
 namespace norvask {
 
+class CDocumentSource;
+class CWatchedLoad;
 class CXMLDocument;
 class CXMLSaxHandler;
 
@@ -21,6 +23,10 @@ struct SLoadOptions {
     bool schemaHasNamespace = false;
     bool calculateSourceOffsets = false;
 
+    // A load with settings, which take the place of those above but for the last; NULL for a plain
+    // one.
+    CWatchedLoad* watched = nullptr;
+
     // For tests, which compare the two ways to read a document and look at all sizes.
     bool fastLane = true;
     std::size_t window = PLAIN_WINDOW;
@@ -28,7 +34,10 @@ struct SLoadOptions {
 };
 
 // A document of a file or of a block, as a tree of which the caller becomes the owner, or as
-// callbacks. No argument is NULL. Throw what CXMLManager::LoadDocument throws.
+// callbacks. No argument is NULL. Throw what CXMLManager::LoadDocument throws; with a watched load
+// SLoadEnd for what ends it, and a callback's CXMLException as it is.
+CXMLDocument* LoadTree(CDocumentSource& source, bool keepPrefixes, const SLoadOptions& options);
+void LoadEvents(CDocumentSource& source, CXMLSaxHandler& client, const SLoadOptions& options);
 CXMLDocument* LoadTree(const char* fileName, bool keepPrefixes, const SLoadOptions& options);
 CXMLDocument* LoadTree(const unsigned char* buffer, unsigned int length, bool keepPrefixes,
                        const SLoadOptions& options);

@@ -15,6 +15,9 @@ public:
             ThrowParserNotInitialised();
         }
     }
+    static bool CalculatesSourceOffsets(const CXMLManager& manager) noexcept {
+        return manager.m_bCalculateSourceOffsets;
+    }
 };
 
 }  // namespace norvask

@@ -17,6 +17,7 @@ namespace norvask {
 
 class CEventForwarder;
 class CTreeBuilder;
+class CWatch;
 
 // How much of a document is held at once, but for longer tokens.
 const std::size_t PLAIN_WINDOW = 65536;
@@ -24,11 +25,12 @@ const std::size_t PLAIN_WINDOW = 65536;
 // Return whether the document was read to its end; if not, the receiver was told a beginning of it,
 // events only as the parser will tell them too. Where there was no memory for the document, which
 // is no failure of a load, it counts as read, whatever stands in it. A document with a DOCTYPE is
-// not plain where it would be validated by it. Throw what the receiver throws, and std::bad_alloc.
+// not plain where it would be validated by it. Nor is one that is beyond a limit of the watch; NULL
+// for none. Throw what the receiver and the watch throw, and std::bad_alloc.
 bool ReadPlainTree(CByteSource& source, std::size_t window, bool keepPrefixes,
-                   CTreeBuilder& builder, bool takesDoctype = true);
+                   CTreeBuilder& builder, bool takesDoctype = true, CWatch* watch = nullptr);
 bool ReadPlainEvents(CByteSource& source, std::size_t window, CEventForwarder& forwarder,
-                     bool takesDoctype = true);
+                     bool takesDoctype = true, CWatch* watch = nullptr);
 
 }  // namespace norvask
 

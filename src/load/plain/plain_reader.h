@@ -32,6 +32,7 @@
 #include "load/plain/plain_name.h"
 #include "load/plain/prolog.h"
 #include "load/receiver/name_predictor.h"
+#include "load/watch/watch.h"
 
 namespace norvask {
 
@@ -63,12 +64,14 @@ struct SPlainAttribute {
 template <typename Sink>
 class CPlainReader {
 public:
-    // `doctype` is where a DOCTYPE is kept; NULL where none is plain.
-    CPlainReader(CContent& content, CDoctype* doctype, Sink& sink)
+    // `doctype` is where a DOCTYPE is kept; NULL where none is plain. `watch` is NULL where nobody
+    // watches.
+    CPlainReader(CContent& content, CDoctype* doctype, Sink& sink, CWatch* watch = nullptr)
         : m_Content(content),
           m_Window(content.Window()),
           m_pDoctype(doctype),
           m_Sink(sink),
+          m_pWatch(watch),
           m_Names(MOST_NAMES, MOST_BYTES),
           m_Attributes(new SAttribute[FEW]) {
         m_Open.reserve(FEW);
@@ -80,15 +83,15 @@ public:
             return false;
         }
         m_Window.BeginToken();
-        if (!ReadStartTag()) {
+        if (!MayGoOn() || !ReadStartTag() || !MayGoOn()) {
             return false;
         }
         while (!m_Open.empty()) {
-            if (!ReadText() || !ReadMarkup()) {
+            if (!ReadText() || !ReadMarkup() || !MayGoOn()) {
                 return false;
             }
         }
-        return m_Content.ReadMisc() && m_Window.IsAtEnd() && m_Sink.EndDocument();
+        return m_Content.ReadMisc() && m_Window.IsAtEnd() && MayGoOn() && m_Sink.EndDocument();
     }
 
 private:
@@ -111,6 +114,10 @@ private:
         SName* name;
         std::size_t declarations;  // that were in force before it
     };
+
+    bool MayGoOn() noexcept {
+        return m_pWatch == nullptr || m_pWatch->MayGoOn(m_Window.Position(), m_Open.size());
+    }
 
     bool StartDocument() {
         if (m_pDoctype == nullptr || !m_pDoctype->IsThere()) {
@@ -528,6 +535,7 @@ private:
     CWindow& m_Window;
     CDoctype* m_pDoctype;  // NULL if there is none
     Sink& m_Sink;
+    CWatch* const m_pWatch;
     CNamespaces m_Namespaces;
     CNames m_Names;
     std::vector<SOpenElement> m_Open;

@@ -25,7 +25,8 @@ CWindow::CWindow(CByteSource& source, std::size_t capacity)
       m_bIsWhole(true),
       m_bIsLast(false),
       m_bIsAhead(false),
-      m_Ahead('\0') {
+      m_Ahead('\0'),
+      m_nRead(0) {
     *m_pEnd = '\0';
 }
 
@@ -36,6 +37,7 @@ bool CWindow::Restart() noexcept {
     if (m_bIsWhole) {
         return true;
     }
+    m_nRead = 0;
     m_pEnd = m_pAt;
     *m_pEnd = '\0';
     m_bIsWhole = true;
@@ -57,6 +59,7 @@ bool CWindow::More() {
     const std::size_t room = m_nCapacity - static_cast<std::size_t>(m_pEnd - m_pBlock.get());
     m_pEnd += m_Source.Read(m_pEnd, room);
     *m_pEnd = '\0';
+    m_nRead += static_cast<std::size_t>(m_pEnd - before);
     m_bIsAhead = m_pEnd == m_pBlock.get() + m_nCapacity && m_Source.Read(&m_Ahead, 1) == 1;
     m_bIsLast = !m_bIsAhead;
     return m_pEnd != before;

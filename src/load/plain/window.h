@@ -16,6 +16,7 @@
 #define NORVASK_LOAD_PLAIN_WINDOW_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 
@@ -45,6 +46,8 @@ public:
     char* At() const noexcept { return m_pAt; }
     void GoTo(char* at) noexcept { m_pAt = at; }
     std::size_t Unread() const noexcept { return static_cast<std::size_t>(m_pEnd - m_pAt); }
+    // How many bytes of the document lie in front of it.
+    std::uint64_t Position() const noexcept { return m_nRead - Unread(); }
 
     // Reads more, if there is any; then the cursor may have another address. If not, it returns
     // false and nothing has moved.
@@ -123,6 +126,7 @@ private:
     bool m_bIsLast;   // there is nothing more to read
     bool m_bIsAhead;  // the next byte was read already, which tells that there is more
     char m_Ahead;
+    std::uint64_t m_nRead;  // bytes that came into the block
 };
 
 }  // namespace norvask

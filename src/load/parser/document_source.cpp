@@ -1,0 +1,228 @@
+// The sources, one by one.
+#include "load/parser/document_source.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+#include <xercesc/framework/LocalFileInputSource.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/URLInputSource.hpp>
+#include <xercesc/util/BinInputStream.hpp>
+#include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLURL.hpp>
+
+#include "foundation/errors.h"
+#include "foundation/parser_text.h"
+#include "load/parser/dom_string.h"
+#include "load/source/file_access.h"
+
+namespace norvask {
+namespace {
+
+using xercesc::InputSource;
+using xercesc::SAX2XMLReader;
+using xercesc::XMLException;
+
+void ParseWrapped(SAX2XMLReader& reader, const InputSource& source, std::uint64_t size,
+                  const CDocumentSource::CWrap& wrap) {
+    if (wrap) {
+        reader.parse(*wrap(source, size));
+    } else {
+        reader.parse(source);
+    }
+}
+
+// What the parser makes of a name. Throws what it reports of one that it cannot use.
+std::unique_ptr<InputSource> SourceNamed(const char* name) {
+    const CParserString wide(name);
+    xercesc::XMLURL url;
+    if (xercesc::XMLURL::parse(wide.Get(), url) && !url.isRelative()) {
+        return std::make_unique<xercesc::URLInputSource>(url);
+    }
+    return std::make_unique<xercesc::LocalFileInputSource>(wide.Get());
+}
+
+CByteSource* BytesOf(std::optional<CParserFile>& file) {
+    return file->HasSize() && file->Rewind() ? &*file : nullptr;
+}
+
+}  // namespace
+
+CByteSource* CFileSource::Bytes() {
+    if (!m_File.has_value()) {
+        if (!CParserFile::IsFileName(m_pFileName)) {
+            return nullptr;
+        }
+        try {
+            m_File.emplace(m_pFileName);
+        } catch (const XMLException&) {
+            return nullptr;  // which the reader will throw once more
+        }
+    }
+    return BytesOf(m_File);
+}
+
+// A file that is open is not opened again.
+void CFileSource::Parse(SAX2XMLReader& reader, const CWrap& wrap) {
+    if (m_File.has_value() && m_File->IsOpen() && (!m_File->HasSize() || m_File->Rewind())) {
+        ParseWrapped(reader, *m_File, m_File->Size(), wrap);
+        return;
+    }
+    std::unique_ptr<InputSource> source;
+    if (wrap) {
+        try {
+            source = SourceNamed(m_pFileName);
+        } catch (const XMLException&) {
+            source = nullptr;  // the reader reports it
+        }
+    }
+    if (source != nullptr) {
+        ParseWrapped(reader, *source, 0, wrap);
+    } else {
+        reader.parse(m_pFileName);
+    }
+}
+
+void CFileSource::ThrowFailed(const char* parserMessage) const {
+    ThrowFileLoadFailed(m_pFileName, parserMessage);
+}
+
+std::string CFileSource::Name() const {
+    return CParserFile::IsFileName(m_pFileName) ? AbsolutePath(m_pFileName) : m_pFileName;
+}
+
+std::string CFileSource::WhyNot() const {
+    return CParserFile::IsFileName(m_pFileName) ? WhyNotReadable(m_pFileName) : "";
+}
+
+CParserFile& CPathSource::File() {
+    if (!m_File.has_value()) {
+        m_File.emplace(m_pPath);
+    }
+    return *m_File;
+}
+
+CByteSource* CPathSource::Bytes() {
+    try {
+        File();
+    } catch (const XMLException&) {
+        return nullptr;
+    }
+    return BytesOf(m_File);
+}
+
+void CPathSource::Parse(SAX2XMLReader& reader, const CWrap& wrap) {
+    CParserFile& file = File();
+    if (file.IsOpen() && (!file.HasSize() || file.Rewind())) {
+        ParseWrapped(reader, file, file.Size(), wrap);
+    } else {
+        reader.parse(xercesc::LocalFileInputSource(CParserString(m_pPath).Get()));
+    }
+}
+
+void CPathSource::ThrowFailed(const char* parserMessage) const {
+    ThrowFileLoadFailed(m_pPath, parserMessage);
+}
+
+std::string CPathSource::Name() const { return AbsolutePath(m_pPath); }
+
+std::string CPathSource::WhyNot() const { return WhyNotReadable(m_pPath); }
+
+CByteSource* CMemorySource::Bytes() noexcept {
+    m_Bytes.Rewind();
+    return &m_Bytes;
+}
+
+void CMemorySource::Parse(SAX2XMLReader& reader, const CWrap& wrap) {
+    xercesc::MemBufInputSource source(m_pBuffer, m_nLength, m_pName);
+    // The caller keeps the buffer alive, so the parser can read it where it lies.
+    source.setCopyBufToStream(false);
+    ParseWrapped(reader, source, m_nLength, wrap);
+}
+
+void CMemorySource::ThrowFailed(const char* parserMessage) const {
+    ThrowMemoryLoadFailed(parserMessage);
+}
+
+// Lets the parser read what was read ahead, and then what comes.
+class CReadSource::CInput final : public InputSource {
+public:
+    explicit CInput(CReadSource& source)
+        : InputSource(CParserString(source.m_pName).Get()), m_Source(source) {}
+
+    xercesc::BinInputStream* makeStream() const override {
+        return new (getMemoryManager()) CStream(m_Source);
+    }
+
+private:
+    class CStream final : public xercesc::BinInputStream {
+    public:
+        explicit CStream(CReadSource& source) noexcept : m_Source(source) {}
+        XMLFilePos curPos() const override { return m_nRead; }
+        XMLSize_t readBytes(XMLByte* const to, const XMLSize_t room) override {
+            const std::size_t count = m_Source.Read(reinterpret_cast<char*>(to), room);
+            m_nRead += count;
+            return count;
+        }
+        const XMLCh* getContentType() const override { return nullptr; }
+
+    private:
+        CReadSource& m_Source;
+        XMLFilePos m_nRead = 0;
+    };
+
+    CReadSource& m_Source;
+};
+
+std::size_t CReadSource::Read(char* to, std::size_t room) {
+    if (m_nUsed < m_Ahead.size()) {
+        const std::size_t count = std::min(room, m_Ahead.size() - m_nUsed);
+        std::memcpy(to, m_Ahead.data() + m_nUsed, count);
+        m_nUsed += count;
+        return count;
+    }
+    return m_bIsOver ? 0 : ReadOn(to, room);
+}
+
+// Behind the end nothing is asked for any more.
+std::size_t CReadSource::ReadOn(char* to, std::size_t room) {
+    const std::ptrdiff_t count = m_Read(to, room);
+    if (count < 0) {
+        throw SReadFailure{static_cast<int>(-count)};
+    }
+    m_bIsOver = count == 0;
+    return std::min(static_cast<std::size_t>(count), room);
+}
+
+void CReadSource::ReadAhead(std::size_t most) {
+    const std::size_t BLOCK = 65536;
+    while (m_Ahead.size() < most) {
+        const std::size_t before = m_Ahead.size();
+        const std::size_t room = std::min(BLOCK, most - before);
+        m_Ahead.resize(before + room);
+        m_Ahead.resize(before + ReadOn(&m_Ahead[before], room));
+        if (m_bIsOver) {
+            m_Bytes.emplace(reinterpret_cast<const unsigned char*>(m_Ahead.data()), m_Ahead.size());
+            return;
+        }
+    }
+}
+
+CByteSource* CReadSource::Bytes() noexcept {
+    if (!m_Bytes.has_value()) {
+        return nullptr;
+    }
+    m_Bytes->Rewind();
+    return &*m_Bytes;
+}
+
+void CReadSource::Parse(SAX2XMLReader& reader, const CWrap& wrap) {
+    m_nUsed = 0;
+    ParseWrapped(reader, CInput(*this), m_Bytes.has_value() ? m_Ahead.size() : 0, wrap);
+}
+
+void CReadSource::ThrowFailed(const char* parserMessage) const {
+    ThrowFileLoadFailed(m_pName, parserMessage);
+}
+
+}  // namespace norvask

@@ -1,0 +1,114 @@
+// CSchemaNames: paths as URLs.
+#include "load/parser/schema_names.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <sstream>
+
+#include "foundation/errors.h"
+#include "load/source/file_access.h"
+
+namespace norvask {
+namespace {
+
+// A scheme of one letter would be the drive of another system, and is taken for part of a name.
+bool IsUrl(const std::string& location) {
+    const std::size_t colon = location.find(':');
+    return colon != std::string::npos && colon > 1 &&
+           std::isalpha(static_cast<unsigned char>(location[0])) != 0 &&
+           std::all_of(location.begin(), location.begin() + static_cast<std::ptrdiff_t>(colon),
+                       [](unsigned char c) {
+                           return std::isalnum(c) != 0 || c == '+' || c == '-' || c == '.';
+                       });
+}
+
+// Characters beyond ASCII stay as they are: the parser decodes bytes one by one.
+std::string UrlOf(const std::string& path) {
+    static const char PLAIN[] = "/-._~!$&'()*+,;=:@";
+    static const char DIGITS[] = "0123456789ABCDEF";
+    std::string url = "file://";
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x80 || std::isalnum(byte) != 0 || std::strchr(PLAIN, c) != nullptr) {
+            url += c;
+        } else {
+            url += '%';
+            url += DIGITS[byte / 16];
+            url += DIGITS[byte % 16];
+        }
+    }
+    return url;
+}
+
+}  // namespace
+
+CSchemaNames::CSchemaNames(const SXMLLoadSettings& settings) {
+    if (!settings.validate) {
+        return;
+    }
+    if (settings.schemaLocation != nullptr && settings.schemaHasNamespace) {
+        AddPairs(settings.schemaLocation);
+    } else if (settings.schemaLocation != nullptr) {
+        Add("", settings.schemaLocation);
+    }
+    for (std::size_t i = 0; i < settings.schemaCount; ++i) {
+        const SXMLSchemaName& schema = settings.schemas[i];
+        if (schema.location == nullptr) {
+            ThrowInvalidParameter();
+        }
+        Add(schema.uri == nullptr ? "" : schema.uri, schema.location);
+    }
+}
+
+void CSchemaNames::Add(const std::string& uri, const std::string& location) {
+    SName name;
+    if (IsUrl(location)) {
+        name.url = location;
+    } else {
+        name.path = AbsolutePath(location);
+        name.url = UrlOf(name.path);
+    }
+    if (!uri.empty()) {
+        m_Pairs += (m_Pairs.empty() ? "" : " ") + uri + ' ' + name.url;
+    } else if (m_WithoutNamespace.empty()) {
+        m_WithoutNamespace = name.url;
+    } else {
+        ThrowInvalidParameter();
+    }
+    m_Names.push_back(std::move(name));
+}
+
+// A namespace without a location is left to the parser.
+void CSchemaNames::AddPairs(const std::string& list) {
+    std::istringstream words(list);
+    std::string uri;
+    std::string location;
+    while (words >> uri) {
+        if (words >> location) {
+            Add(uri, location);
+        } else {
+            m_Pairs += (m_Pairs.empty() ? "" : " ") + uri;
+        }
+    }
+}
+
+bool CSchemaNames::AreReadable(SXMLProblem& problem) const {
+    for (const SName& name : m_Names) {
+        const std::string reason = name.path.empty() ? "" : WhyNotReadable(name.path);
+        if (!reason.empty()) {
+            problem.file = name.path;
+            problem.text = "the schema cannot be read: " + reason;
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CSchemaNames::IsQuoted(const std::string& text) const {
+    return std::any_of(m_Names.begin(), m_Names.end(), [&text](const SName& name) {
+        return text.find('\'' + name.url + '\'') != std::string::npos;
+    });
+}
+
+}  // namespace norvask

@@ -1,0 +1,102 @@
+// CWatch: the limits, one by one.
+#include "load/watch/watch.h"
+
+#include <ctime>
+#include <limits>
+
+namespace norvask {
+namespace {
+
+const std::uint64_t NANOSECONDS = 1000000000;
+const std::uint64_t NO_LIMIT = std::numeric_limits<std::uint64_t>::max();
+
+// Processor time of this thread.
+std::uint64_t Now() noexcept {
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<std::uint64_t>(time.tv_sec) * NANOSECONDS +
+           static_cast<std::uint64_t>(time.tv_nsec);
+}
+
+std::uint64_t Limit(std::uint64_t field) noexcept { return field == 0 ? NO_LIMIT : field; }
+
+}  // namespace
+
+CWatch::CWatch(const SXMLLoadSettings& settings) noexcept
+    : m_Settings(settings),
+      m_bIsUntrusted(settings.untrusted != nullptr),
+      m_nMaxBytes(NO_LIMIT),
+      m_nMaxMarkup(NO_LIMIT),
+      m_nMaxDepth(NO_LIMIT),
+      m_nMaxNanoseconds(0),
+      m_nBegin(0) {
+    if (m_bIsUntrusted) {
+        const SXMLUntrusted& limits = *settings.untrusted;
+        m_nMaxBytes = Limit(limits.maxBytes);
+        m_nMaxMarkup = Limit(limits.maxMarkup);
+        m_nMaxDepth = Limit(limits.maxDepth);
+        m_nMaxNanoseconds = limits.maxSeconds * NANOSECONDS;
+        m_nBegin = m_nMaxNanoseconds == 0 ? 0 : Now();
+    }
+}
+
+ERefusal CWatch::Begin(std::uint64_t total) noexcept {
+    m_nTotal = total;
+    m_nRead = 0;
+    m_nAtEvent = 0;
+    m_nDepth = 0;
+    return total > m_nMaxBytes ? ERefusal::BYTES : ERefusal::NONE;
+}
+
+ERefusal CWatch::Read(std::size_t bytes) {
+    if (m_nRead - m_nAtEvent > m_nMaxMarkup) {
+        return ERefusal::MARKUP;
+    }
+    m_nRead += bytes;
+    if (m_nRead > m_nMaxBytes) {
+        return ERefusal::BYTES;
+    }
+    if (!IsInTime()) {
+        return ERefusal::TIME;
+    }
+    return m_nRead > m_nTold ? Tell() : ERefusal::NONE;
+}
+
+bool CWatch::IsInTime() noexcept {
+    if (m_nMaxNanoseconds != 0 && Now() - m_nBegin > m_nMaxNanoseconds) {
+        m_Over = ERefusal::TIME;
+        return false;
+    }
+    return true;
+}
+
+ERefusal CWatch::Tell() {
+    m_nTold = m_nRead;
+    if (m_Settings.progress != nullptr &&
+        !m_Settings.progress(m_Settings.progressContext, m_nRead, m_nTotal)) {
+        m_Over = ERefusal::STOPPED;
+    }
+    return m_Over;
+}
+
+std::string CWatch::Words(ERefusal refusal) const {
+    switch (refusal) {
+        case ERefusal::DTD:
+            return "the document type declaration is not allowed";
+        case ERefusal::BYTES:
+            return "larger than " + std::to_string(m_nMaxBytes) + " bytes (maxBytes)";
+        case ERefusal::MARKUP:
+            return "a tag, text or comment of more than " + std::to_string(m_nMaxMarkup) +
+                   " bytes (maxMarkup)";
+        case ERefusal::DEPTH:
+            return "deeper than " + std::to_string(m_nMaxDepth) + " elements (maxDepth)";
+        case ERefusal::TIME:
+            return "more than " + std::to_string(m_nMaxNanoseconds / NANOSECONDS) +
+                   (m_nMaxNanoseconds == NANOSECONDS ? " second" : " seconds") +
+                   " of processor time (maxSeconds)";
+        default:
+            return "stopped by the program";
+    }
+}
+
+}  // namespace norvask

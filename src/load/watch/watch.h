@@ -1,0 +1,96 @@
+// Internal. CWatch: looks on while a document is read: limits, progress, and being stopped.
+//
+// Whoever reads tells of what it has read; the watch says whether it may go on. It throws nothing
+// but what the program's own progress function throws. A document may be read twice: by the fast
+// lane, which leaves a document that is beyond a limit, and by the parser, whose reading decides.
+// Only time and being stopped are decided by either.
+#ifndef NORVASK_LOAD_WATCH_WATCH_H
+#define NORVASK_LOAD_WATCH_WATCH_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "norvask/load.h"
+
+namespace norvask {
+
+enum class ERefusal { NONE, DTD, BYTES, MARKUP, DEPTH, TIME, STOPPED };
+
+class CWatch {
+public:
+    // What the settings ask for; both are used as long as this lives. The time begins now.
+    explicit CWatch(const SXMLLoadSettings& settings) noexcept;
+    CWatch(const CWatch&) = delete;
+    CWatch& operator=(const CWatch&) = delete;
+
+    bool IsUntrusted() const noexcept { return m_bIsUntrusted; }
+
+    // The document is read from its first byte on; `total` is its size, 0 if that is not known.
+    ERefusal Begin(std::uint64_t total) noexcept;
+    // So many bytes were read. Those of the reads before are used up by now.
+    ERefusal Read(std::size_t bytes);
+    // All of it was read.
+    ERefusal Finish() { return m_nRead > m_nTold ? Tell() : ERefusal::NONE; }
+
+    // Whether the time is used up, or the program has stopped the load: then nobody reads on.
+    ERefusal Over() const noexcept { return m_Over; }
+    // What was told last lies in front of this byte.
+    std::uint64_t Position() const noexcept { return m_nAtEvent; }
+
+    // Something of the document was told.
+    ERefusal Event() noexcept {
+        m_nAtEvent = m_nRead;
+        return IsLookedAt() && !IsInTime() ? ERefusal::TIME : ERefusal::NONE;
+    }
+    ERefusal StartElement() noexcept {
+        ++m_nDepth;
+        return m_nDepth > m_nMaxDepth ? ERefusal::DEPTH : Event();
+    }
+    void EndElement() noexcept { --m_nDepth; }
+
+    // For a reading that knows where it is. Everything up to this byte was told, and so many
+    // elements are open.
+    bool MayGoOn(std::uint64_t position, std::size_t depth) noexcept {
+        if (position - m_nAtEvent > m_nMaxMarkup || depth > m_nMaxDepth) {
+            return false;
+        }
+        m_nAtEvent = position;
+        return !IsLookedAt() || IsInTime();
+    }
+
+    // For a reading that tells nothing of the document.
+    bool IsInTime() noexcept;
+
+    // The limit that was passed, in words.
+    std::string Words(ERefusal refusal) const;
+
+private:
+    static const unsigned int LOOKED_AT = 256;
+
+    bool IsLookedAt() noexcept {
+        ++m_nEvents;
+        return m_nEvents % LOOKED_AT == 0;
+    }
+    ERefusal Tell();
+
+    const SXMLLoadSettings& m_Settings;
+    bool m_bIsUntrusted;
+    std::uint64_t m_nMaxBytes;
+    std::uint64_t m_nMaxMarkup;
+    std::uint64_t m_nMaxDepth;
+    std::uint64_t m_nMaxNanoseconds;  // 0 for no limit
+    std::uint64_t m_nBegin;           // of the time
+
+    std::uint64_t m_nTotal = 0;
+    std::uint64_t m_nRead = 0;
+    std::uint64_t m_nTold = 0;  // to the progress function, by any reading
+    std::uint64_t m_nAtEvent = 0;
+    std::uint64_t m_nDepth = 0;
+    unsigned int m_nEvents = 0;
+    ERefusal m_Over = ERefusal::NONE;
+};
+
+}  // namespace norvask
+
+#endif
