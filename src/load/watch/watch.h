@@ -25,6 +25,8 @@ public:
     CWatch& operator=(const CWatch&) = delete;
 
     bool IsUntrusted() const noexcept { return m_bIsUntrusted; }
+    // Whether there is anything to watch.
+    bool IsAwake() const noexcept { return m_bIsUntrusted || m_Settings.progress != nullptr; }
 
     // The document is read from its first byte on; `total` is its size, 0 if that is not known.
     ERefusal Begin(std::uint64_t total) noexcept;
@@ -81,6 +83,7 @@ private:
     std::uint64_t m_nMaxDepth;
     std::uint64_t m_nMaxNanoseconds;  // 0 for no limit
     std::uint64_t m_nBegin;           // of the time
+    std::uint64_t m_nNotBefore = 0;   // when the limit of time may be reached, by another clock
 
     std::uint64_t m_nTotal = 0;
     std::uint64_t m_nRead = 0;
