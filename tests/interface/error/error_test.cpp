@@ -55,8 +55,7 @@ SXMLProblem Problem(const std::string& text) {
     problem.path = "/a/b[2]";
     return problem;
 }
-const char* const WHOLE =
-    "2 text\nerror a.xml:3:7: one @ /a/b[2]\nerror a.xml:3:7: two @ /a/b[2]";
+const char* const WHOLE = "2 text\nerror a.xml:3:7: one @ /a/b[2]\nerror a.xml:3:7: two @ /a/b[2]";
 CXMLError Whole() { return CXMLError(2, "text", {Problem("one"), Problem("two")}); }
 
 void LoadMalformed() { XMLLoadText("<a>\n<b></a>"); }
@@ -100,8 +99,7 @@ TEST(Error, ShowsWhatItWasMadeOf) {
     EXPECT_EQ(Shown(CXMLError(77, "own \xC3\xA9 %s")), "77 own \xC3\xA9 %s");
     EXPECT_EQ(Shown(CXMLError(0, "")), "0 ");
     EXPECT_EQ(Shown(CXMLError(-1, nullptr)), "-1 ");
-    EXPECT_EQ(Shown(CXMLError(1, nullptr, {Problem("one")})),
-              "1 \nerror a.xml:3:7: one @ /a/b[2]");
+    EXPECT_EQ(Shown(CXMLError(1, nullptr, {Problem("one")})), "1 \nerror a.xml:3:7: one @ /a/b[2]");
     EXPECT_EQ(Shown(Whole()), WHOLE);
     const std::string longText(100000, 'x');
     EXPECT_EQ(CXMLError(1, longText.c_str()).what(), longText);
