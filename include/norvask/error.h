@@ -46,9 +46,10 @@ struct SXMLProblem {
 
     /// Counted from 1. The column counts characters, also those beyond U+FFFF as one, and is that
     /// of the place at which the problem was noticed: mostly just behind it. A TAB is one, and so
-    /// is the pair of a carriage return and a line feed. 0 where it is not known, as for a file
-    /// that could not be opened, and for a column in a line with characters beyond U+FFFF of a
-    /// source that cannot be read twice.
+    /// is the pair of a carriage return and a line feed. 0 where it is not known: for a file that
+    /// could not be opened; for the column in a document of an encoding other than UTF-8, UTF-16
+    /// and those of one byte a character, and in one that has characters beyond U+FFFF and cannot
+    /// be read twice.
     std::uint64_t line = 0;
     std::uint64_t column = 0;
 
@@ -58,8 +59,9 @@ struct SXMLProblem {
     /// The element in which it lies, by names as they are written and places among the siblings of
     /// that name: "/orders/order[3]"; with the attribute, where it is known which it is:
     /// "/orders/order[3]/@amount". A problem in a start tag that could not be read to its end lies
-    /// in the element around it. Empty outside of the root, and in files other than the document.
-    /// An element with more than 4,096 children of different names counts the further ones as
+    /// in the element around it. Empty outside of the root, in files other than the document, for
+    /// bytes that the parser could not decode, and for what takes more than 4 KiB. In a document of
+    /// more than 4,096 different names, or of very long ones, those that came later have no places:
     /// "name[?]".
     std::string path = {};
 };

@@ -1,7 +1,9 @@
 // CWatchedReader: the events on their way, and problems.
 #include "load/parser/watched_reader.h"
 
-#include <cstdint>
+#include <algorithm>
+#include <utility>
+#include <vector>
 #include <xercesc/framework/XMLValidityCodes.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax2/Attributes.hpp>
@@ -32,7 +34,11 @@ bool IsOfOpening(unsigned int code, const XMLCh* domain) {
            XMLString::equals(domain, XMLUni::fgExceptDomain);
 }
 
-bool IsOfDecoding(unsigned int code, const XMLCh* domain) {
+// What a fatal error has to do with bytes that cannot be decoded.
+EDecoding DecodingOf(unsigned int code, const XMLCh* domain) {
+    if (!XMLString::equals(domain, XMLUni::fgExceptDomain)) {
+        return EDecoding::PERHAPS;
+    }
     switch (code) {
         case xercesc::XMLExcepts::Reader_CouldNotDecodeFirstLine:
         case xercesc::XMLExcepts::Trans_BadSrcSeq:
@@ -41,15 +47,16 @@ bool IsOfDecoding(unsigned int code, const XMLCh* domain) {
         case xercesc::XMLExcepts::UTF8_Irregular_3BytesSeq:
         case xercesc::XMLExcepts::UTF8_Invalid_4BytesSeq:
         case xercesc::XMLExcepts::UTF8_Exceeds_BytesLimit:
-            return XMLString::equals(domain, XMLUni::fgExceptDomain);
+            return EDecoding::FAILED;
+        case xercesc::XMLExcepts::Gen_UnexpectedEOF:
+            return EDecoding::PERHAPS;
         default:
-            return false;
+            return EDecoding::NOTHING;
     }
 }
 
-// Whether the text has this behind the word, in quotes.
-bool Names(const std::string& text, const char* word, const char* name) {
-    return text.find(std::string(word) + " '" + name + "'") != std::string::npos;
+bool Begins(const std::string& text, const std::string& beginning) noexcept {
+    return text.compare(0, beginning.size(), beginning) == 0;
 }
 
 bool NamesSchema(const xercesc::Attributes& attributes) {
@@ -156,11 +163,13 @@ private:
 };
 
 CWatchedReader::CWatchedReader(CMySAXHandler& handler, CWatch& watch, CProblems& problems,
-                               const CSchemaNames* schemas, bool requiresGrammar, bool isTree)
+                               const CSchemaNames* schemas, const std::string& name,
+                               bool requiresGrammar, bool isTree)
     : m_Handler(handler),
       m_Watch(watch),
       m_Problems(problems),
       m_pSchemas(schemas),
+      m_Name(name),
       m_bRequiresGrammar(requiresGrammar),
       m_bIsTree(isTree),
       m_pEvents(std::make_unique<CEvents>(*this)),
@@ -192,10 +201,7 @@ void CWatchedReader::StartElement(const xercesc::Attributes& attributes) {
 
 void CWatchedReader::Settle(const xercesc::Attributes* attributes) {
     if (m_nWaiting != 0 && attributes != nullptr) {
-        m_Problems.ForLast(m_nWaiting, [&](SXMLProblem& problem) {
-            problem.path = m_Path.Text();
-            NameAttribute(problem, *attributes);
-        });
+        PlaceInTag(*attributes);
     }
     m_nWaiting = 0;
     if (m_bIsEnding) {
@@ -203,28 +209,34 @@ void CWatchedReader::Settle(const xercesc::Attributes* attributes) {
     }
 }
 
-// The parser names it, or tells its value, which may be that of one only.
-void CWatchedReader::NameAttribute(SXMLProblem& problem, const xercesc::Attributes& attributes) {
-    if (problem.path.empty()) {
-        return;
-    }
-    std::string found;
-    std::size_t count = 0;
-    for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
+// The parser begins with the attribute's name or with its value, which may be that of one only.
+// Further on a text has whatever the document put there. Of a tag with more problems than this the
+// others have no attribute: each is compared with all.
+void CWatchedReader::PlaceInTag(const xercesc::Attributes& attributes) {
+    const std::size_t MOST = 64;
+    const std::size_t named = std::min(m_nWaiting, MOST);
+    const std::string path = m_Path.Text();
+    m_Problems.ForLast(m_nWaiting, [&](std::size_t, SXMLProblem& problem) { problem.path = path; });
+    std::vector<std::pair<std::string, std::size_t>> found(named);  // name, how many
+    for (XMLSize_t i = 0; i < attributes.getLength() && !path.empty(); ++i) {
         const std::string name = Narrow(attributes.getQName(i));
-        if (Names(problem.text, "attribute", name.c_str())) {
-            found = name;
-            count = 1;
-            break;
-        }
-        if (Names(problem.text, "value", Narrow(attributes.getValue(i)).c_str())) {
-            found = name;
-            ++count;
-        }
+        const std::string value = "value '" + Narrow(attributes.getValue(i)) + "'";
+        const std::string written = "attribute '" + name + "'";
+        const std::string expanded = "attribute '{" + Narrow(attributes.getURI(i)) + '}' +
+                                     Narrow(attributes.getLocalName(i)) + "'";
+        m_Problems.ForLast(m_nWaiting, [&](std::size_t number, SXMLProblem& problem) {
+            if (number < named && (Begins(problem.text, value) || Begins(problem.text, written) ||
+                                   Begins(problem.text, expanded))) {
+                found[number].first = name;
+                ++found[number].second;
+            }
+        });
     }
-    if (count == 1) {
-        problem.path += "/@" + found;
-    }
+    m_Problems.ForLast(m_nWaiting, [&](std::size_t number, SXMLProblem& problem) {
+        if (number < named && found[number].second == 1) {
+            problem.path += "/@" + found[number].first;
+        }
+    });
 }
 
 void CWatchedReader::Finish() { Settle(nullptr); }
@@ -233,9 +245,10 @@ std::string CWatchedReader::Narrow(const XMLCh* text) {
     return text == nullptr ? std::string() : std::string(m_Narrow.Convert(text).text);
 }
 
-// Where the parser is.
+// Where the parser is; in the document before it has begun.
 SXMLProblem CWatchedReader::Place() {
     SXMLProblem problem;
+    problem.file = m_Name;
     if (m_pLocator != nullptr) {
         problem.file = Narrow(m_pLocator->getSystemId());
         problem.line = m_pLocator->getLineNumber();
@@ -267,34 +280,35 @@ void CWatchedReader::Refuse(ERefusal refusal) {
 void CWatchedReader::error(const unsigned int code, const XMLCh* const domain, const ErrTypes type,
                            const XMLCh* const text, const XMLCh* const systemId, const XMLCh* const,
                            const XMLFileLoc line, const XMLFileLoc column) {
-    const bool isFatal = type == ErrType_Fatal;
+    SXMLProblem problem;
+    problem.text = Narrow(text);
     // A schema that cannot be opened: one of the program's, or any where there must be one.
-    const bool isOfSchema = type == ErrType_Warning && m_pSchemas != nullptr &&
-                            IsOfOpening(code, domain) &&
-                            (m_bRequiresGrammar || m_pSchemas->IsQuoted(Narrow(text)));
-    if (type == ErrType_Warning && !isOfSchema) {
+    const std::string schema = m_pSchemas == nullptr ? "" : m_pSchemas->Quoted(problem.text);
+    if (type == ErrType_Warning &&
+        (!IsOfOpening(code, domain) || (schema.empty() && !m_bRequiresGrammar))) {
         return;
     }
+    const bool isFatal = type == ErrType_Fatal || (type == ErrType_Warning && !schema.empty());
     if (m_bIsEnding) {
         if (isFatal) {
             throw SLoadEnd();
         }
         return;
     }
-    SXMLProblem problem;
     problem.severity = isFatal ? EXMLSeverity::FATAL : EXMLSeverity::ERROR;
     problem.file = Narrow(systemId);
     problem.line = line;
     problem.column = column;
-    problem.text = Narrow(text);
     const bool inDocument = !problem.file.empty() && problem.file == m_Document;
     if (inDocument) {
         problem.path = m_Path.Text();
+    } else if (problem.file.empty()) {
+        problem.file = schema;
     } else if (m_pSchemas != nullptr) {
         problem.file = m_pSchemas->NameOf(problem.file);
     }
-    if (isFatal && IsOfDecoding(code, domain)) {
-        m_Problems.SetOfDecoding();
+    if (isFatal) {
+        m_Problems.SetFatal(m_Document.empty(), DecodingOf(code, domain));
     }
     m_Problems.Add(std::move(problem), 2, inDocument);
     m_bIsEnding = isFatal || m_Problems.IsFull();
