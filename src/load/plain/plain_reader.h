@@ -116,7 +116,8 @@ private:
     };
 
     bool MayGoOn() noexcept {
-        return m_pWatch == nullptr || m_pWatch->MayGoOn(m_Window.Position(), m_Open.size());
+        return m_pWatch == nullptr ||
+               m_pWatch->MayGoOn(m_Window.Position(), m_Open.size(), m_Namespaces.Count());
     }
 
     bool StartDocument() {
