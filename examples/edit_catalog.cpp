@@ -332,7 +332,7 @@ int main(int argc, char** argv) {
     }
     try {
         Run(argc > 1 ? argv[1] : NORVASK_EXAMPLE_CATALOG, argc > 2 ? argv[2] : "");
-    } catch (const CXMLError& e) {  // of a load
+    } catch (const CXMLError& e) {  // of the load or the save
         PrintProblems("edit_catalog", e);
         return 1;
     } catch (CXMLException& e) {

@@ -35,6 +35,34 @@ void Uploads() {
     std::cout << (Accept("upload.xml", std::cout) ? "accepted" : "refused") << '\n';
 }
 
+//! [drawing]
+// Drawings often begin with a declaration that names the DTD of SVG and declares nothing itself.
+// Whatever this takes away or overlooks, the load judges what is left.
+std::string WithoutDoctype(std::string drawing) {
+    const std::size_t begin = drawing.find("<!DOCTYPE");
+    const std::size_t end = drawing.find_first_of("[>", begin);
+    if (begin < drawing.find("<svg") && end != std::string::npos && drawing[end] == '>') {
+        drawing.erase(begin, end + 1 - begin);
+    }
+    return drawing;
+}
+//! [drawing]
+
+void Drawings() {
+    const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg'/>";
+    const char* const doctypes[] = {
+        R"(<!DOCTYPE svg PUBLIC "-//W3C//DTD SVG 1.1//EN" "http://dtd.example/svg11.dtd">)",
+        "<!DOCTYPE svg [<!ENTITY e SYSTEM 'secret.txt'>]>"};
+    for (const char* doctype : doctypes) {
+        try {
+            XMLLoadText(WithoutDoctype(doctype + svg), SXMLLoadOptions().Untrusted());
+            std::cout << "a drawing\n";
+        } catch (const CXMLError& e) {
+            std::cout << e.Problems().front().text << '\n';
+        }
+    }
+}
+
 void More() {
     std::ofstream("atlas.xml") << "<atlas/>";
     //! [limits]
@@ -139,6 +167,7 @@ int main() {
 <xs:element name="order"/></xs:schema>)";
 
     Uploads();
+    Drawings();
     More();
     BySchema("<order><item/></order>");
     Classes(Repeated("<a>", 300) + Repeated("</a>", 300));

@@ -1,9 +1,9 @@
 // What is wrong with a document, printed as compilers print it:
 //
-//     orders.xml:4:31: error: value 'x' does not match ...
-//         4 |   <order amount="x">
-//           |                     ^
-//           | in /orders/order[3]/@amount
+//     orders.xml:14:26: error: attribute 'wrapped' is not declared for element 'gift'
+//         14 |     <gift wrapped="yes"/>
+//            |                          ^
+//            | in /orders/order[3]/gift[1]/@wrapped
 //
 // The document may be anybody's, and so may be all that errors quote from it: what is printed is
 // bounded, and harmless to a terminal.
@@ -153,11 +153,16 @@ inline std::string ShownFile(const std::string& file) {
     return terminal::OneLine(isBelow ? file.substr(folder.size()) : file);
 }
 
+// The parser calls a schema by its URL.
+inline std::string PathOf(const std::string& file) {
+    return file.compare(0, 7, "file://") == 0 ? file.substr(7) : file;
+}
+
 inline void PrintProblem(const std::string& program, const norvask::SXMLProblem& problem) {
     const auto paint = [](const char* style, const std::string& text) {
         return terminal::Paint(style, text, STDERR_FILENO);
     };
-    std::string place = problem.file.empty() ? program : ShownFile(problem.file);
+    std::string place = problem.file.empty() ? program : ShownFile(PathOf(problem.file));
     if (problem.line > 0) place += ':' + std::to_string(problem.line);
     if (problem.line > 0 && problem.column > 0) place += ':' + std::to_string(problem.column);
     const bool isFatal = problem.severity == norvask::EXMLSeverity::FATAL;
@@ -169,7 +174,7 @@ inline void PrintProblem(const std::string& program, const norvask::SXMLProblem&
     const auto print = [&](const std::string& number, const std::string& text) {
         std::cerr << paint(terminal::kFaint, terminal::Right(number, 6) + " | ") << text << '\n';
     };
-    const CSourceLine line(problem.file, problem.line, problem.column);
+    const CSourceLine line(PathOf(problem.file), problem.line, problem.column);
     if (!line.IsEmpty()) {
         const std::string caret = line.Caret(columns);
         print(std::to_string(problem.line), line.Text(columns));

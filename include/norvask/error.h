@@ -31,6 +31,7 @@
 
 namespace norvask {
 
+/// What a problem means to the load.
 enum class EXMLSeverity {
     ERROR,  ///< The document is well-formed but not valid. Reading could go on.
     FATAL   ///< The load could not, or may not, go on.
@@ -38,6 +39,7 @@ enum class EXMLSeverity {
 
 /// One problem of a load. What is not known is 0 or empty; nothing is made up.
 struct SXMLProblem {
+    /// Whether the load could have gone on.
     EXMLSeverity severity = EXMLSeverity::FATAL;
 
     /// The file in which it lies, as the parser resolved it, or the name of the source (SXMLSource,

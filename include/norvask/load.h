@@ -71,6 +71,7 @@ struct SXMLSchemaName {
 /// Fields may be added at the end in later versions. The library reads those that `size` covers, so
 /// leave it as it is.
 struct SXMLLoadSettings {
+    /// Which fields there are.
     std::size_t size = sizeof(SXMLLoadSettings);
 
     /// As the parameters of CXMLManager::LoadDocument, but for two things. A location without a
@@ -115,6 +116,7 @@ struct SXMLLoadSettings {
 ///
 /// As with the settings, leave `size` as it is.
 struct SXMLSource {
+    /// Which fields there are.
     std::size_t size = sizeof(SXMLSource);
 
     /// A file, or what the parser's URLs name, as in CXMLManager::LoadDocument.
