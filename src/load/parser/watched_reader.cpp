@@ -290,6 +290,8 @@ void CWatchedReader::error(const unsigned int code, const XMLCh* const domain, c
     const bool inDocument = !problem.file.empty() && problem.file == m_Document;
     if (inDocument) {
         problem.path = m_Path.Text();
+    } else if (m_pSchemas != nullptr) {
+        problem.file = m_pSchemas->NameOf(problem.file);
     }
     if (isFatal && IsOfDecoding(code, domain)) {
         m_Problems.SetOfDecoding();

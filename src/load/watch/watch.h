@@ -56,11 +56,14 @@ public:
     }
     void EndNamespace() noexcept { --m_nNamespaces; }
 
-    // For a reading that knows where it is. Everything up to this byte was told, so many elements
-    // are open, and so many declarations of namespaces in force.
-    bool MayGoOn(std::uint64_t position, std::size_t depth, std::size_t namespaces) noexcept {
-        if (position - m_nAtEvent > m_nMaxMarkup || depth > m_nMaxDepth ||
-            namespaces > m_nMaxNamespaces) {
+    // For a reading that knows where it is: whether so many elements may be open, and so many
+    // declarations of namespaces in force; and whether it may go on behind this byte, up to which
+    // everything was told.
+    bool MayStart(std::size_t depth, std::size_t namespaces) const noexcept {
+        return depth <= m_nMaxDepth && namespaces <= m_nMaxNamespaces;
+    }
+    bool MayGoOn(std::uint64_t position) noexcept {
+        if (position - m_nAtEvent > m_nMaxMarkup) {
             return false;
         }
         m_nAtEvent = position;

@@ -11,6 +11,7 @@
 #include "foundation/parser_state.h"
 #include "foundation/parser_text.h"
 #include "support/random_text.h"
+#include "support/sanitizers.h"
 
 namespace norvask {
 namespace {
