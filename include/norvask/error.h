@@ -71,6 +71,7 @@ struct SXMLProblem {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
+/// An error with the problems that it comes from: a CXMLException and a std::exception.
 class NORVASK_API CXMLError : public CXMLException, public std::exception {
 public:
     /// With a text of its own (NULL is an empty one), and the problems, if there are any. May throw
