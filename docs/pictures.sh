@@ -16,7 +16,7 @@ rm -rf "$work"
 mkdir -p "$work"
 cp "$docs"/../examples/*.xml "$docs"/../examples/*.xsd "$work"
 cd "$work"
-sed '0,/<.bk:title>/s//<\/bk:titel>/' catalog.xml >misspelt.xml
+sed '0,/<.bk:title>/s//<\/bk:titles>/' catalog.xml >misspelt.xml
 export TERM=xterm-256color LC_ALL=C.UTF-8
 unset NO_COLOR
 failed=0

@@ -53,8 +53,8 @@ public:
 
     bool IsEmpty() const { return m_Before.empty() && m_After.empty(); }
 
-    // The line and the one with the caret, in so many columns. A TAB stands in both of them, so that
-    // the caret is where it should be however wide TABs are.
+    // The line and the one with the caret, in so many columns. A TAB stands in both of them, so
+    // that the caret is where it should be however wide TABs are.
     std::string Text(std::size_t columns) const {
         std::string text;
         for (const SCell& cell : Around(columns)) {
