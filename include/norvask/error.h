@@ -31,6 +31,7 @@
 
 namespace norvask {
 
+/// What a problem means to the load.
 enum class EXMLSeverity {
     ERROR,  ///< The document is well-formed but not valid. Reading could go on.
     FATAL   ///< The load could not, or may not, go on.
@@ -38,6 +39,7 @@ enum class EXMLSeverity {
 
 /// One problem of a load. What is not known is 0 or empty; nothing is made up.
 struct SXMLProblem {
+    /// Whether the load could have gone on.
     EXMLSeverity severity = EXMLSeverity::FATAL;
 
     /// The file in which it lies, as the parser resolved it, or the name of the source (SXMLSource,
@@ -71,6 +73,7 @@ struct SXMLProblem {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
+/// An error with the problems that it comes from: a CXMLException and a std::exception.
 class NORVASK_API CXMLError : public CXMLException, public std::exception {
 public:
     /// With a text of its own (NULL is an empty one), and the problems, if there are any. May throw

@@ -75,6 +75,7 @@ struct SXMLSchemaName {
 /// Fields may be added at the end in later versions. The library reads those that `size` covers, so
 /// leave it as it is.
 struct SXMLLoadSettings {
+    /// Which fields there are.
     std::size_t size = sizeof(SXMLLoadSettings);
 
     /// As the parameters of CXMLManager::LoadDocument, but for two things, which are so with
@@ -122,6 +123,7 @@ struct SXMLLoadSettings {
 ///
 /// As with the settings, leave `size` as it is.
 struct SXMLSource {
+    /// Which fields there are.
     std::size_t size = sizeof(SXMLSource);
 
     /// A file, or what the parser's URLs name, as in CXMLManager::LoadDocument.
