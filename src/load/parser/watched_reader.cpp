@@ -59,6 +59,56 @@ bool Begins(const std::string& text, const std::string& beginning) noexcept {
     return text.compare(0, beginning.size(), beginning) == 0;
 }
 
+// With what the parser begins a text about an attribute: its name, its value, or both. Further on a
+// text has whatever the document put there.
+struct SAttributeTexts {
+    SAttributeTexts(const std::string& qname, const std::string& uri, const std::string& local,
+                    const std::string& value)
+        : name(qname),
+          written("attribute '" + qname + '\''),
+          expanded("attribute '{" + uri + '}' + local + '\''),
+          ofValue("value '" + value + '\''),
+          ofId("ID " + ofValue),
+          ofBoth(ofValue + " for " + written),
+          hasQuote(value.find('\'') != std::string::npos) {}
+
+    const std::string name;
+    const std::string written;
+    const std::string expanded;
+    const std::string ofValue;
+    const std::string ofId;
+    const std::string ofBoth;
+    const bool hasQuote;  // then the value may look like another text
+};
+
+// The attribute of which a text tells, if that is beyond doubt.
+class CNamedAttribute {
+public:
+    void Compare(const std::string& text, const SAttributeTexts& attribute) {
+        const bool isByName = Begins(text, attribute.written) || Begins(text, attribute.expanded) ||
+                              Begins(text, attribute.ofBoth);
+        if (!isByName && !Begins(text, attribute.ofValue) && !Begins(text, attribute.ofId)) {
+            return;
+        }
+        ++m_nFound;
+        m_bMayBeOther = m_bMayBeOther || attribute.hasQuote;
+        m_nByName += isByName ? 1U : 0U;
+        if (isByName || m_nByName == 0) {
+            m_Name = attribute.name;
+        }
+    }
+    // Empty for none.
+    std::string Name() const {
+        return m_nFound == 1 || (m_nByName == 1 && !m_bMayBeOther) ? m_Name : "";
+    }
+
+private:
+    std::string m_Name;
+    std::size_t m_nFound = 0;
+    std::size_t m_nByName = 0;
+    bool m_bMayBeOther = false;
+};
+
 bool NamesSchema(const xercesc::Attributes& attributes) {
     const XMLCh* const uri = xercesc::SchemaSymbols::fgURI_XSI;
     return attributes.getIndex(uri, xercesc::SchemaSymbols::fgXSI_SCHEMALOCATION) >= 0 ||
@@ -209,34 +259,25 @@ void CWatchedReader::Settle(const xercesc::Attributes* attributes) {
     }
 }
 
-// The parser begins with the attribute's name or with its value, which may be that of one only.
-// Further on a text has whatever the document put there. Of a tag with more problems than this the
-// others have no attribute: each is compared with all.
+// Of a tag with more problems than this the others have no attribute: each is compared with all.
 void CWatchedReader::PlaceInTag(const xercesc::Attributes& attributes) {
     const std::size_t MOST = 64;
-    const std::size_t named = std::min(m_nWaiting, MOST);
-    const std::string path = m_Path.Text();
-    m_Problems.ForLast(m_nWaiting, [&](std::size_t, SXMLProblem& problem) { problem.path = path; });
-    std::vector<std::pair<std::string, std::size_t>> found(named);  // name, how many
-    for (XMLSize_t i = 0; i < attributes.getLength() && !path.empty(); ++i) {
-        const std::string name = Narrow(attributes.getQName(i));
-        const std::string value = "value '" + Narrow(attributes.getValue(i)) + "'";
-        const std::string written = "attribute '" + name + "'";
-        const std::string expanded = "attribute '{" + Narrow(attributes.getURI(i)) + '}' +
-                                     Narrow(attributes.getLocalName(i)) + "'";
-        m_Problems.ForLast(m_nWaiting, [&](std::size_t number, SXMLProblem& problem) {
-            if (number < named && (Begins(problem.text, value) || Begins(problem.text, written) ||
-                                   Begins(problem.text, expanded))) {
-                found[number].first = name;
-                ++found[number].second;
-            }
-        });
-    }
-    m_Problems.ForLast(m_nWaiting, [&](std::size_t number, SXMLProblem& problem) {
-        if (number < named && found[number].second == 1) {
-            problem.path += "/@" + found[number].first;
+    std::vector<CNamedAttribute> named(std::min(m_nWaiting, MOST));
+    for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
+        const SAttributeTexts texts(Narrow(attributes.getQName(i)), Narrow(attributes.getURI(i)),
+                                    Narrow(attributes.getLocalName(i)),
+                                    Narrow(attributes.getValue(i)));
+        for (std::size_t number = 0; number < named.size(); ++number) {
+            named[number].Compare(m_Problems.OfLast(m_nWaiting, number).text, texts);
         }
-    });
+    }
+    const std::string path = m_Path.Text();
+    for (std::size_t number = 0; number < m_nWaiting; ++number) {
+        SXMLProblem& problem = m_Problems.OfLast(m_nWaiting, number);
+        const bool isNamed =
+            number < named.size() && !path.empty() && !named[number].Name().empty();
+        problem.path = isNamed ? path + "/@" + named[number].Name() : path;
+    }
 }
 
 void CWatchedReader::Finish() { Settle(nullptr); }

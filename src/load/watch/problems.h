@@ -52,12 +52,9 @@ public:
     bool IsOfOpening() const noexcept { return m_bIsOfOpening; }
     EDecoding Decoding() const noexcept { return m_Decoding; }
     bool IsRefused() const noexcept { return m_bIsRefused; }
-    // For each of the last `count`, with its number among them.
-    template <typename Do>
-    void ForLast(std::size_t count, Do apply) {
-        for (std::size_t i = 0; i < count; ++i) {
-            apply(i, m_Problems[m_Problems.size() - count + i]);
-        }
+    // One of the last `count`, and the last.
+    SXMLProblem& OfLast(std::size_t count, std::size_t number) noexcept {
+        return m_Problems[m_Problems.size() - count + number];
     }
     SXMLProblem& Last() noexcept { return m_Problems.back(); }
     const SXMLProblem& Last() const noexcept { return m_Problems.back(); }
