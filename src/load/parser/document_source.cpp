@@ -216,8 +216,31 @@ CByteSource* CReadSource::Bytes() noexcept {
     return &*m_Bytes;
 }
 
+// The parser tells the encoding by what its first read gives: the byte order mark, and the
+// declaration to its end. Of a document without one that is the first tag, or not much.
+void CReadSource::ReadBeginning() {
+    const std::size_t FEW = 4;  // and the units of the encodings have as many bytes, at most
+    const std::size_t MOST = 1024;
+    const std::size_t BLOCK = 49152;
+    const auto isEnough = [&] {
+        if (m_Ahead.size() < FEW) {
+            return false;
+        }
+        const char end = m_Ahead[0] == '\x4C' ? '\x6E' : '>';  // EBCDIC has others
+        const bool isWide = m_Ahead.find('\0') < FEW;
+        return m_Ahead.size() >= MOST ||
+               (m_Ahead.find(end) != std::string::npos && (!isWide || m_Ahead.size() % FEW == 0));
+    };
+    while (!m_bIsOver && !isEnough()) {
+        const std::size_t before = m_Ahead.size();
+        m_Ahead.resize(before + BLOCK);
+        m_Ahead.resize(before + ReadOn(&m_Ahead[before], BLOCK));
+    }
+}
+
 void CReadSource::Parse(SAX2XMLReader& reader, const CWrap& wrap) {
     m_nUsed = 0;
+    ReadBeginning();
     ParseWrapped(reader, CInput(*this), m_Bytes.has_value() ? m_Ahead.size() : 0, wrap);
 }
 
