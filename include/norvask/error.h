@@ -47,8 +47,8 @@ struct SXMLProblem {
     /// Counted from 1. The column counts characters, also those beyond U+FFFF as one, and is that
     /// of the place at which the problem was noticed: mostly just behind it. A TAB is one, and so
     /// is the pair of a carriage return and a line feed. 0 where it is not known, as for a file
-    /// that could not be opened, and for a column in a line with characters beyond U+FFFF of a
-    /// source that cannot be read twice.
+    /// that could not be opened, and for the columns of a document with characters beyond U+FFFF
+    /// from a source that cannot be read twice.
     std::uint64_t line = 0;
     std::uint64_t column = 0;
 
