@@ -143,7 +143,8 @@ void CWatchedLoad::SetValidation(xercesc::SAX2XMLReader& reader) const {
 }
 
 void CWatchedLoad::Parse(CMySAXHandler& handler, bool calculatesOffsets, CReaderLink* link) {
-    CWatchedReader reader(handler, m_Watch, m_Problems, m_Settings.validate ? &m_Schemas : nullptr,
+    CWatchedReader reader(handler, m_Source, m_Watch, m_Problems,
+                          m_Settings.validate ? &m_Schemas : nullptr,
                           m_Settings.validate && m_Settings.requireGrammar, link == nullptr);
     if (link != nullptr) {
         link->SetReader(&reader);

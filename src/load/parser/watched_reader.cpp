@@ -154,9 +154,11 @@ private:
     CMySAXHandler& m_Next;
 };
 
-CWatchedReader::CWatchedReader(CMySAXHandler& handler, CWatch& watch, CProblems& problems,
-                               const CSchemaNames* schemas, bool requiresGrammar, bool isTree)
+CWatchedReader::CWatchedReader(CMySAXHandler& handler, const CDocumentSource& source, CWatch& watch,
+                               CProblems& problems, const CSchemaNames* schemas,
+                               bool requiresGrammar, bool isTree)
     : m_Handler(handler),
+      m_Source(source),
       m_Watch(watch),
       m_Problems(problems),
       m_pSchemas(schemas),
@@ -258,7 +260,10 @@ void CWatchedReader::Refuse(ERefusal refusal) {
     SXMLProblem problem = Place();
     problem.text = m_Watch.Words(refusal);
     problem.path = m_Path.Text();
-    const bool inDocument = problem.file == m_Document;
+    const bool inDocument = !problem.file.empty() && problem.file == m_Document;
+    if (problem.file.empty()) {  // at the first read
+        problem.file = m_Source.Name();
+    }
     m_Problems.AddRefusal(std::move(problem), inDocument);
     throw SLoadEnd();
 }

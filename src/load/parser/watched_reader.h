@@ -15,6 +15,7 @@
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 
+#include "load/parser/document_source.h"
 #include "load/parser/dom_string.h"
 #include "load/parser/element_path.h"
 #include "load/parser/my_sax_handler.h"
@@ -26,11 +27,12 @@ namespace norvask {
 
 class CWatchedReader final : public xercesc::SAX2XMLReaderImpl {
 public:
-    // All of these outlive the reader. `schemas` is NULL without validation. A reader that requires
+    // All of these outlive the reader. `source` is the document's. `schemas` is NULL without validation. A reader that requires
     // a grammar refuses a document without. If `isTree`, what the handler throws of an element is a
     // problem of the document.
-    CWatchedReader(CMySAXHandler& handler, CWatch& watch, CProblems& problems,
-                   const CSchemaNames* schemas, bool requiresGrammar, bool isTree);
+    CWatchedReader(CMySAXHandler& handler, const CDocumentSource& source, CWatch& watch,
+                   CProblems& problems, const CSchemaNames* schemas, bool requiresGrammar,
+                   bool isTree);
     ~CWatchedReader() override;
 
     // The reader reads the schemas that the document names.
@@ -64,6 +66,7 @@ private:
     SXMLProblem Place();
 
     CMySAXHandler& m_Handler;
+    const CDocumentSource& m_Source;
     CWatch& m_Watch;
     CProblems& m_Problems;
     const CSchemaNames* const m_pSchemas;
