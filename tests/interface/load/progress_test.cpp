@@ -53,7 +53,7 @@ std::vector<std::string> Documents(std::size_t size) {
             "<a>" + children + "<c x\xC2\xB7='1'/>" + children + "</a>",
             "<a>" + children + "</a>\n<!--c-->\n"};
 }
-const std::size_t SIZES[] = {0, 1000, 49140, 65536, 400000};
+const std::size_t SIZES[] = {0, 1000, 49140, 65536, 200000};
 
 std::string Stopped(const std::string& file, const std::string& line) {
     return "Load error:\nFile: '" + file + "'  Line '" + line + "':\n\n'stopped by the program'";
