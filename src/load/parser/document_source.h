@@ -121,6 +121,7 @@ public:
 private:
     class CInput;
 
+    void ReadBeginning();
     std::size_t Read(char* to, std::size_t room);
     std::size_t ReadOn(char* to, std::size_t room);
 

@@ -183,6 +183,7 @@ bool CSourcePlaces::DecodeUtf8(bool isEnd) {
     }
     if (length == MOST_UTF8) {
         m_bHasPairs = true;
+        m_bIsAfterCR = false;
         Units(2);
     } else {
         Character(length == 1 ? static_cast<char32_t>(*at) : DecodedShort(at, length));
@@ -202,6 +203,7 @@ bool CSourcePlaces::DecodeUtf16() {
     const unsigned int unit = isLittle ? byte(0) | (byte(1) << 8) : byte(1) | (byte(0) << 8);
     if (unit >= 0xD800 && unit < 0xDC00) {
         m_bHasPairs = true;
+        m_bIsAfterCR = false;
         if (m_Pending.size() - m_nAt < 4) {
             return false;
         }
