@@ -173,6 +173,20 @@ struct SXMLLoadOptions {
 // Internal.
 namespace convenience_inside {
 
+// Does the work; the library's exceptions become CXMLErrors.
+template <typename Work>
+auto AsErrors(Work work) -> decltype(work()) {
+#if defined(__cpp_exceptions)
+    try {
+        return work();
+    } catch (CXMLException&) {
+        XMLRethrowAsError();
+    }
+#else
+    return work();
+#endif
+}
+
 // The manager answers NULL for a document without memory, which a caller of an owning pointer would
 // have to look for; here it is std::bad_alloc like everywhere else.
 inline CXMLDocumentPtr Own(CXMLDocument* document) {
@@ -317,17 +331,20 @@ private:
 /// @{
 
 /// An empty document; one with a root; one with a root and a DTD reference
-/// (CXMLDocument::SetDTDRef). A NULL or invalid name throws CXMLException (3, "Invalid XML name:
+/// (CXMLDocument::SetDTDRef). A NULL or invalid name throws CXMLError (3, "Invalid XML name:
 /// '%s'.").
 inline CXMLDocumentPtr XMLNewDocument() {
-    return convenience_inside::Own(CXMLManager::GetInstance().CreateDocument(nullptr, nullptr));
+    return convenience_inside::Own(convenience_inside::AsErrors(
+        [] { return CXMLManager::GetInstance().CreateDocument(nullptr, nullptr); }));
 }
 inline CXMLDocumentPtr XMLNewDocument(const char* rootName, const char* dtdName = nullptr,
                                       const char* dtdPath = nullptr) {
-    CXMLDocumentPtr document =
-        convenience_inside::Own(CXMLManager::GetInstance().CreateDocument(dtdName, dtdPath));
-    if (document != nullptr) document->CreateRoot(rootName);
-    return document;
+    return convenience_inside::AsErrors([&] {
+        CXMLDocumentPtr document =
+            convenience_inside::Own(CXMLManager::GetInstance().CreateDocument(dtdName, dtdPath));
+        if (document != nullptr) document->CreateRoot(rootName);
+        return document;
+    });
 }
 
 /// CXMLDocument::Clone.
@@ -433,7 +450,7 @@ inline void XMLLoadReader(const std::function<std::ptrdiff_t(char* to, std::size
 /// @name A document as text
 /// @{
 
-/// What CXMLDocument::Save writes to a stream, with its failures. Deliberate: not through a
+/// What CXMLDocument::Save writes to a stream, with its failures, as CXMLErrors. Deliberate: not through a
 /// std::ostringstream, which answers a part of the document when memory runs out; here that throws
 /// std::bad_alloc.
 inline std::string XMLToString(CXMLDocument& document, bool format = false) {
@@ -441,7 +458,7 @@ inline std::string XMLToString(CXMLDocument& document, bool format = false) {
     convenience_inside::CStringBuffer buffer(text);
     std::ostream out(&buffer);
     out.exceptions(std::ios::badbit | std::ios::failbit);
-    document.Save(out, format);
+    convenience_inside::AsErrors([&] { document.Save(out, format); });
     return text;
 }
 /// @}

@@ -7,10 +7,15 @@
 #ifndef NORVASK_CONVENIENCE_SAVING_H
 #define NORVASK_CONVENIENCE_SAVING_H
 
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
 
+#include "norvask/convenience_document.h"
 #include "norvask/convenience_file.h"
 #include "norvask/convenience_tree.h"
 #include "norvask/document.h"
@@ -67,15 +72,33 @@ inline std::size_t XMLNameDefaultNamespaces(CXMLDocument& document) {
 
 #if defined(__cpp_exceptions)
 
+// Internal.
+namespace convenience_inside {
+
+// With the reason of the system, if there is one.
+[[noreturn]] inline void ThrowNotSaved(const char* fileName, int error) {
+    CXMLException told(1, 4U, fileName);
+    std::vector<SXMLProblem> problems;
+    if (error != 0) {
+        problems.emplace_back();
+        problems.back().file = fileName == nullptr ? "" : fileName;
+        problems.back().text = std::generic_category().message(error);
+    }
+    throw CXMLError(told.GetID(), told.GetMessage(), std::move(problems));
+}
+
+}  // namespace convenience_inside
+
 /// Saves to a file such that afterwards it holds either the whole document or what it held before.
 ///
 /// The document is written to a new file beside `fileName`, every step is checked (writing, handing
 /// it to the device, closing), and only then the new file takes the place of the old one, in one
-/// step of the file system. If anything fails, CXMLException (1, "Error saving '%s'.") is thrown
-/// with the name as it was given; the old file has not been touched, and nothing else is left in
-/// its folder. What CXMLDocument::Save to a stream throws passes through in the same state: an
-/// invalid name (3), a document without a root (1, "invalid parameter"; deliberate: unlike Save to
-/// a file, which then does nothing). NULL is a name that cannot be saved to.
+/// step of the file system. If anything fails, CXMLError (1, "Error saving '%s'.") is thrown with
+/// the name as it was given, and the reason of the system as its problem; the old file has not been
+/// touched, and nothing else is left in its folder. What CXMLDocument::Save to a stream throws
+/// passes through in the same state: an invalid name (3), a document without a root (1, "invalid
+/// parameter"; deliberate: unlike Save to a file, which then does nothing). NULL is a name that
+/// cannot be saved to.
 ///
 /// What stays of a file that was there:
 ///
@@ -98,12 +121,13 @@ inline std::size_t XMLNameDefaultNamespaces(CXMLDocument& document) {
 /// system that halts, in the middle leaves the old file and a file ".norvask-..." beside it.
 inline void XMLSaveSafely(CXMLDocument& document, const char* fileName, bool format = false) {
     convenience_inside::CSafeFile file;
-    if (!file.Open(fileName)) throw CXMLException(1, 4U, fileName);
+    errno = 0;
+    if (!file.Open(fileName)) convenience_inside::ThrowNotSaved(fileName, errno);
     {
         std::ostream out(&file.Buffer());
-        document.Save(out, format);
+        convenience_inside::AsErrors([&] { document.Save(out, format); });
     }
-    if (!file.Finish()) throw CXMLException(1, 4U, fileName);
+    if (!file.Finish()) convenience_inside::ThrowNotSaved(fileName, errno);
 }
 inline void XMLSaveSafely(CXMLDocument& document, const std::string& fileName,
                           bool format = false) {

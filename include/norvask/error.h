@@ -94,7 +94,8 @@ public:
     int GetID() const noexcept;
 
     /// The problems of a load, in the order in which they were found; the first is the one that the
-    /// text tells. Empty for an error of anything else. Valid as long as the exception or a copy of
+    /// text tells. A save that failed has the system's reason as its one problem, if there is one.
+    /// Empty for an error of anything else. Valid as long as the exception or a copy of
     /// it lives.
     const std::vector<SXMLProblem>& Problems() const noexcept;
 
@@ -104,6 +105,11 @@ private:
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
 #endif
+
+/// For a catch block: throws on what is being handled there, a CXMLException as a CXMLError with
+/// the same class and text. One of a class that the program has derived from it, and every other
+/// exception, stays what it is. Outside of a catch block it ends the program.
+[[noreturn]] NORVASK_API void XMLRethrowAsError();
 
 }  // namespace norvask
 

@@ -42,14 +42,18 @@ struct SXMLUntrusted {
 
     /// Bytes of the document that make one tag, text, CDATA section, comment or instruction.
     /// Looked at where the document is read, in blocks of 48 KiB: a piece that is longer by two
-    /// blocks is refused for certain, a shorter one never.
+    /// blocks is refused for certain, a shorter one never. Namespace declarations are limited by it
+    /// too, since the parser looks for each prefix among all that are in force: to one for 64
+    /// bytes, 4096 by default.
     std::uint64_t maxMarkup = std::uint64_t{256} << 10;
 
     /// Elements that are open at the same time.
     unsigned int maxDepth = 256;
 
     /// Processor time of the calling thread, in seconds: that of the library and the parser, and
-    /// that of the callbacks. Looked at every 256 events and every block.
+    /// that of the callbacks. Looked at every 256 events and every block. A load whose longest step
+    /// between two looks might, if it came again, pass the limit by more than a second is refused
+    /// before it.
     unsigned int maxSeconds = 5;
 };
 

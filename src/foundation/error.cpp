@@ -1,6 +1,7 @@
 // CXMLError: an exception whose copies share everything, so that making one cannot fail.
 #include "norvask/error.h"
 
+#include <typeinfo>
 #include <utility>
 
 namespace norvask {
@@ -35,6 +36,17 @@ int CXMLError::GetID() const noexcept {
 const std::vector<SXMLProblem>& CXMLError::Problems() const noexcept {
     static const std::vector<SXMLProblem> NONE;
     return m_pProblems == nullptr ? NONE : *m_pProblems;
+}
+
+void XMLRethrowAsError() {
+    try {
+        throw;
+    } catch (CXMLException& exception) {
+        if (typeid(exception) != typeid(CXMLException)) {
+            throw;
+        }
+        throw CXMLError(exception);
+    }
 }
 
 }  // namespace norvask

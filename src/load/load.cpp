@@ -89,7 +89,7 @@ void LoadFrom(CDocumentSource& source, const SXMLLoadSettings& settings, std::si
     options.watched = &watched;
     try {
         try {
-            source.ReadAhead(ahead);
+            source.ReadAhead(ahead, watched.Watch());
         } catch (const SReadFailure& failure) {
             watched.AddReadFailure(failure.error);
             throw SLoadEnd();
@@ -153,10 +153,8 @@ void LoadChecked(const SXMLSource& givenSource, const SXMLLoadSettings& givenSet
                     [&](CDocumentSource& from, const SLoadOptions& options) {
                         load(from, options, settings);
                     });
-    } catch (CXMLError&) {
-        throw;
-    } catch (CXMLException& exception) {
-        throw CXMLError(exception);
+    } catch (CXMLException&) {
+        XMLRethrowAsError();
     }
 }
 

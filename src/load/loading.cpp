@@ -52,7 +52,9 @@ bool TakesDoctype(const SLoadOptions& options) noexcept {
     return options.watched != nullptr ? options.watched->TakesDoctype() : !options.validate;
 }
 CWatch* WatchOf(const SLoadOptions& options) noexcept {
-    return options.watched != nullptr ? &options.watched->Watch() : nullptr;
+    return options.watched != nullptr && options.watched->Watch().IsAwake()
+               ? &options.watched->Watch()
+               : nullptr;
 }
 
 void Tell(const SLoadOptions& options, ELane lane) noexcept {

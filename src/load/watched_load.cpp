@@ -96,8 +96,10 @@ void CWatchedLoad::Begin() {
         m_Problems.Add(std::move(problem), 2, false);
         throw SLoadEnd();
     }
-    CByteSource* const bytes = m_Source.Bytes();
-    m_bIsFedWhileRead = bytes == nullptr;
+    if (!m_Watch.IsUntrusted()) {
+        return;
+    }
+    const CByteSource* const bytes = m_Source.Bytes();
     const ERefusal refusal = m_Watch.Begin(bytes == nullptr ? 0 : bytes->Size());
     if (refusal != ERefusal::NONE) {
         problem.file = m_Source.Name();
@@ -153,6 +155,7 @@ void CWatchedLoad::Parse(CMySAXHandler& handler, bool calculatesOffsets, CReader
     if (m_Settings.doSchema && !m_Watch.IsUntrusted()) {
         reader.SetReadsHints();
     }
+    m_bIsFedWhileRead = m_Source.Bytes() == nullptr;
     CSourcePlaces* const places = m_bIsFedWhileRead ? &m_Places : nullptr;
     m_Source.Parse(reader, [&](const xercesc::InputSource& source, std::uint64_t size) {
         return std::make_unique<CWatchedInput>(source, size, reader, m_Watch, places);

@@ -2,6 +2,7 @@
 #include "load/parser/document_source.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <utility>
 #include <xercesc/framework/LocalFileInputSource.hpp>
@@ -40,6 +41,16 @@ std::unique_ptr<InputSource> SourceNamed(const char* name) {
         return std::make_unique<xercesc::URLInputSource>(url);
     }
     return std::make_unique<xercesc::LocalFileInputSource>(wide.Get());
+}
+
+bool IsUrl(const char* name) {
+    try {
+        const CParserString wide(name);
+        xercesc::XMLURL url;
+        return xercesc::XMLURL::parse(wide.Get(), url) && !url.isRelative();
+    } catch (const XMLException&) {
+        return true;  // of a kind that the parser does not know
+    }
 }
 
 CByteSource* BytesOf(std::optional<CParserFile>& file) {
@@ -88,11 +99,11 @@ void CFileSource::ThrowFailed(const char* parserMessage) const {
 }
 
 std::string CFileSource::Name() const {
-    return CParserFile::IsFileName(m_pFileName) ? AbsolutePath(m_pFileName) : m_pFileName;
+    return IsUrl(m_pFileName) ? m_pFileName : AbsolutePath(m_pFileName);
 }
 
 std::string CFileSource::WhyNot() const {
-    return CParserFile::IsFileName(m_pFileName) ? WhyNotReadable(m_pFileName) : "";
+    return IsUrl(m_pFileName) ? "" : WhyNotReadable(m_pFileName);
 }
 
 CParserFile& CPathSource::File() {
@@ -175,8 +186,8 @@ private:
 };
 
 std::size_t CReadSource::Read(char* to, std::size_t room) {
-    if (m_nUsed < m_Ahead.size()) {
-        const std::size_t count = std::min(room, m_Ahead.size() - m_nUsed);
+    if (m_nUsed < m_nAhead) {
+        const std::size_t count = std::min(room, m_nAhead - m_nUsed);
         std::memcpy(to, m_Ahead.data() + m_nUsed, count);
         m_nUsed += count;
         return count;
@@ -186,23 +197,24 @@ std::size_t CReadSource::Read(char* to, std::size_t room) {
 
 // Behind the end nothing is asked for any more.
 std::size_t CReadSource::ReadOn(char* to, std::size_t room) {
+    const std::ptrdiff_t MOST_ERROR = 4095;  // what the system has
     const std::ptrdiff_t count = m_Read(to, room);
     if (count < 0) {
-        throw SReadFailure{static_cast<int>(-count)};
+        throw SReadFailure{count < -MOST_ERROR ? EIO : static_cast<int>(-count)};
     }
     m_bIsOver = count == 0;
     return std::min(static_cast<std::size_t>(count), room);
 }
 
-void CReadSource::ReadAhead(std::size_t most) {
+void CReadSource::ReadAhead(std::size_t most, CWatch& watch) {
     const std::size_t BLOCK = 65536;
-    while (m_Ahead.size() < most) {
-        const std::size_t before = m_Ahead.size();
-        const std::size_t room = std::min(BLOCK, most - before);
-        m_Ahead.resize(before + room);
-        m_Ahead.resize(before + ReadOn(&m_Ahead[before], room));
+    while (m_nAhead < most && watch.IsInTime()) {
+        if (m_nAhead == m_Ahead.size()) {
+            m_Ahead.resize(std::min(most, std::max(BLOCK, 2 * m_nAhead)));
+        }
+        m_nAhead += ReadOn(&m_Ahead[m_nAhead], m_Ahead.size() - m_nAhead);
         if (m_bIsOver) {
-            m_Bytes.emplace(reinterpret_cast<const unsigned char*>(m_Ahead.data()), m_Ahead.size());
+            m_Bytes.emplace(reinterpret_cast<const unsigned char*>(m_Ahead.data()), m_nAhead);
             return;
         }
     }
@@ -218,7 +230,7 @@ CByteSource* CReadSource::Bytes() noexcept {
 
 void CReadSource::Parse(SAX2XMLReader& reader, const CWrap& wrap) {
     m_nUsed = 0;
-    ParseWrapped(reader, CInput(*this), m_Bytes.has_value() ? m_Ahead.size() : 0, wrap);
+    ParseWrapped(reader, CInput(*this), m_Bytes.has_value() ? m_nAhead : 0, wrap);
 }
 
 void CReadSource::ThrowFailed(const char* parserMessage) const {

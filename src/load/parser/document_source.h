@@ -14,6 +14,7 @@
 
 #include "load/parser/parser_file.h"
 #include "load/source/byte_source.h"
+#include "load/watch/watch.h"
 
 namespace norvask {
 
@@ -29,9 +30,9 @@ public:
     CDocumentSource& operator=(const CDocumentSource&) = delete;
     virtual ~CDocumentSource() = default;
 
-    // Reads so many bytes of what cannot be read twice. If there are no more, it can be. Throws
-    // SReadFailure.
-    virtual void ReadAhead(std::size_t) {}
+    // Reads so many bytes of what cannot be read twice, as long as there is time. If there are no
+    // more, it can be. Throws SReadFailure.
+    virtual void ReadAhead(std::size_t, CWatch&) {}
 
     // The bytes, at the first of them, for whoever reads them before the parser or behind it; NULL
     // for what the lane cannot read, or not twice.
@@ -110,7 +111,7 @@ public:
     using CRead = std::function<std::ptrdiff_t(char* to, std::size_t room)>;
     CReadSource(CRead read, const char* name) : m_Read(std::move(read)), m_pName(name) {}
 
-    void ReadAhead(std::size_t most) override;
+    void ReadAhead(std::size_t most, CWatch& watch) override;
 
     CByteSource* Bytes() noexcept override;
     void Parse(xercesc::SAX2XMLReader& reader, const CWrap& wrap) override;
@@ -126,6 +127,7 @@ private:
     const CRead m_Read;
     const char* m_pName;
     std::string m_Ahead;
+    std::size_t m_nAhead = 0;  // bytes in it
     std::size_t m_nUsed = 0;  // of them, by the parser
     bool m_bIsOver = false;
     std::optional<CMemoryBytes> m_Bytes;  // those read ahead, if they are all

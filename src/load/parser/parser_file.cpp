@@ -2,7 +2,9 @@
 #include "load/parser/parser_file.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <xercesc/util/BinFileInputStream.hpp>
 #include <xercesc/util/BinMemInputStream.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -33,14 +35,16 @@ private:
     BinInputStream& m_Stream;
 };
 
-// Pipes and devices have no size, and what the system makes up when it is read has none either.
+// Pipes and devices have no size, and what the system makes up when it is read has none either. The
+// end of a directory may be as far away as can be.
 std::size_t SizeOf(BinInputStream* stream) {
     const auto* const file = dynamic_cast<const BinFileInputStream*>(stream);
     if (file == nullptr) {
         return 0;
     }
     try {
-        return static_cast<std::size_t>(file->getSize());
+        const XMLFilePos size = file->getSize();
+        return size < std::numeric_limits<std::int64_t>::max() ? static_cast<std::size_t>(size) : 0;
     } catch (const xercesc::XMLException&) {
         return 0;
     }

@@ -23,11 +23,13 @@ bool IsUrl(const std::string& location) {
                        });
 }
 
+const char FILE_SCHEME[] = "file://";
+
 // Characters beyond ASCII stay as they are: the parser decodes bytes one by one.
 std::string UrlOf(const std::string& path) {
     static const char PLAIN[] = "/-._~!$&'()*+,;=:@";
     static const char DIGITS[] = "0123456789ABCDEF";
-    std::string url = "file://";
+    std::string url = FILE_SCHEME;
     for (const char c : path) {
         const auto byte = static_cast<unsigned char>(c);
         if (byte >= 0x80 || std::isalnum(byte) != 0 || std::strchr(PLAIN, c) != nullptr) {
@@ -39,6 +41,23 @@ std::string UrlOf(const std::string& path) {
         }
     }
     return url;
+}
+
+// The other way round.
+std::string PathOf(const std::string& url) {
+    std::string path;
+    for (std::size_t i = std::strlen(FILE_SCHEME); i < url.size(); ++i) {
+        const bool isEncoded = url[i] == '%' && i + 2 < url.size() &&
+                               std::isxdigit(static_cast<unsigned char>(url[i + 1])) != 0 &&
+                               std::isxdigit(static_cast<unsigned char>(url[i + 2])) != 0;
+        if (isEncoded) {
+            path += static_cast<char>(std::stoi(url.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else {
+            path += url[i];
+        }
+    }
+    return path;
 }
 
 }  // namespace
@@ -103,6 +122,14 @@ bool CSchemaNames::AreReadable(SXMLProblem& problem) const {
         }
     }
     return true;
+}
+
+std::string CSchemaNames::NameOf(const std::string& file) const {
+    const bool isInFolder = std::any_of(m_Names.begin(), m_Names.end(), [&file](const SName& name) {
+        return !name.path.empty() &&
+               file.compare(0, name.url.rfind('/') + 1, name.url, 0, name.url.rfind('/') + 1) == 0;
+    });
+    return isInFolder ? PathOf(file) : file;
 }
 
 bool CSchemaNames::IsQuoted(const std::string& text) const {

@@ -27,6 +27,9 @@ public:
 
     // Whether all those that are files can be read. If not, the problem is told.
     bool AreReadable(SXMLProblem& problem) const;
+    // What the parser calls a file, as the program calls it: the path of one that was named by a
+    // path, or of a file in the same folder or below.
+    std::string NameOf(const std::string& file) const;
     // Whether the parser's text quotes one of them.
     bool IsQuoted(const std::string& text) const;
 

@@ -107,13 +107,14 @@ public:
     void comment(const XMLCh* const, const XMLSize_t) override { Meet(); }
     // The parser tells these in front of their element, which may be what is wrong.
     void startPrefixMapping(const XMLCh* const prefix, const XMLCh* const uri) override {
-        m_Reader.Obey(m_Reader.m_Watch.Event());
+        m_Reader.Obey(m_Reader.m_Watch.StartNamespace());
         if (!m_Reader.m_bIsEnding) {
             m_Next.startPrefixMapping(prefix, uri);
         }
     }
     void endPrefixMapping(const XMLCh* const prefix) override {
         Meet();
+        m_Reader.m_Watch.EndNamespace();
         m_Next.endPrefixMapping(prefix);
     }
     void startCDATA() override {
@@ -289,6 +290,8 @@ void CWatchedReader::error(const unsigned int code, const XMLCh* const domain, c
     const bool inDocument = !problem.file.empty() && problem.file == m_Document;
     if (inDocument) {
         problem.path = m_Path.Text();
+    } else if (m_pSchemas != nullptr) {
+        problem.file = m_pSchemas->NameOf(problem.file);
     }
     if (isFatal && IsOfDecoding(code, domain)) {
         m_Problems.SetOfDecoding();

@@ -116,7 +116,10 @@ private:
     };
 
     bool MayGoOn() noexcept {
-        return m_pWatch == nullptr || m_pWatch->MayGoOn(m_Window.Position(), m_Open.size());
+        return m_pWatch == nullptr || m_pWatch->MayGoOn(m_Window.Position());
+    }
+    bool MayStart() const noexcept {
+        return m_pWatch == nullptr || m_pWatch->MayStart(m_Open.size() + 1, m_Namespaces.Count());
     }
 
     bool StartDocument() {
@@ -229,7 +232,7 @@ private:
         if (m_pDefault != nullptr) {
             AddDefault();
         }
-        if (name == nullptr || !CheckAttributes(temporary)) {
+        if (name == nullptr || !CheckAttributes(temporary) || !MayStart()) {
             return false;
         }
         for (std::size_t i = declarations; i < m_Namespaces.Count(); ++i) {

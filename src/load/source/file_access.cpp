@@ -13,7 +13,7 @@ namespace norvask {
 std::string AbsolutePath(const std::string& path) {
     std::error_code failed;
     const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
-    return failed ? path : absolute.string();
+    return failed ? path : absolute.lexically_normal().string();
 }
 
 std::string WhyNotReadable(const std::string& path) {

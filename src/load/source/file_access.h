@@ -6,8 +6,8 @@
 
 namespace norvask {
 
-// A path from the root, with "." and ".." as they are. A relative one begins in the working
-// directory; it stays as it is where that is not known.
+// A path from the root, without "." and "..". A relative one begins in the working directory; it
+// stays as it is where that is not known.
 std::string AbsolutePath(const std::string& path);
 
 // The system's reason why a file cannot be opened or read; empty if it can. Does not wait for the

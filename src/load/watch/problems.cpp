@@ -56,13 +56,16 @@ std::vector<SXMLProblem*> CProblems::InDocument() {
     return problems;
 }
 
-// Where the parser stopped says little: it finds out when it decodes a block, and at the end of a
-// document it takes what is cut off for the end. Only then its text says nothing of it, and another
-// is told.
+// Where the parser stopped says little: it finds out when it decodes a block, elements away from the
+// bytes, and at the end of a document it takes what is cut off for the end. Only then its text says
+// nothing of it, and another is told.
 void CProblems::SetIllFormed(const CSourcePlaces& places, const std::string& document) {
     SXMLProblem& problem = m_Problems.back();
     if (problem.file.empty()) {
         problem.file = document;
+    }
+    if (m_bIsOfDecoding) {
+        problem.path.clear();
     }
     problem.line = places.BadLine();
     problem.column = places.BadColumn();

@@ -15,7 +15,7 @@
 
 namespace norvask {
 
-enum class ERefusal { NONE, DTD, BYTES, MARKUP, DEPTH, TIME, STOPPED };
+enum class ERefusal { NONE, DTD, BYTES, MARKUP, DEPTH, NAMESPACES, TIME, STOPPED };
 
 class CWatch {
 public:
@@ -25,6 +25,8 @@ public:
     CWatch& operator=(const CWatch&) = delete;
 
     bool IsUntrusted() const noexcept { return m_bIsUntrusted; }
+    // Whether there is anything to watch.
+    bool IsAwake() const noexcept { return m_bIsUntrusted || m_Settings.progress != nullptr; }
 
     // The document is read from its first byte on; `total` is its size, 0 if that is not known.
     ERefusal Begin(std::uint64_t total) noexcept;
@@ -48,11 +50,20 @@ public:
         return m_nDepth > m_nMaxDepth ? ERefusal::DEPTH : Event();
     }
     void EndElement() noexcept { --m_nDepth; }
+    ERefusal StartNamespace() noexcept {
+        ++m_nNamespaces;
+        return m_nNamespaces > m_nMaxNamespaces ? ERefusal::NAMESPACES : Event();
+    }
+    void EndNamespace() noexcept { --m_nNamespaces; }
 
-    // For a reading that knows where it is. Everything up to this byte was told, and so many
-    // elements are open.
-    bool MayGoOn(std::uint64_t position, std::size_t depth) noexcept {
-        if (position - m_nAtEvent > m_nMaxMarkup || depth > m_nMaxDepth) {
+    // For a reading that knows where it is: whether so many elements may be open, and so many
+    // declarations of namespaces in force; and whether it may go on behind this byte, up to which
+    // everything was told.
+    bool MayStart(std::size_t depth, std::size_t namespaces) const noexcept {
+        return depth <= m_nMaxDepth && namespaces <= m_nMaxNamespaces;
+    }
+    bool MayGoOn(std::uint64_t position) noexcept {
+        if (position - m_nAtEvent > m_nMaxMarkup) {
             return false;
         }
         m_nAtEvent = position;
@@ -67,6 +78,9 @@ public:
 
 private:
     static const unsigned int LOOKED_AT = 256;
+    // The parser looks for a prefix among all that are in force, for each attribute of a tag. A
+    // common declaration takes about so many bytes.
+    static const unsigned int BYTES_OF_NAMESPACE = 64;
 
     bool IsLookedAt() noexcept {
         ++m_nEvents;
@@ -79,14 +93,20 @@ private:
     std::uint64_t m_nMaxBytes;
     std::uint64_t m_nMaxMarkup;
     std::uint64_t m_nMaxDepth;
+    std::uint64_t m_nMaxNamespaces;
     std::uint64_t m_nMaxNanoseconds;  // 0 for no limit
     std::uint64_t m_nBegin;           // of the time
+    std::uint64_t m_nUsed = 0;        // when it was asked for last
+    std::uint64_t m_nLongest = 0;     // step between two looks
+    std::uint64_t m_nLook = 0;        // the last one, by the clock of what passes
+    std::uint64_t m_nNotBefore = 0;   // when the limit may be reached, by that clock
 
     std::uint64_t m_nTotal = 0;
     std::uint64_t m_nRead = 0;
     std::uint64_t m_nTold = 0;  // to the progress function, by any reading
     std::uint64_t m_nAtEvent = 0;
     std::uint64_t m_nDepth = 0;
+    std::uint64_t m_nNamespaces = 0;
     unsigned int m_nEvents = 0;
     ERefusal m_Over = ERefusal::NONE;
 };

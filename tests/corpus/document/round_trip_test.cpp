@@ -64,7 +64,7 @@ std::size_t Step(std::size_t documents) {
         return step < 1 ? 1 : static_cast<std::size_t>(step);
     }
 #if defined(__SANITIZE_ADDRESS__)
-    return documents > 1000 ? 4 : 1;
+    return documents > 1000 ? 16 : 1;
 #else
     (void)documents;
     return 1;
