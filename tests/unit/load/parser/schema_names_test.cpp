@@ -83,10 +83,10 @@ TEST(SchemaNames, ListsAreSplitAndJoined) {
     EXPECT_EQ(names.Pairs(), "urn:a file:///a.xsd urn:b http://b urn:c file:///c%20d");
     EXPECT_EQ(names.WithoutNamespace(), "file:///none");
     EXPECT_FALSE(names.IsEmpty());
-    EXPECT_TRUE(names.IsQuoted("unable to open 'file:///c%20d'"));
-    EXPECT_TRUE(names.IsQuoted("'http://b'"));
-    EXPECT_FALSE(names.IsQuoted("unable to open 'file:///c%20d2'"));
-    EXPECT_FALSE(names.IsQuoted("file:///none"));
+    EXPECT_EQ(names.Quoted("unable to open 'file:///c%20d'"), "/c d");
+    EXPECT_EQ(names.Quoted("'http://b'"), "http://b");
+    EXPECT_EQ(names.Quoted("unable to open 'file:///c%20d2'"), "");
+    EXPECT_EQ(names.Quoted("file:///none"), "");
 }
 
 TEST(SchemaNames, WithoutValidationThereAreNone) {
