@@ -278,17 +278,21 @@ inline std::ptrdiff_t ReadStream(void* context, char* to, std::size_t room) {
     std::istream& stream = *static_cast<std::istream*>(context);
     if (stream.eof()) return 0;
     if (!stream.good()) return -EIO;
+    std::ptrdiff_t count = 0;
 #if defined(__cpp_exceptions)
     try {
-#endif
-        return static_cast<std::ptrdiff_t>(
-            stream.rdbuf()->sgetn(to, static_cast<std::streamsize>(room)));
-#if defined(__cpp_exceptions)
+        count = stream.rdbuf()->sgetn(to, static_cast<std::streamsize>(room));
     } catch (...) {
         if ((stream.exceptions() & std::ios::badbit) != 0) throw;
         return -EIO;
     }
+#else
+    count = stream.rdbuf()->sgetn(to, static_cast<std::streamsize>(room));
 #endif
+    if (count == 0 && (stream.exceptions() & std::ios::eofbit) == 0) {
+        stream.setstate(std::ios::eofbit);
+    }
+    return count;
 }
 inline SXMLSource Stream(std::istream& stream) {
     SXMLSource source;

@@ -142,7 +142,7 @@ public:
         m_Reader.m_Path.StartElement(qname);
         m_Reader.StartElement(attributes);
         m_Reader.Obey(m_Reader.m_Watch.StartElement());
-        m_Reader.Obey(m_Reader.m_Watch.Names(m_Reader.m_Memory.InUse()));
+        m_Reader.Obey(m_Reader.m_Watch.Memory(m_Reader.m_Memory.InUse()));
         try {
             m_Next.startElement(uri, localname, qname, attributes);
         } catch (CXMLException& exception) {

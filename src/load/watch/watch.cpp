@@ -47,7 +47,7 @@ CWatch::CWatch(const SXMLLoadSettings& settings) noexcept
                                : std::max(limits.maxMarkup / BYTES_OF_NAMESPACE, FEW_NAMESPACES);
         m_nMaxNames = limits.maxBytes == 0 || limits.maxBytes > NO_LIMIT / NAMES_OF_BYTES
                           ? NO_LIMIT
-                          : limits.maxBytes * NAMES_OF_BYTES;
+                          : std::max(limits.maxBytes * NAMES_OF_BYTES, FEW_NAMES);
         m_nMaxNanoseconds = limits.maxSeconds * NANOSECONDS;
     }
     if (m_nMaxNanoseconds != 0) {
@@ -63,6 +63,7 @@ ERefusal CWatch::Begin(std::uint64_t total) noexcept {
     m_nAtEvent = 0;
     m_nDepth = 0;
     m_nNamespaces = 0;
+    m_nMemoryBefore = 0;
     return total > m_nMaxBytes ? ERefusal::BYTES : ERefusal::NONE;
 }
 
@@ -131,7 +132,7 @@ std::string CWatch::Words(ERefusal refusal) const {
                    " in force (maxMarkup / 64)";
         case ERefusal::NAMES:
             return "names that take more than " + Counted(m_nMaxNames, "byte") +
-                   " of memory (4 * maxBytes)";
+                   " of memory (maxBytes)";
         case ERefusal::TIME:
             return "more than " + Counted(m_nMaxNanoseconds / NANOSECONDS, "second") +
                    " of processor time (maxSeconds)";

@@ -55,9 +55,14 @@ public:
         return m_nNamespaces > m_nMaxNamespaces ? ERefusal::NAMESPACES : Event();
     }
     void EndNamespace() noexcept { --m_nNamespaces; }
-    // So much memory is in use for names.
-    ERefusal Names(std::uint64_t bytes) const noexcept {
-        return bytes > m_nMaxNames ? ERefusal::NAMES : ERefusal::NONE;
+    // So much memory the parser uses in front of an element. What it has before the first one is
+    // its own, and that of the program's schemas.
+    ERefusal Memory(std::uint64_t bytes) noexcept {
+        if (m_nMemoryBefore == 0) {
+            m_nMemoryBefore = bytes;
+        }
+        return bytes > m_nMemoryBefore && bytes - m_nMemoryBefore > m_nMaxNames ? ERefusal::NAMES
+                                                                                : ERefusal::NONE;
     }
 
     // For a reading that knows where it is: whether so many elements may be open, and so many
@@ -88,6 +93,7 @@ private:
     static constexpr std::uint64_t FEW_NAMESPACES = 64;
     // It keeps each name and namespace that it meets, in memory that is a multiple of their bytes.
     static const std::uint64_t NAMES_OF_BYTES = 4;
+    static constexpr std::uint64_t FEW_NAMES = std::uint64_t{1} << 20;
 
     bool IsLookedAt() noexcept {
         ++m_nEvents;
@@ -115,6 +121,7 @@ private:
     std::uint64_t m_nAtEvent = 0;
     std::uint64_t m_nDepth = 0;
     std::uint64_t m_nNamespaces = 0;
+    std::uint64_t m_nMemoryBefore = 0;  // 0 before the first element
     unsigned int m_nEvents = 0;
     ERefusal m_Over = ERefusal::NONE;
 };

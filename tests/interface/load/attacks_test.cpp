@@ -337,10 +337,11 @@ TEST(Attacks, AHintedSchemaIsNoGrammar) {
     const std::string xml =
         "<r" + XSI + "x:noNamespaceSchemaLocation='" + schema.Name() + "'><n>1</n></r>";
     XMLLoadText(xml, SXMLLoadOptions().ValidateBySchema().RequireGrammar());
-    ExpectAttackEnds(
-        xml,
-        {Invalid(1, "no grammar to validate by: neither the document nor the program names one")},
-        Strangers().ValidateBySchema().RequireGrammar());
+    ExpectAttackEnds(xml,
+                     {Invalid(1,
+                              "no grammar to validate by: the program names none, and the document "
+                              "none that is read")},
+                     Strangers().ValidateBySchema().RequireGrammar());
 }
 
 // Nor do other names lead anywhere.

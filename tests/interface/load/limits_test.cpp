@@ -58,7 +58,8 @@ std::string TooLarge(std::uint64_t bytes) {
     return "larger than " + std::to_string(bytes) + " bytes (maxBytes)";
 }
 std::string TooLong(std::uint64_t bytes) {
-    return "a tag, text or comment of more than " + std::to_string(bytes) + " bytes (maxMarkup)";
+    return "a tag, text or other piece of more than " + std::to_string(bytes) +
+           " bytes (maxMarkup)";
 }
 
 std::string Nested(std::size_t levels, const std::string& inside = "") {
