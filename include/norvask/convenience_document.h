@@ -432,14 +432,17 @@ inline void XMLLoadText(const char* text, CXMLSaxHandler& handler,
     XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), handler, options);
 }
 
+/// Loads what a stream has from where it is, to its end.
 inline void XMLLoadStream(std::istream& stream, CXMLSaxHandler& handler,
                           const SXMLLoadOptions& options = SXMLLoadOptions()) {
     convenience_inside::Load(convenience_inside::Stream(stream), options, handler);
 }
+/// Loads what an open file, pipe or socket has from where it is, to its end.
 inline void XMLLoadDescriptor(int descriptor, CXMLSaxHandler& handler,
                               const SXMLLoadOptions& options = SXMLLoadOptions()) {
     convenience_inside::Load(convenience_inside::Descriptor(descriptor), options, handler);
 }
+/// Loads what a function reads.
 inline void XMLLoadReader(const std::function<std::ptrdiff_t(char* to, std::size_t room)>& read,
                           CXMLSaxHandler& handler,
                           const SXMLLoadOptions& options = SXMLLoadOptions()) {

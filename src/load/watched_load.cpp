@@ -76,6 +76,9 @@ private:
     CSourcePlaces* const m_pPlaces;
 };
 
+// What the problems of a stranger's document may take, all texts together.
+const std::size_t MOST_BYTES_OF_PROBLEMS = std::size_t{4} << 20;
+
 // Without validation there is but one.
 unsigned int ProblemLimit(const SXMLLoadSettings& settings) noexcept {
     return settings.validate ? settings.problemLimit : 1;
@@ -87,7 +90,8 @@ CWatchedLoad::CWatchedLoad(const SXMLLoadSettings& settings, CDocumentSource& so
     : m_Settings(settings),
       m_Source(source),
       m_Watch(settings),
-      m_Problems(ProblemLimit(settings)),
+      m_Problems(ProblemLimit(settings),
+                 settings.untrusted != nullptr ? MOST_BYTES_OF_PROBLEMS : 0),
       m_Schemas(settings) {}
 
 void CWatchedLoad::Begin() {
@@ -145,9 +149,9 @@ void CWatchedLoad::SetValidation(xercesc::SAX2XMLReader& reader) const {
 }
 
 void CWatchedLoad::Parse(CMySAXHandler& handler, bool calculatesOffsets, CReaderLink* link) {
-    CWatchedReader reader(handler, m_Source, m_Watch, m_Problems,
-                          m_Settings.validate ? &m_Schemas : nullptr,
-                          m_Settings.validate && m_Settings.requireGrammar, link == nullptr);
+    CWatchedReader reader(handler, m_Watch, m_Problems, m_Settings.validate ? &m_Schemas : nullptr,
+                          m_Source.Name(), m_Settings.validate && m_Settings.requireGrammar,
+                          link == nullptr);
     if (link != nullptr) {
         link->SetReader(&reader);
     }
@@ -195,7 +199,7 @@ void CWatchedLoad::Throw() {
 // Where nothing has a place there is nothing to look for.
 void CWatchedLoad::CompletePlaces() {
     std::vector<SXMLProblem*> problems = m_Problems.InDocument();
-    if (problems.empty() && !m_Problems.IsOfDecoding()) {
+    if (problems.empty() && m_Problems.Decoding() == EDecoding::NOTHING) {
         return;
     }
     CByteSource* const bytes = m_bIsFedWhileRead ? nullptr : m_Source.Bytes();
@@ -206,6 +210,11 @@ void CWatchedLoad::CompletePlaces() {
         m_Places.End();
         for (SXMLProblem* const problem : problems) {
             problem->column = m_Places.HasPairs() ? 0 : problem->column;
+        }
+    }
+    if (!m_Places.KnowsColumns()) {
+        for (SXMLProblem* const problem : problems) {
+            problem->column = 0;
         }
     }
     if (m_Places.IsIllFormed() && MayBeIllFormed()) {
@@ -222,13 +231,15 @@ bool CWatchedLoad::MayBeIllFormed() const {
     }
     const auto place = std::make_pair(problem.line, problem.column);
     const auto bad = std::make_pair(m_Places.BadLine(), m_Places.BadColumn());
-    return m_Problems.IsOfDecoding() || (m_Problems.IsLastInDocument() && bad <= place);
+    return m_Problems.Decoding() == EDecoding::FAILED ||
+           (m_Problems.Decoding() == EDecoding::PERHAPS && m_Problems.IsLastInDocument() &&
+            bad <= place);
 }
 
-// Of a file that could not be opened or read the parser does not tell the name.
+// Of a document that could not be opened or read the parser does not tell the name.
 void CWatchedLoad::CompleteReason() {
     SXMLProblem& problem = m_Problems.Last();
-    if (problem.severity == EXMLSeverity::FATAL && problem.file.empty()) {
+    if (m_Problems.IsOfOpening() && problem.file.empty()) {
         problem.file = m_Source.Name();
         const std::string reason = m_Source.WhyNot();
         if (!reason.empty()) {
