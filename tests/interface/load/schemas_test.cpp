@@ -252,12 +252,19 @@ TEST_F(LoadSchemas, MistakesInASchemaAreErrorsInIt) {
               std::string("error Memfile:1:9: ") + NO_INTEGER + " @ /a");
 }
 
-// By a URL it is known by that.
-TEST_F(LoadSchemas, AUrlIsNamedAsItIs) {
-    Write("a b.xsd", "text");
-    const std::string url = "file://" + m_Folder + "/a%20b.xsd";
-    EXPECT_PROBLEMS(XMLLoadText("<a>1</a>", SXMLLoadOptions().ValidateBySchema(url)), 2,
-                    "fatal " + url + ":1:1: invalid document structure\n");
+// However it is written.
+TEST_F(LoadSchemas, AUrlOfAFileIsNamedByItsPath) {
+    for (const char* const scheme : {"file://", "FILE://", "File://"}) {
+        const SXMLLoadOptions options =
+            SXMLLoadOptions().ValidateBySchema(scheme + m_Folder + "/a%20b.xsd");
+        ExpectUnreadable(options, Inside("a b.xsd"), ENOENT);
+        Write("a b.xsd", "text");
+        EXPECT_PROBLEMS(XMLLoadText("<a>1</a>", options), 2,
+                        "fatal " + Inside("a b.xsd") + ":1:1: invalid document structure\n");
+        Write("a b.xsd", SchemaOf("a"));
+        ExpectUsed(options);
+        unlink("a b.xsd");
+    }
 }
 
 TEST_F(LoadSchemas, SeveralNamespaces) {
@@ -307,12 +314,10 @@ TEST_F(LoadSchemas, OneForElementsInNoNamespaceIsAllThereMayBe) {
     XMLLoad(source, settings)->Delete();
 }
 
-// Not a namespace without a location, either: the parser's own error.
-TEST_F(LoadSchemas, APairThatIsNotOneIsAnError) {
+TEST_F(LoadSchemas, ANamespaceWithoutALocationIsRefused) {
     Write("a.xsd", SchemaOf("a", "urn:a"));
-    const SFailure failure = FailureOf([&] {
-        XMLLoadText("<a/>", SXMLLoadOptions().ValidateBySchema("urn:a a.xsd urn:b", true));
-    });
-    EXPECT_EQ(failure.id, 2);
-    EXPECT_EQ(failure.problems.size(), 1U);
+    for (const char* const list : {"urn:a a.xsd urn:b", "urn:a", " urn:a "}) {
+        EXPECT_INVALID_PARAMETER(
+            XMLLoadText("<a/>", SXMLLoadOptions().ValidateBySchema(list, true)));
+    }
 }

@@ -109,12 +109,12 @@ TEST(ElementPath, LongNamesAreBoundedToo) {
 
 TEST(ElementPath, ALongPathIsNone) {
     CElementPath path;
-    path.StartElement(Wide(std::string(65536, 'n')).c_str());
-    EXPECT_EQ(path.Text().size(), 65537U);
+    path.StartElement(Wide(std::string(4096, 'n')).c_str());
+    EXPECT_EQ(path.Text().size(), 4097U);
     path.StartElement(u"m");
     EXPECT_EQ(path.Text(), "");
     path.EndElement();
-    EXPECT_EQ(path.Text().size(), 65537U);
+    EXPECT_EQ(path.Text().size(), 4097U);
 }
 
 }  // namespace
