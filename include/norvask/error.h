@@ -98,8 +98,9 @@ public:
     const char* GetMessage() const noexcept;
     int GetID() const noexcept;
 
-    /// The problems of a load, in the order in which they were found; the first is the one that the
-    /// text tells. A save that failed has the system's reason as its one problem, if there is one.
+    /// The problems of a load, in the order in which they were found, but for a refusal (class 9),
+    /// which stands in front of those that were found before it. The first is the one that the text
+    /// tells. A save that failed has the system's reason as its one problem, if there is one.
     /// Empty for an error of anything else. Valid as long as the exception or a copy of
     /// it lives.
     const std::vector<SXMLProblem>& Problems() const noexcept;

@@ -39,14 +39,16 @@ namespace norvask {
 /// maxBytes bounds it.
 struct SXMLUntrusted {
     /// Bytes that are read from the source. A source whose size is known and greater is refused
-    /// before anything is read.
+    /// before anything is read. The parser may need four times as many for the names of the
+    /// document, all of which it keeps.
     std::uint64_t maxBytes = std::uint64_t{16} << 20;
 
-    /// Bytes of the document that make one tag, text, CDATA section, comment or instruction.
-    /// Looked at where the document is read, in blocks of 48 KiB: a piece that is longer by two
-    /// blocks is refused for certain, a shorter one never. Namespace declarations are limited by it
-    /// too, since the parser looks for each prefix among all that are in force: to one for 64
-    /// bytes, 4096 by default.
+    /// Bytes of the document that make one tag, CDATA section, comment or instruction, or a text up
+    /// to the next reference in it: an image that stands in a document is longer. Looked at where
+    /// the document is read, in blocks of 48 KiB: a piece that is longer by two blocks is refused
+    /// for certain, a shorter one never, nor may be a text, of which the parser tells a part after
+    /// a million characters. Namespace declarations are limited by it too, since the parser looks
+    /// for each prefix among all that are in force: to one for 64 bytes, 4096 by default.
     std::uint64_t maxMarkup = std::uint64_t{256} << 10;
 
     /// Elements that are open at the same time.
@@ -73,7 +75,7 @@ struct SXMLSchemaName {
 /// How to load. What is not set is as in a plain load with every parameter false or NULL.
 ///
 /// Fields may be added at the end in later versions. The library reads those that `size` covers, so
-/// leave it as it is.
+/// leave it as it is. One that is set and that the library does not know is an invalid parameter.
 struct SXMLLoadSettings {
     /// Which fields there are.
     std::size_t size = sizeof(SXMLLoadSettings);
@@ -81,9 +83,9 @@ struct SXMLLoadSettings {
     /// As the parameters of CXMLManager::LoadDocument, but for two things, which are so with
     /// doSchema only. A location without a scheme is relative to the working directory, not to the
     /// document. A schema that cannot be opened or read is an error, with its name as the file and
-    /// line 0: CXMLError (2, message 3), for a file before the document is read, for what else a URL
-    /// names when the parser comes to it. A list of pairs in which the last has no location is an
-    /// invalid parameter, and so are two schemas for elements in no namespace.
+    /// line 0: CXMLError (2, message 3), for a file before the document is read, for what else a
+    /// URL names when the parser comes to it. A list of pairs in which the last has no location is
+    /// an invalid parameter, and so are two schemas for elements in no namespace.
     bool validate = false;
     bool doSchema = false;
     bool schemaHasNamespace = false;

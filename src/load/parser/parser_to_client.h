@@ -85,9 +85,8 @@ private:
     }
     SKeptName Keep(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname);
     SEventName Shown(const SPlacedName& name) const noexcept {
-        return name.kept != nullptr
-                   ? name.kept->payload.shown
-                   : ShownAt(m_Narrow.At(name.uri), m_Narrow.At(name.place));
+        return name.kept != nullptr ? name.kept->payload.shown
+                                    : ShownAt(m_Narrow.At(name.uri), m_Narrow.At(name.place));
     }
     static SEventName ShownAt(const char* uri, const char* names) noexcept;
 

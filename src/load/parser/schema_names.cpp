@@ -73,6 +73,9 @@ CSchemaNames::CSchemaNames(const SXMLLoadSettings& settings) {
     } else if (settings.schemaLocation != nullptr) {
         Add("", settings.schemaLocation);
     }
+    if (settings.schemas == nullptr && settings.schemaCount != 0) {
+        ThrowInvalidParameter();
+    }
     for (std::size_t i = 0; i < settings.schemaCount; ++i) {
         const SXMLSchemaName& schema = settings.schemas[i];
         if (schema.location == nullptr) {

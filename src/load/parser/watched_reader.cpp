@@ -12,6 +12,7 @@
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/schema/SchemaSymbols.hpp>
 
+#include "foundation/utf8.h"
 #include "norvask/exception.h"
 
 namespace norvask {
@@ -21,7 +22,7 @@ using xercesc::XMLString;
 using xercesc::XMLUni;
 
 const char NO_GRAMMAR[] =
-    "no grammar to validate by: neither the document nor the program names one";
+    "no grammar to validate by: the program names none, and the document none that is read";
 
 // What the parser finds in text that is not allowed; it does not tell of such text at all.
 bool IsOfText(unsigned int code, const XMLCh* domain) {
@@ -126,7 +127,7 @@ public:
         m_Reader.m_pLocator = locator;
     }
     void startDocument() override {
-        m_Reader.m_Document = m_Reader.Narrow(m_Reader.m_pLocator->getSystemId());
+        m_Reader.m_Document = m_Reader.NarrowByOwn(m_Reader.m_pLocator->getSystemId());
         Meet();
         m_Next.startDocument();
     }
@@ -141,6 +142,7 @@ public:
         m_Reader.m_Path.StartElement(qname);
         m_Reader.StartElement(attributes);
         m_Reader.Obey(m_Reader.m_Watch.StartElement());
+        m_Reader.Obey(m_Reader.m_Watch.Names(m_Reader.m_Memory.InUse()));
         try {
             m_Next.startElement(uri, localname, qname, attributes);
         } catch (CXMLException& exception) {
@@ -212,10 +214,12 @@ private:
     CMySAXHandler& m_Next;
 };
 
-CWatchedReader::CWatchedReader(CMySAXHandler& handler, CWatch& watch, CProblems& problems,
-                               const CSchemaNames* schemas, const std::string& name,
-                               bool requiresGrammar, bool isTree)
-    : m_Handler(handler),
+CWatchedReader::CWatchedReader(CCountingMemory& memory, CMySAXHandler& handler, CWatch& watch,
+                               CProblems& problems, const CSchemaNames* schemas,
+                               const std::string& name, bool requiresGrammar, bool isTree)
+    : SAX2XMLReaderImpl(watch.IsUntrusted() ? &memory : xercesc::XMLPlatformUtils::fgMemoryManager),
+      m_Memory(memory),
+      m_Handler(handler),
       m_Watch(watch),
       m_Problems(problems),
       m_pSchemas(schemas),
@@ -264,9 +268,9 @@ void CWatchedReader::PlaceInTag(const xercesc::Attributes& attributes) {
     const std::size_t MOST = 64;
     std::vector<CNamedAttribute> named(std::min(m_nWaiting, MOST));
     for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
-        const SAttributeTexts texts(Narrow(attributes.getQName(i)), Narrow(attributes.getURI(i)),
-                                    Narrow(attributes.getLocalName(i)),
-                                    Narrow(attributes.getValue(i)));
+        const SAttributeTexts texts(
+            NarrowByOwn(attributes.getQName(i)), NarrowByOwn(attributes.getURI(i)),
+            NarrowByOwn(attributes.getLocalName(i)), NarrowByOwn(attributes.getValue(i)));
         for (std::size_t number = 0; number < named.size(); ++number) {
             named[number].Compare(m_Problems.OfLast(m_nWaiting, number).text, texts);
         }
@@ -286,12 +290,18 @@ std::string CWatchedReader::Narrow(const XMLCh* text) {
     return text == nullptr ? std::string() : std::string(m_Narrow.Convert(text).text);
 }
 
+// A client's converter is asked for no more than in a plain load.
+std::string CWatchedReader::NarrowByOwn(const XMLCh* text) {
+    return text == nullptr ? std::string()
+                           : std::string(m_Narrow.ConvertByOwn(text, Utf16Length(text)).text);
+}
+
 // Where the parser is; in the document before it has begun.
 SXMLProblem CWatchedReader::Place() {
     SXMLProblem problem;
     problem.file = m_Name;
     if (m_pLocator != nullptr) {
-        problem.file = Narrow(m_pLocator->getSystemId());
+        problem.file = NarrowByOwn(m_pLocator->getSystemId());
         problem.line = m_pLocator->getLineNumber();
         problem.column = m_pLocator->getColumnNumber();
     }
@@ -313,7 +323,7 @@ void CWatchedReader::Refuse(ERefusal refusal) {
     SXMLProblem problem = Place();
     problem.text = m_Watch.Words(refusal);
     problem.path = m_Path.Text();
-    const bool inDocument = problem.file == m_Document;
+    const bool inDocument = m_pLocator != nullptr && problem.file == m_Document;
     m_Problems.AddRefusal(std::move(problem), inDocument);
     throw SLoadEnd();
 }
@@ -321,10 +331,8 @@ void CWatchedReader::Refuse(ERefusal refusal) {
 void CWatchedReader::error(const unsigned int code, const XMLCh* const domain, const ErrTypes type,
                            const XMLCh* const text, const XMLCh* const systemId, const XMLCh* const,
                            const XMLFileLoc line, const XMLFileLoc column) {
-    SXMLProblem problem;
-    problem.text = Narrow(text);
     // A schema that cannot be opened: one of the program's, or any where there must be one.
-    const std::string schema = m_pSchemas == nullptr ? "" : m_pSchemas->Quoted(problem.text);
+    const std::string schema = m_pSchemas == nullptr ? "" : m_pSchemas->Quoted(NarrowByOwn(text));
     if (type == ErrType_Warning &&
         (!IsOfOpening(code, domain) || (schema.empty() && !m_bRequiresGrammar))) {
         return;
@@ -336,11 +344,13 @@ void CWatchedReader::error(const unsigned int code, const XMLCh* const domain, c
         }
         return;
     }
+    SXMLProblem problem;
     problem.severity = isFatal ? EXMLSeverity::FATAL : EXMLSeverity::ERROR;
+    problem.text = Narrow(text);
     problem.file = Narrow(systemId);
     problem.line = line;
     problem.column = column;
-    const bool inDocument = !problem.file.empty() && problem.file == m_Document;
+    const bool inDocument = !m_Document.empty() && NarrowByOwn(systemId) == m_Document;
     if (inDocument) {
         problem.path = m_Path.Text();
     } else if (problem.file.empty()) {

@@ -15,6 +15,7 @@
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 
+#include "load/parser/counting_memory.h"
 #include "load/parser/dom_string.h"
 #include "load/parser/element_path.h"
 #include "load/parser/my_sax_handler.h"
@@ -30,9 +31,9 @@ public:
     // call the document before the parser has a name for it. A reader that requires
     // a grammar refuses a document without. If `isTree`, what the handler throws of an element is a
     // problem of the document.
-    CWatchedReader(CMySAXHandler& handler, CWatch& watch, CProblems& problems,
-                   const CSchemaNames* schemas, const std::string& name, bool requiresGrammar,
-                   bool isTree);
+    CWatchedReader(CCountingMemory& memory, CMySAXHandler& handler, CWatch& watch,
+                   CProblems& problems, const CSchemaNames* schemas, const std::string& name,
+                   bool requiresGrammar, bool isTree);
     ~CWatchedReader() override;
 
     // The reader reads the schemas that the document names.
@@ -63,8 +64,10 @@ private:
     void Settle(const xercesc::Attributes* attributes);
     void PlaceInTag(const xercesc::Attributes& attributes);
     std::string Narrow(const XMLCh* text);
+    std::string NarrowByOwn(const XMLCh* text);
     SXMLProblem Place();
 
+    const CCountingMemory& m_Memory;
     CMySAXHandler& m_Handler;
     CWatch& m_Watch;
     CProblems& m_Problems;
