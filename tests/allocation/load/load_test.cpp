@@ -183,8 +183,7 @@ TEST(AllocationFailureSettings, OfAMalformedDocument) {
 TEST(AllocationFailureSettings, OfInvalidUtf8) {
     const std::string xml = "<r>\n<a>caf\xC3(\xE9 and more</a></r>";
     const SResult plain = LoadOnce(Memory(xml), SXMLLoadSettings(), true, 0, Failing::One);
-    ExpectEveryFailureTold(
-        Memory(xml), SXMLLoadSettings(), plain.attempt.told);
+    ExpectEveryFailureTold(Memory(xml), SXMLLoadSettings(), plain.attempt.told);
     const std::string cut = "<r>\n<a>caf\xC3";
     ExpectEveryFailureTold(Memory(cut), SXMLLoadSettings(),
                            "2 " + LoadError("Memfile", 2, "invalid UTF-8: 0xC3"));
@@ -218,8 +217,8 @@ TEST(AllocationFailureSettings, OfGrammars) {
     ExpectEveryFailureTold(
         Memory(xml), settings,
         "2 " + LoadError("Memfile", 1,
-                         "no grammar to validate by: neither the document nor the program names "
-                         "one"));
+                         "no grammar to validate by: the program names none, and the document "
+                         "none that is read"));
 }
 
 TEST(AllocationFailureSettings, OfRefusals) {
@@ -240,8 +239,7 @@ TEST(AllocationFailureSettings, OfRefusals) {
     stopping.progress = [](void*, std::uint64_t, std::uint64_t) { return false; };
     const SResult stopped = LoadOnce(Memory(large), stopping, true, 0, Failing::One);
     EXPECT_NE(std::string(stopped.attempt.told).find("stopped by the program"), std::string::npos);
-    ExpectEveryFailureTold(
-        Memory(large), stopping, stopped.attempt.told);
+    ExpectEveryFailureTold(Memory(large), stopping, stopped.attempt.told);
 }
 
 // A stream is looked at while it is read, or read ahead.

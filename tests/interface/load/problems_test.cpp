@@ -39,7 +39,7 @@ void ExpectBoth(const std::string& xml, const SXMLLoadOptions& options, const st
 }
 
 const char* const NO_GRAMMAR =
-    ": no grammar to validate by: neither the document nor the program names one";
+    ": no grammar to validate by: the program names none, and the document none that is read";
 
 }  // namespace
 
