@@ -23,6 +23,9 @@ std::string Counted(std::uint64_t number, const char* what) {
     return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
 }
 
+// The names of small documents, whose tables have room for more.
+const std::uint64_t FEW_NAMES = std::uint64_t{1} << 20;
+
 std::uint64_t Limit(std::uint64_t field) noexcept { return field == 0 ? NO_LIMIT : field; }
 
 }  // namespace
@@ -47,7 +50,7 @@ CWatch::CWatch(const SXMLLoadSettings& settings) noexcept
                                : std::max(limits.maxMarkup / BYTES_OF_NAMESPACE, FEW_NAMESPACES);
         m_nMaxNames = limits.maxBytes == 0 || limits.maxBytes > NO_LIMIT / NAMES_OF_BYTES
                           ? NO_LIMIT
-                          : limits.maxBytes * NAMES_OF_BYTES;
+                          : std::max(limits.maxBytes * NAMES_OF_BYTES, FEW_NAMES);
         m_nMaxNanoseconds = limits.maxSeconds * NANOSECONDS;
     }
     if (m_nMaxNanoseconds != 0) {

@@ -55,9 +55,14 @@ public:
         return m_nNamespaces > m_nMaxNamespaces ? ERefusal::NAMESPACES : Event();
     }
     void EndNamespace() noexcept { --m_nNamespaces; }
-    // So much memory is in use for names.
-    ERefusal Names(std::uint64_t bytes) const noexcept {
-        return bytes > m_nMaxNames ? ERefusal::NAMES : ERefusal::NONE;
+    // The parser has so much memory in use at an element. What it has at the root is for itself and
+    // the caller's schemas; further on it is for names.
+    ERefusal Names(std::uint64_t bytes) noexcept {
+        if (m_nAtRoot == 0) {
+            m_nAtRoot = bytes;
+        }
+        return bytes > m_nAtRoot && bytes - m_nAtRoot > m_nMaxNames ? ERefusal::NAMES
+                                                                    : ERefusal::NONE;
     }
 
     // For a reading that knows where it is: whether so many elements may be open, and so many
@@ -102,6 +107,7 @@ private:
     std::uint64_t m_nMaxDepth;
     std::uint64_t m_nMaxNamespaces;
     std::uint64_t m_nMaxNames;
+    std::uint64_t m_nAtRoot = 0;      // memory of the parser
     std::uint64_t m_nMaxNanoseconds;  // 0 for no limit
     std::uint64_t m_nBegin;           // of the time
     std::uint64_t m_nUsed = 0;        // when it was asked for last
