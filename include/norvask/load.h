@@ -39,8 +39,8 @@ namespace norvask {
 /// maxBytes bounds it.
 struct SXMLUntrusted {
     /// Bytes that are read from the source. A source whose size is known and greater is refused
-    /// before anything is read. The parser may need four times as many for the names of the
-    /// document, all of which it keeps.
+    /// before anything is read. The parser may need four times as many, or 1 MiB, for the names of
+    /// the document, all of which it keeps.
     std::uint64_t maxBytes = std::uint64_t{16} << 20;
 
     /// Bytes of the document that make one tag, CDATA section, comment or instruction, or a text up

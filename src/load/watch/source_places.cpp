@@ -52,7 +52,7 @@ bool IsNamed(const std::string& encoding, const char* name) noexcept {
 bool HasOneByteACharacter(const std::string& encoding) {
     static const char* const BEGINNINGS[] = {"ISO-8859-", "ISO8859-", "windows-",
                                              "US-ASCII",  "ASCII",    "latin",
-                                             "KOI8-",     "IBM",      "macintosh"};
+                                             "KOI8-",      "macintosh"};
     return std::any_of(
         std::begin(BEGINNINGS), std::end(BEGINNINGS), [&encoding](const char* beginning) {
             return strncasecmp(encoding.c_str(), beginning, std::strlen(beginning)) == 0;

@@ -1,4 +1,6 @@
 // CXMLError by itself: how it is caught, asked, copied and kept.
+#include <cerrno>
+#include <cstring>
 #include <exception>
 #include <future>
 #include <stdexcept>
@@ -8,6 +10,7 @@
 #include "support/problems.h"
 #include "support/testing.h"
 #include "support/threads.h"
+#include "support/thrown.h"
 
 using namespace norvask_test;
 
@@ -258,6 +261,70 @@ TEST(Error, MayBeDerivedFrom) {
     EXPECT_STREQ(standard.what(), "own");
     EXPECT_STREQ(own.GetMessage(), "text");
     EXPECT_EQ(Shown(CXMLError(own)), WHOLE);
+}
+
+namespace {
+
+template <typename Throw>
+void ThrowOnAsError(Throw throwing) {
+    try {
+        throwing();
+    } catch (...) {
+        XMLRethrowAsError();
+    }
+}
+
+}  // namespace
+
+TEST(Error, IsMadeOfAnExceptionThatIsBeingHandled) {
+    const SFailure failure =
+        FailureOf([] { ThrowOnAsError([] { throw CXMLException(77, "own %s"); }); });
+    EXPECT_TRUE(failure.isError);
+    EXPECT_EQ(failure.Told(), "77 own %s");
+    EXPECT_TRUE(failure.problems.empty());
+    EXPECT_EQ(FailureOf([] { ThrowOnAsError([] { throw Whole(); }); }).problems.size(), 2U);
+}
+
+// All others stay what they are.
+TEST(Error, LeavesOtherExceptionsAlone) {
+    for (const SThrow& what : THROWS) {
+        const std::string told = what.told;
+        EXPECT_EQ(Thrown([&] { ThrowOnAsError(what.now); }), told);
+        if (told.find("CXMLException 77") == 0) continue;
+        // From a callback, progress and a function that reads, too.
+        CXMLLambdaHandler handler;
+        handler.onStartElement = [&](const SXMLStartTag&) { what.now(); };
+        EXPECT_EQ(Thrown([&] { XMLLoadText("<a/>", handler); }), told);
+        const auto progress = SXMLLoadOptions().Progress([&](auto, auto) { what.now(); });
+        EXPECT_EQ(Thrown([&] { XMLLoadText("<a/>", progress); }), told);
+        EXPECT_EQ(Thrown([&] {
+                      XMLLoadReader([&](char*, std::size_t) {
+                          what.now();
+                          return std::ptrdiff_t{0};
+                      });
+                  }),
+                  told);
+    }
+    EXPECT_THROW(ThrowOnAsError([] { throw COwnException(); }), COwnException);
+    CXMLLambdaHandler handler;
+    handler.onStartElement = [](const SXMLStartTag&) { throw COwnException(); };
+    EXPECT_THROW(XMLLoadText("<a/>", handler), COwnException);
+    EXPECT_THROW(XMLLoadText("<a b='&lt;'>&#65;</a>", handler, SXMLLoadOptions().Untrusted()),
+                 COwnException);
+}
+
+// Not only loads.
+TEST(Error, IsWhatTheConveniencesForDocumentsThrow) {
+    EXPECT_TRUE(FailureOf([] { XMLNewDocument("no name"); }).isError);
+    const CXMLDocumentPtr empty = XMLNewDocument();
+    EXPECT_TRUE(FailureOf([&] { XMLSaveSafely(*empty, "/tmp/none", false); }).isError);
+    const CXMLDocumentPtr document = XMLNewDocument("a");
+    const SFailure failure =
+        FailureOf([&] { XMLSaveSafely(*document, "/no/such/folder/a.xml", false); });
+    EXPECT_TRUE(failure.isError);
+    EXPECT_EQ(failure.Told(), "1 " + SavingError("/no/such/folder/a.xml"));
+    EXPECT_EQ(failure.Lines(),
+              std::string("fatal /no/such/folder/a.xml:0:0: ") + std::strerror(ENOENT) + "\n");
 }
 
 TEST(ErrorThreads, CopiesAreReadAndReleasedOnSeveral) {

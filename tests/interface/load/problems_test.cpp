@@ -163,6 +163,24 @@ TEST(LoadProblems, ARefusalComesFirst) {
                     "'[+\\-]?[0-9]+' @ /list/n[2]\n");
 }
 
+// A small limit is one of the document, not of what the parser needs for itself and for schemas.
+TEST(LoadProblems, SmallLimitsRefuseNoSmallDocument) {
+    const TemporaryFile schema(".xsd", SCHEMA);
+    SXMLUntrusted limits;
+    for (const std::uint64_t most : {100U, 1000U, 20000U, 1000000U}) {
+        limits.maxBytes = most;
+        const SXMLLoadOptions options = SXMLLoadOptions().Untrusted(limits);
+        for (const char* const declaration : {"", "<?xml version='1.0' encoding='ISO-8859-1'?>"}) {
+            const std::string xml = declaration + std::string("<list k='1'><n>1</n></list>");
+            EXPECT_EQ(ProblemsOf([&] { XMLLoadText(xml, options); }), "fine\n") << most;
+            EXPECT_EQ(
+                ProblemsOf([&] { XMLLoadText(xml, options.ValidateBySchema(schema.Name())); }),
+                "fine\n")
+                << most;
+        }
+    }
+}
+
 TEST(LoadProblems, OfASchema) {
     const TemporaryFile schema(".xsd", SCHEMA);
     const SXMLLoadOptions options = SXMLLoadOptions().ValidateBySchema(schema.Name());

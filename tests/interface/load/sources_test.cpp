@@ -461,19 +461,18 @@ TEST(LoadSources, StreamsThatFail) {
     EXPECT_PROBLEMS(XMLLoadStream(failed), 1, Failing(EIO));
 }
 
-// The end of a document is none of them.
-TEST(LoadSources, AStreamThatThrowsAtFailuresIsRead) {
-    CRecordingHandler handler;
-    std::istringstream bad("<a/>");
-    bad.exceptions(std::ios::badbit);
-    EXPECT_EQ(TreeText(XMLLoadStream(bad)), "a()");
-    for (const std::ios::iostate state : {std::ios::failbit, std::ios::eofbit}) {
+// The end of a document is no failure of the stream.
+TEST(LoadSources, AStreamWithExceptionsIsRead) {
+    for (const std::ios::iostate state : {std::ios::failbit, std::ios::eofbit, std::ios::badbit,
+                                          std::ios::failbit | std::ios::badbit}) {
+        CRecordingHandler handler;
         std::istringstream first("<a/>");
         first.exceptions(state);
         EXPECT_EQ(TreeText(XMLLoadStream(first)), "a()");
         std::istringstream second("<a/>");
         second.exceptions(state);
-        EXPECT_NO_THROW(XMLLoadStream(second, handler));
+        XMLLoadStream(second, handler);
+        EXPECT_EQ(handler.Take(), Whole("StartElement a\nEndElement a\n"));
     }
 }
 
@@ -483,10 +482,13 @@ TEST(LoadSources, AStreamIsReadFromWhereItIs) {
     in >> word >> word;
     in.ignore();
     EXPECT_EQ(TreeText(XMLLoadStream(in)), "a(b())");
+    // One that is at its end has no more, whether it knows that or not.
+    const std::string lines = "fatal Stream:1:1: invalid document structure\n";
+    EXPECT_PROBLEMS(XMLLoadStream(in), 2, lines);
+    in.get();
     EXPECT_TRUE(in.eof());
-    // One that is at its end has no more: an empty document, or none.
-    const SFailure failure = FailureOf([&] { XMLLoadStream(in); });
-    EXPECT_TRUE(failure.isError);
+    in.clear(std::ios::eofbit);
+    EXPECT_PROBLEMS(XMLLoadStream(in), 2, lines);
     std::istringstream noSkip("  <a/>");
     noSkip >> std::noskipws;
     EXPECT_EQ(TreeText(XMLLoadStream(noSkip)), "a()");
@@ -584,7 +586,10 @@ TEST(LoadSources, OlderProgramsHaveShorterStructures) {
     source.size = offsetof(SXMLSource, name);
     EXPECT_PROBLEMS(XMLLoad(source, settings), 2,
                     "fatal Memfile:1:9: expected end of tag 'b' @ /a/b[1]\n");
-    // From a newer one the rest is not known.
+}
+
+// What a newer one sets and this does not know it cannot do.
+TEST(LoadSources, NewerProgramsHaveLongerStructures) {
     struct SNewer {
         SXMLSource source;
         int more[16];
@@ -593,4 +598,6 @@ TEST(LoadSources, OlderProgramsHaveShorterStructures) {
     newer.source.length = 4;
     newer.source.size = sizeof newer;
     XMLLoad(newer.source, SXMLLoadSettings())->Delete();
+    newer.more[15] = 1;
+    EXPECT_INVALID_PARAMETER(XMLLoad(newer.source, SXMLLoadSettings()));
 }
