@@ -50,9 +50,8 @@ bool IsNamed(const std::string& encoding, const char* name) noexcept {
 
 // Of the encodings with one byte a character, those that are met.
 bool HasOneByteACharacter(const std::string& encoding) {
-    static const char* const BEGINNINGS[] = {"ISO-8859-", "ISO8859-", "windows-",
-                                             "US-ASCII",  "ASCII",    "latin",
-                                             "KOI8-",      "macintosh"};
+    static const char* const BEGINNINGS[] = {"ISO-8859-", "ISO8859-", "windows-12", "US-ASCII",
+                                             "ASCII",     "latin",    "KOI8-",      "macintosh"};
     return std::any_of(
         std::begin(BEGINNINGS), std::end(BEGINNINGS), [&encoding](const char* beginning) {
             return strncasecmp(encoding.c_str(), beginning, std::strlen(beginning)) == 0;
