@@ -170,14 +170,32 @@ private:
     public:
         explicit CStream(CReadSource& source) noexcept : m_Source(source) {}
         XMLFilePos curPos() const override { return m_nRead; }
+        // The parser tells the encoding by the first of its reads, however little that returns.
         XMLSize_t readBytes(XMLByte* const to, const XMLSize_t room) override {
-            const std::size_t count = m_Source.Read(reinterpret_cast<char*>(to), room);
+            char* const bytes = reinterpret_cast<char*>(to);
+            std::size_t count = m_Source.Read(bytes, room);
+            for (std::size_t more = count; m_nRead == 0 && more != 0 && IsForMore(bytes, count);) {
+                more = m_Source.Read(bytes + count, std::min(room, MOST_FIRST) - count);
+                count += more;
+            }
             m_nRead += count;
             return count;
         }
         const XMLCh* getContentType() const override { return nullptr; }
 
     private:
+        static constexpr std::size_t MOST_FIRST = 1024;
+
+        // Whether the first markup, which may be the declaration, is not there yet; as far as that
+        // shows in any encoding. Characters are of up to four bytes.
+        static bool IsForMore(const char* bytes, std::size_t count) noexcept {
+            const char END_IN_EBCDIC = 0x6E;
+            const bool isEbcdic = bytes[0] == 0x4C;
+            return count < MOST_FIRST &&
+                   (count % 4 != 0 ||
+                    std::memchr(bytes, isEbcdic ? END_IN_EBCDIC : '>', count) == nullptr);
+        }
+
         CReadSource& m_Source;
         XMLFilePos m_nRead = 0;
     };

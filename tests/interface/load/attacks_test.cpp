@@ -6,6 +6,7 @@
 #include "support/child_process.h"
 #include "support/files.h"
 #include "support/hostile_documents.h"
+#include "support/recording_handler.h"
 #include "support/silent_server.h"
 #include "support/testing.h"
 #include "support/untrusted_loading.h"
@@ -126,17 +127,19 @@ void ExpectDeclarationsRefused(const std::function<std::string(const std::string
         SCOPED_TRACE(attack.name);
         const std::string xml = coded(attack.xml);
         const TemporaryFile file(".xml", xml);
-        ExpectCheap([&] {
-            std::string report;
-            for (const SNamedOptions& how : AllOptions(schema)) {
-                for (const SLoadWay& way : AllWays()) {
-                    const std::string wrong =
-                        LoadsAs(way, xml, file.Name(), how.options, {Refused(attack.line, NO_DTD)});
-                    if (!wrong.empty()) report += how.name + ", " + wrong;
+        ExpectCheap(
+            [&] {
+                std::string report;
+                for (const SNamedOptions& how : AllOptions(schema)) {
+                    for (const SLoadWay& way : AllWays()) {
+                        const std::string wrong = LoadsAs(way, xml, file.Name(), how.options,
+                                                          {Refused(attack.line, NO_DTD)});
+                        if (!wrong.empty()) report += how.name + ", " + wrong;
+                    }
                 }
-            }
-            return report;
-        });
+                return report;
+            },
+            6, 200, [&server] { server.HangUp(); });
     }
     EXPECT_EQ(server.Connections(), 0U);
 }
@@ -313,20 +316,22 @@ TEST(Attacks, SchemaHints) {
                    true)}) {
             SCOPED_TRACE(xml);
             const TemporaryFile file(".xml", xml);
-            ExpectCheap([&] {
-                std::string report;
-                for (const SNamedOptions& how : AllOptions(schema)) {
-                    for (const SLoadWay& way : AllWays()) {
-                        const std::string wrong =
-                            LoadsAs(way, xml, file.Name(), how.options, {Loads()});
-                        if (!wrong.empty()) report += how.name + ", " + wrong;
+            ExpectCheap(
+                [&] {
+                    std::string report;
+                    for (const SNamedOptions& how : AllOptions(schema)) {
+                        for (const SLoadWay& way : AllWays()) {
+                            const std::string wrong =
+                                LoadsAs(way, xml, file.Name(), how.options, {Loads()});
+                            if (!wrong.empty()) report += how.name + ", " + wrong;
+                        }
+                        if (XMLToString(*XMLLoadText(xml, how.options)).find("added") !=
+                            std::string::npos)
+                            report += how.name + ": the schema was read";
                     }
-                    if (XMLToString(*XMLLoadText(xml, how.options)).find("added") !=
-                        std::string::npos)
-                        report += how.name + ": the schema was read";
-                }
-                return report;
-            });
+                    return report;
+                },
+                6, 200, [&server] { server.HangUp(); });
         }
     }
     EXPECT_EQ(server.Connections(), 0U);
@@ -575,6 +580,25 @@ TEST(Attacks, ByteByByte) {
                 return loaded.id == 0 ? "" : Differences(loaded, Refused(1, TOO_SLOW), "Stream");
             },
             6, 400);  // a tree of four million elements
+    }
+}
+
+// What a document is does not depend on the pieces in which it arrives.
+TEST(Attacks, PiecesOfAnyEncoding) {
+    const std::string events =
+        "StartDocument\nStartElement a\nCharacters \"x\"\nEndElement a\nEndDocument\n";
+    for (const std::string& xml :
+         {std::string("<a>x</a>"), std::string("\xEF\xBB\xBF<a>x</a>"), LATIN1 + "<a>x</a>",
+          Wide("<a>x</a>", 2, false, true), Wide("<a>x</a>", 2, true, true),
+          Wide("<?xml version='1.0' encoding='UTF-16'?><a>x</a>", 2, true, false),
+          Wide("<?xml version='1.0' encoding='UCS-4'?><a>x</a>", 4, false, false)}) {
+        for (const std::size_t most : {1, 2, 3, 4, 5, 7, 50, 65536}) {
+            SCOPED_TRACE(std::to_string(most) + " of " + xml);
+            CPieces pieces(xml, most);
+            CRecordingHandler handler;
+            EXPECT_NO_THROW(XMLLoadReader(std::ref(pieces), handler, Strangers()));
+            EXPECT_EQ(handler.Transcript(), events);
+        }
     }
 }
 
