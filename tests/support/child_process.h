@@ -137,7 +137,7 @@ inline SCost InChild(const std::function<std::string()>& work, unsigned int ceil
 // and memory.
 inline void ExpectCheap(const std::function<std::string()>& work, double seconds = 6,
                         double megabytes = 200, const std::function<void()>& meanwhile = nullptr) {
-    const SCost cost = InChild(work, IS_SANITIZED ? 100 : 30, meanwhile);
+    const SCost cost = InChild(work, IS_SANITIZED ? 100 : 12, meanwhile);
     EXPECT_EQ(cost.end, "");
     EXPECT_EQ(cost.report, "");
     EXPECT_LE(cost.seconds, IS_SANITIZED ? seconds * 8 : seconds);
