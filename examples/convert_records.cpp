@@ -16,6 +16,7 @@
 
 #include "support/checked_writer.h"
 #include "support/peak_memory.h"
+#include "support/problems.h"
 #include "support/terminal.h"
 
 namespace {
@@ -169,6 +170,9 @@ int main(int argc, char** argv) {
     }
     try {
         Convert(argv[1], argv[2]);
+    } catch (const CXMLError& e) {  // of a load
+        PrintProblems("convert_records", e);
+        return 1;
     } catch (CXMLException& e) {
         std::cerr << "convert_records: " << terminal::OneLine(e.GetMessage()) << '\n';
         return 1;

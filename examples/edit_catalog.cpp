@@ -22,6 +22,7 @@
 #include "support/difference.h"
 #include "support/outline.h"
 #include "support/outline_table.h"
+#include "support/problems.h"
 #include "support/report.h"
 #include "support/terminal.h"
 
@@ -331,6 +332,9 @@ int main(int argc, char** argv) {
     }
     try {
         Run(argc > 1 ? argv[1] : NORVASK_EXAMPLE_CATALOG, argc > 2 ? argv[2] : "");
+    } catch (const CXMLError& e) {  // of the load or the save
+        PrintProblems("edit_catalog", e);
+        return 1;
     } catch (CXMLException& e) {
         std::cerr << "edit_catalog: " << e.GetMessage() << '\n';
         return 1;

@@ -17,19 +17,23 @@
 #include "support/name_counts.h"
 #include "support/options.h"
 #include "support/peak_memory.h"
+#include "support/problems.h"
 #include "support/progress_bar.h"
 #include "support/terminal.h"
 
 namespace {
 
+using norvask::CXMLError;
 using norvask::CXMLException;
 using norvask::CXMLManager;
 using norvask::CXMLSaxAttribut;
 using norvask::CXMLSaxHandler;
+using norvask::SXMLLoadOptions;
+using norvask::XMLLoadFile;
 
 class CReader : public CXMLSaxHandler {
 public:
-    CReader(std::size_t texts, CProgressBar& bar) : m_Texts(texts), m_Bar(bar) {}
+    explicit CReader(std::size_t texts) : m_Texts(texts) {}
 
     const CNameCounts& Names() const { return m_Names; }
     const CLargestTexts& Texts() const { return m_Texts; }
@@ -42,10 +46,6 @@ public:
         if (m_Depth > 0) m_Path += '/';
         m_Path += qName;
         if (++m_Depth > m_Levels) m_Levels = m_Depth;
-
-        // To ask for the offset takes longer than all of the above, and even to look at the clock
-        // is not free.
-        if (m_Names.Total() % 64 == 0 && m_Bar.IsDue()) m_Bar.Show(GetSourceOffset());
     }
 
     void EndElement(const char* /*uri*/, const char* /*localName*/, const char* qName) override {
@@ -65,7 +65,6 @@ public:
 private:
     CNameCounts m_Names;
     CLargestTexts m_Texts;
-    CProgressBar& m_Bar;
     std::string m_Path;  // the names of the open elements
     std::size_t m_Depth = 0;
     std::size_t m_Levels = 0;
@@ -110,12 +109,14 @@ void ReadFile(const char* name, std::size_t texts) {
     const std::size_t memoryBefore = PeakMemory();
     const auto start = std::chrono::steady_clock::now();
 
-    CProgressBar bar(unknown ? 0 : size);
-    CReader reader(texts, bar);
-    CXMLManager& manager = CXMLManager::GetInstance();
+    CProgressBar bar;
+    CReader reader(texts);
     // Offsets are not free, so only if somebody is going to see them.
-    manager.SetCalculateSourceOffsets(texts > 0 || CProgressBar::IsOnTerminal());
-    manager.LoadDocument(name, &reader, false, false, nullptr, false, false);
+    CXMLManager::GetInstance().SetCalculateSourceOffsets(texts > 0);
+    XMLLoadFile(name, reader,
+                SXMLLoadOptions().Progress([&bar](std::uint64_t read, std::uint64_t total) {
+                    if (bar.IsDue()) bar.Show(read, total);
+                }));
     bar.Clear();
 
     const double seconds =
@@ -149,6 +150,9 @@ int main(int argc, char** argv) {
     try {
         ReadFile(argv[argc - 1], static_cast<std::size_t>(texts));
         std::cout.flush();
+    } catch (const CXMLError& e) {  // of a load
+        PrintProblems("read_large_file", e);
+        return 1;
     } catch (CXMLException& e) {
         std::cerr << "read_large_file: " << terminal::OneLine(e.GetMessage()) << '\n';
         return 1;

@@ -15,12 +15,18 @@ examples=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 rm -rf "$work"
 mkdir -p "$work"
-cp "$examples"/*.xml "$work"
+cp "$examples"/*.xml "$examples"/*.xsd "$work"
 cd "$work"
 work=$(pwd -P)
 head -n 20 catalog.xml >truncated.xml
 head -n 20 measurements.xml >truncated_measurements.xml
 sed 's/00:00:05/24:00:00/' measurements.xml >wrong_time.xml
+# Something that would clear the screen, in text that turns its direction, behind a combining mark.
+printf '<list>\n\t<item>e\xCC\x81\xE2\x80\xAE\xE9\x9B\xB2\xE9\x9B\xA8 \x1B[2J</item>\n</list>\n' >control.xml
+sed 's/xs:decimal/xs:decimals/' orders.xsd >wrong.xsd
+# A line of 12,000 characters.
+printf '<list>%.0s' {1..1000} >long_line.xml
+printf '</lost>%.0s' {1..1000} >>long_line.xml
 
 # 17 May 2024, 10:30 UTC.
 export SOURCE_DATE_EPOCH=1715941800

@@ -1,4 +1,9 @@
-// xml_outline FILE: any XML document as an outline, and what loading it cost.
+// xml_outline [OPTION...] FILE: any XML document as an outline, and what loading it cost; or all
+// that is wrong with it.
+//
+//     --validate      by the DTD or the schemas that the document names
+//     --schema FILE   by this schema; may be given once for each namespace
+//     --untrusted     the document is a stranger's, and may cost only so much
 //
 // Each row stands for a path of element names, however many elements of the document have it, so a
 // document of a million records is as easy to look over as one of three.
@@ -8,6 +13,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -16,11 +22,13 @@
 
 #include "support/outline.h"
 #include "support/outline_table.h"
+#include "support/problems.h"
 #include "support/terminal.h"
 
 namespace {
 
 using norvask::CXMLDocumentPtr;
+using norvask::CXMLError;
 using norvask::CXMLException;
 using norvask::SXMLLoadOptions;
 using norvask::XMLLoadFile;
@@ -56,13 +64,19 @@ void PrintOutline(const std::string& name, const COutline& outline) {
     std::cout << "  " << terminal::Paint(terminal::kBold, table.Total(total)) << "\n\n";
 }
 
-void OutlineFile(const char* name) {
+// The namespace that a schema is for is to be read in the schema.
+SXMLLoadOptions AddSchema(const SXMLLoadOptions& options, const char* name) {
+    const CXMLDocumentPtr schema = XMLLoadFile(name);
+    return options.Schema(schema->GetRoot()->GetAttributeValue("targetNamespace"), name);
+}
+
+void OutlineFile(const char* name, const SXMLLoadOptions& options) {
     std::error_code unknown;  // the name may be a URL
     const std::uintmax_t size = std::filesystem::file_size(name, unknown);
     const double bytes = unknown ? 0 : static_cast<double>(size);
 
     const Clock::time_point start = Clock::now();
-    CXMLDocumentPtr document = XMLLoadFile(name, SXMLLoadOptions().KeepPrefixes());
+    CXMLDocumentPtr document = XMLLoadFile(name, options);
     const double loading = MillisecondsSince(start);
 
     PrintOutline(name, COutline(document->GetRoot()));
@@ -93,14 +107,30 @@ void OutlineFile(const char* name) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "usage: xml_outline FILE\n";
-        return 2;
-    }
     try {
-        OutlineFile(argv[1]);
+        SXMLLoadOptions options = SXMLLoadOptions().KeepPrefixes().CollectProblems();
+        int at = 1;
+        for (; at + 1 < argc; ++at) {
+            if (std::strcmp(argv[at], "--validate") == 0) {
+                options = options.ValidateBySchema().RequireGrammar();
+            } else if (std::strcmp(argv[at], "--schema") == 0) {
+                options = AddSchema(options, argv[++at]);
+            } else if (std::strcmp(argv[at], "--untrusted") == 0) {
+                options = options.Untrusted();
+            } else {
+                break;
+            }
+        }
+        if (at != argc - 1) {
+            std::cerr << "usage: xml_outline [--validate] [--schema FILE] [--untrusted] FILE\n";
+            return 2;
+        }
+        OutlineFile(argv[at], options);
         std::cout.flush();
-    } catch (CXMLException& e) {
+    } catch (const CXMLError& e) {  // of the load
+        PrintProblems("xml_outline", e);
+        return 1;
+    } catch (CXMLException& e) {  // of anything else in the library
         std::cerr << "xml_outline: " << e.GetMessage() << '\n';
         return 1;
     } catch (std::exception& e) {  // no memory, for example

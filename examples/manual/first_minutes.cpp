@@ -65,8 +65,8 @@ int Fail() {
     try {
         CXMLDocumentPtr list = XMLLoadText("<books><book></books>");
         std::cout << list->GetRoot()->GetTagName() << '\n';
-    } catch (CXMLException& e) {
-        std::cerr << e.GetMessage() << '\n';
+    } catch (const CXMLError& e) {
+        std::cerr << e.what() << '\n';
         return 1;
     }
     //! [fail]

@@ -92,7 +92,19 @@ std::string FirstWithPrice(const std::string& wanted) {
 //! [stop]
 
 void Progress() {
+    std::uint64_t last = 0;
+    CXMLLambdaHandler handler;
     //! [progress]
+    const auto show = [&](std::uint64_t read, std::uint64_t total) {
+        last = 100 * read / total;  // total is 0 where nobody knows it, as for a pipe
+    };
+    XMLLoadFile("books.xml", handler, SXMLLoadOptions().Progress(show));
+    //! [progress]
+    std::cout << "in the end " << last << " %\n";
+}
+
+void Offset() {
+    //! [offset]
     CXMLManager::GetInstance().SetCalculateSourceOffsets(true);  // before the load; costs time
     int elements = 0;
     std::uint64_t offset = 0;
@@ -101,7 +113,7 @@ void Progress() {
         if (++elements % 1000 == 0) offset = handler.GetSourceOffset();  // in bytes
     };
     XMLLoadFile("books.xml", handler);
-    //! [progress]
+    //! [offset]
     std::cout << "at element 3000: byte " << offset << '\n';
 }
 
@@ -113,5 +125,6 @@ int main() {
     Add();
     std::cout << "the first for 6: " << FirstWithPrice("6") << '\n';
     Progress();
+    Offset();
     return 0;
 }

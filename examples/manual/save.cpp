@@ -16,8 +16,8 @@ void Safely(CXMLDocument& list) {
     try {
         list.GetRoot()->GetAttributes()[0]->SetName("no name");  // an attribute checks nothing
         XMLSaveSafely(list, "list.xml", true);
-    } catch (CXMLException& e) {
-        std::cout << e.GetID() << ": " << e.GetMessage() << '\n';  // the old file is untouched
+    } catch (const CXMLError& e) {
+        std::cout << e.GetID() << ": " << e.what() << '\n';  // the old file is untouched
     }
     //! [refused]
     list.GetRoot()->GetAttributes()[0]->SetName("kind");
@@ -29,8 +29,8 @@ void FullDevice(CXMLDocument& list) {
     list.Save("/dev/full", true);  // the operation of the class: says nothing
     try {
         XMLSaveSafely(list, "/dev/full", true);
-    } catch (CXMLException& e) {
-        std::cout << e.GetID() << ": " << e.GetMessage() << '\n';
+    } catch (const CXMLError& e) {
+        std::cout << e.what() << ' ' << e.Problems().front().text << '\n';
     }
     //! [full]
 }

@@ -20,8 +20,7 @@
 // is gone when the bar is, also when an exception ends the job.
 class CProgressBar {
 public:
-    // total: the bytes that there are to do; 0 if nobody knows.
-    explicit CProgressBar(std::uint64_t total) : m_Total(total) {}
+    CProgressBar() = default;
     CProgressBar(const CProgressBar&) = delete;
     CProgressBar& operator=(const CProgressBar&) = delete;
     ~CProgressBar() { Clear(); }
@@ -34,9 +33,10 @@ public:
     // Whether the next line should be drawn: ten times a second is as much as an eye can follow.
     bool IsDue() const { return m_IsShown && Clock::now() >= m_Next; }
 
-    void Show(std::uint64_t done) {
+    // The bytes that are done, and all that there are; 0 if nobody knows.
+    void Show(std::uint64_t done, std::uint64_t total) {
         if (!m_IsShown) return;
-        std::cerr << '\r' << Line(done) << "\x1b[K" << std::flush;
+        std::cerr << '\r' << Line(done, total) << "\x1b[K" << std::flush;
         m_IsDrawn = true;
         m_Next = Clock::now() + std::chrono::milliseconds(100);
     }
@@ -49,15 +49,16 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    std::string Line(std::uint64_t done) const {
-        if (m_Total == 0) return terminal::Megabytes(done);
-        const std::uint64_t percent = std::min<std::uint64_t>(100 * done / m_Total, 100);
-        const std::string total = terminal::Megabytes(m_Total);
+    static std::string Line(std::uint64_t done, std::uint64_t total) {
+        if (total == 0) return terminal::Megabytes(done);
+        const std::uint64_t percent = std::min<std::uint64_t>(100 * done / total, 100);
+        const std::string all = terminal::Megabytes(total);
         const std::string text = terminal::Right(std::to_string(percent), 5) + " %   " +
-                                 terminal::Right(terminal::Megabytes(done), total.size()) + " of " +
-                                 total;
+                                 terminal::Right(terminal::Megabytes(done), all.size()) + " of " +
+                                 all;
         const std::size_t used = text.size() + 1;
-        const std::size_t room = std::min<std::size_t>(Columns() > used ? Columns() - used : 0, 40);
+        const std::size_t columns = Columns();
+        const std::size_t room = std::min<std::size_t>(columns > used ? columns - used : 0, 40);
         const std::size_t full = room * percent / 100;
         std::string bar;
         for (std::size_t i = 0; i < room; ++i) {
@@ -71,7 +72,6 @@ private:
         return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
     }
 
-    std::uint64_t m_Total;
     bool m_IsShown = IsOnTerminal();
     bool m_IsDrawn = false;
     Clock::time_point m_Next;

@@ -16,14 +16,16 @@
 namespace terminal {
 
 // Colours appear on a terminal only, and not if the user has set NO_COLOR (https://no-color.org).
-inline bool HasColours() {
-    static const bool colours = [] {
+// Programs print to standard output, and to standard error what is wrong.
+inline bool HasColours(int output = STDOUT_FILENO) {
+    static const bool allowed = [] {
         const char* refused = std::getenv("NO_COLOR");
         const char* kind = std::getenv("TERM");
-        return isatty(STDOUT_FILENO) == 1 && (refused == nullptr || *refused == '\0') &&
-               kind != nullptr && std::strcmp(kind, "dumb") != 0;
+        return (refused == nullptr || *refused == '\0') && kind != nullptr &&
+               std::strcmp(kind, "dumb") != 0;
     }();
-    return colours;
+    static const bool isTerminal[] = {isatty(STDOUT_FILENO) == 1, isatty(STDERR_FILENO) == 1};
+    return allowed && isTerminal[output == STDERR_FILENO];
 }
 
 inline constexpr const char* kBold = "1";
@@ -34,16 +36,16 @@ inline constexpr const char* kYellow = "33";
 inline constexpr const char* kCyan = "36";
 
 // The text in a colour: `style` is one of the codes above or several joined with ";".
-inline std::string Paint(const std::string& style, const std::string& text) {
-    return HasColours() && !text.empty() ? "\x1b[" + style + "m" + text + "\x1b[0m" : text;
+inline std::string Paint(const std::string& style, const std::string& text,
+                         int output = STDOUT_FILENO) {
+    return HasColours(output) && !text.empty() ? "\x1b[" + style + "m" + text + "\x1b[0m" : text;
 }
 
 // The columns of the terminal, 72 if it is narrower; 100 for a file or a pipe, so that their
 // content is always the same.
-inline std::size_t Columns() {
+inline std::size_t Columns(int output = STDOUT_FILENO) {
     winsize size{};
-    if (isatty(STDOUT_FILENO) == 1 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 &&
-        size.ws_col > 0) {
+    if (isatty(output) == 1 && ioctl(output, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         return size.ws_col < 72 ? 72 : size.ws_col;
     }
     return 100;
@@ -94,8 +96,18 @@ inline std::size_t Width(const std::string& text) {
     return width;
 }
 
-// The text on one line, with runs of blanks and line ends as one blank and every other control
-// character as a dot: a document cannot steer the terminal of whoever looks at it.
+// The character that begins at `begin` and ends before `end`, with a dot for one that could steer
+// the terminal or turn the direction of the text, and U+FFFD for what is no UTF-8: a document has
+// no power over the terminal of whoever looks at it.
+inline std::string Harmless(char32_t c, const std::string& text, std::size_t begin,
+                            std::size_t end) {
+    const bool isControl = c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x061C ||
+                           (c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E) ||
+                           (c >= 0x2066 && c <= 0x2069);
+    return isControl ? "·" : c == 0xFFFD ? "\uFFFD" : text.substr(begin, end - begin);
+}
+
+// The text on one line and harmless, with runs of blanks and line ends as one blank.
 inline std::string OneLine(const std::string& text) {
     std::string line;
     for (std::size_t at = 0; at < text.size();) {
@@ -103,11 +115,8 @@ inline std::string OneLine(const std::string& text) {
         const char32_t c = NextCharacter(text, at);
         if (c == ' ' || c == '\t' || c == '\r' || c == '\n') {
             if (!line.empty() && line.back() != ' ') line += ' ';
-        } else if (c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x202A && c <= 0x202E) ||
-                   (c >= 0x2066 && c <= 0x2069)) {
-            line += "·";
         } else {
-            line.append(text, begin, at - begin);
+            line += Harmless(c, text, begin, at);
         }
     }
     if (!line.empty() && line.back() == ' ') line.pop_back();
@@ -124,6 +133,17 @@ inline std::string Cut(const std::string& text, std::size_t columns) {
         if (width < columns) fits = at;
     }
     return text;
+}
+
+// The same with the end of the text, for paths.
+inline std::string CutFront(const std::string& text, std::size_t columns) {
+    std::size_t width = Width(text);
+    if (width <= columns) return text;
+    std::size_t at = 0;
+    while (width >= columns) {
+        width -= WidthOf(NextCharacter(text, at));
+    }
+    return "…" + text.substr(at);
 }
 
 // The text in exactly that many columns.

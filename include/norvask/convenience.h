@@ -3,7 +3,8 @@
 ///
 /// Everything here is inline and made of the public operations of the other headers. Nothing of it
 /// is in the shared library, and none of it changes what the classes do: use as much of it as you
-/// like, beside the operations themselves.
+/// like, beside the operations themselves. What they throw is a CXMLError (error.h), which is a
+/// CXMLException and a std::exception.
 ///
 ///     CXMLDocumentPtr list = XMLLoadFile("list.xml", SXMLLoadOptions().KeepPrefixes());
 ///     for (CXMLNode* price : XMLQuery(*list, "list/book/price")) {

@@ -130,10 +130,10 @@ struct SXMLLoadOptions {
 
     /// The document is a stranger's: it has limits, may not have a document type declaration, and
     /// names no schemas (SXMLUntrusted, load.h).
-    [[nodiscard]] SXMLLoadOptions Untrusted(const SXMLUntrusted& of = SXMLUntrusted()) const {
+    [[nodiscard]] SXMLLoadOptions Untrusted(const SXMLUntrusted& most = SXMLUntrusted()) const {
         SXMLLoadOptions changed(*this);
         changed.isUntrusted = true;
-        changed.limits = of;
+        changed.limits = most;
         return changed;
     }
 
@@ -141,15 +141,16 @@ struct SXMLLoadOptions {
     /// may return false to end the load, or nothing.
     template <typename Callback>
     [[nodiscard]] SXMLLoadOptions Progress(Callback callback) const {
+        using Result = std::invoke_result_t<Callback&, std::uint64_t, std::uint64_t>;
         SXMLLoadOptions changed(*this);
-        if constexpr (std::is_void_v<
-                          std::invoke_result_t<Callback&, std::uint64_t, std::uint64_t>>) {
-            changed.progress = [callback](std::uint64_t read, std::uint64_t total) mutable {
-                callback(read, total);
+        std::function<Result(std::uint64_t, std::uint64_t)> held(std::move(callback));
+        if constexpr (!std::is_void_v<Result>) {
+            changed.progress = std::move(held);
+        } else if (held) {
+            changed.progress = [held](std::uint64_t read, std::uint64_t total) {
+                held(read, total);
                 return true;
             };
-        } else {
-            changed.progress = std::move(callback);
         }
         return changed;
     }
@@ -271,12 +272,23 @@ inline SXMLSource Bytes(std::string_view text) {
     return source;
 }
 
+// By its buffer: the stream itself would take the end of the document for a failure, and throw if
+// it is told to throw at failures.
 inline std::ptrdiff_t ReadStream(void* context, char* to, std::size_t room) {
     std::istream& stream = *static_cast<std::istream*>(context);
-    stream.read(to, static_cast<std::streamsize>(room));
-    const std::streamsize count = stream.gcount();
-    const bool failed = stream.bad() || (count == 0 && !stream.eof());
-    return failed ? -EIO : static_cast<std::ptrdiff_t>(count);
+    if (stream.eof()) return 0;
+    if (!stream.good()) return -EIO;
+#if defined(__cpp_exceptions)
+    try {
+#endif
+        return static_cast<std::ptrdiff_t>(
+            stream.rdbuf()->sgetn(to, static_cast<std::streamsize>(room)));
+#if defined(__cpp_exceptions)
+    } catch (...) {
+        if ((stream.exceptions() & std::ios::badbit) != 0) throw;
+        return -EIO;
+    }
+#endif
 }
 inline SXMLSource Stream(std::istream& stream) {
     SXMLSource source;
@@ -352,7 +364,8 @@ inline CXMLDocumentPtr XMLClone(CXMLDocument& document) {
     return convenience_inside::Own(document.Clone());
 }
 
-/// Loads a file, or what the parser's URLs name.
+/// Loads a file, or what the parser's URLs name: "http://..." is fetched, also for a document that
+/// is untrusted. A name that a stranger chose is to be a std::filesystem::path.
 inline CXMLDocumentPtr XMLLoadFile(const char* fileName,
                                    const SXMLLoadOptions& options = SXMLLoadOptions()) {
     return convenience_inside::Load(convenience_inside::FileNamed(fileName), options);
@@ -432,14 +445,17 @@ inline void XMLLoadText(const char* text, CXMLSaxHandler& handler,
     XMLLoadText(text == nullptr ? std::string_view() : std::string_view(text), handler, options);
 }
 
+/// Loads what a stream has from where it is, to its end.
 inline void XMLLoadStream(std::istream& stream, CXMLSaxHandler& handler,
                           const SXMLLoadOptions& options = SXMLLoadOptions()) {
     convenience_inside::Load(convenience_inside::Stream(stream), options, handler);
 }
+/// Loads what an open file, pipe or socket has from where it is, to its end.
 inline void XMLLoadDescriptor(int descriptor, CXMLSaxHandler& handler,
                               const SXMLLoadOptions& options = SXMLLoadOptions()) {
     convenience_inside::Load(convenience_inside::Descriptor(descriptor), options, handler);
 }
+/// Loads what a function reads.
 inline void XMLLoadReader(const std::function<std::ptrdiff_t(char* to, std::size_t room)>& read,
                           CXMLSaxHandler& handler,
                           const SXMLLoadOptions& options = SXMLLoadOptions()) {
@@ -450,9 +466,9 @@ inline void XMLLoadReader(const std::function<std::ptrdiff_t(char* to, std::size
 /// @name A document as text
 /// @{
 
-/// What CXMLDocument::Save writes to a stream, with its failures, as CXMLErrors. Deliberate: not through a
-/// std::ostringstream, which answers a part of the document when memory runs out; here that throws
-/// std::bad_alloc.
+/// What CXMLDocument::Save writes to a stream, with its failures, as CXMLErrors. Deliberate: not
+/// through a std::ostringstream, which answers a part of the document when memory runs out; here
+/// that throws std::bad_alloc.
 inline std::string XMLToString(CXMLDocument& document, bool format = false) {
     std::string text;
     convenience_inside::CStringBuffer buffer(text);

@@ -31,6 +31,7 @@
 
 namespace norvask {
 
+/// What a problem means to the load.
 enum class EXMLSeverity {
     ERROR,  ///< The document is well-formed but not valid. Reading could go on.
     FATAL   ///< The load could not, or may not, go on.
@@ -38,6 +39,7 @@ enum class EXMLSeverity {
 
 /// One problem of a load. What is not known is 0 or empty; nothing is made up.
 struct SXMLProblem {
+    /// Whether the load could have gone on.
     EXMLSeverity severity = EXMLSeverity::FATAL;
 
     /// The file in which it lies, as the parser resolved it, or the name of the source (SXMLSource,
@@ -46,9 +48,10 @@ struct SXMLProblem {
 
     /// Counted from 1. The column counts characters, also those beyond U+FFFF as one, and is that
     /// of the place at which the problem was noticed: mostly just behind it. A TAB is one, and so
-    /// is the pair of a carriage return and a line feed. 0 where it is not known, as for a file
-    /// that could not be opened, and for a column in a line with characters beyond U+FFFF of a
-    /// source that cannot be read twice.
+    /// is the pair of a carriage return and a line feed. 0 where it is not known: for a file that
+    /// could not be opened; for the column in a document of an encoding other than UTF-8, UTF-16
+    /// and those of one byte a character, and in one that has characters beyond U+FFFF and cannot
+    /// be read twice.
     std::uint64_t line = 0;
     std::uint64_t column = 0;
 
@@ -58,8 +61,9 @@ struct SXMLProblem {
     /// The element in which it lies, by names as they are written and places among the siblings of
     /// that name: "/orders/order[3]"; with the attribute, where it is known which it is:
     /// "/orders/order[3]/@amount". A problem in a start tag that could not be read to its end lies
-    /// in the element around it. Empty outside of the root, and in files other than the document.
-    /// An element with more than 4,096 children of different names counts the further ones as
+    /// in the element around it. Empty outside of the root, in files other than the document, for
+    /// bytes that the parser could not decode, and for what takes more than 4 KiB. In a document of
+    /// more than 4,096 different names, or of very long ones, those that came later have no places:
     /// "name[?]".
     std::string path = {};
 };
@@ -69,6 +73,7 @@ struct SXMLProblem {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
+/// An error with the problems that it comes from: a CXMLException and a std::exception.
 class NORVASK_API CXMLError : public CXMLException, public std::exception {
 public:
     /// With a text of its own (NULL is an empty one), and the problems, if there are any. May throw
@@ -93,8 +98,9 @@ public:
     const char* GetMessage() const noexcept;
     int GetID() const noexcept;
 
-    /// The problems of a load, in the order in which they were found; the first is the one that the
-    /// text tells. A save that failed has the system's reason as its one problem, if there is one.
+    /// The problems of a load, in the order in which they were found, but for a refusal (class 9),
+    /// which stands in front of those that were found before it. The first is the one that the text
+    /// tells. A save that failed has the system's reason as its one problem, if there is one.
     /// Empty for an error of anything else. Valid as long as the exception or a copy of
     /// it lives.
     const std::vector<SXMLProblem>& Problems() const noexcept;

@@ -34,17 +34,21 @@ namespace norvask {
 /// What goes beyond is refused with a CXMLError of class 9 (message 3) whose text names the rule,
 /// the limit and the field: "deeper than 256 elements (maxDepth)". Deliberate: there is no limit to
 /// the number of attributes of an element. A parser that compares each with all others has done so
-/// when it tells them; what bounds that work is the length of the tag (maxMarkup).
+/// when it tells them; what bounds that work is the length of the tag (maxMarkup). Nor to memory:
+/// a tree of the smallest elements and texts takes up to 28 times the bytes of the document, so
+/// maxBytes bounds it.
 struct SXMLUntrusted {
     /// Bytes that are read from the source. A source whose size is known and greater is refused
-    /// before anything is read.
+    /// before anything is read. The parser may need four times as many for the names of the
+    /// document, all of which it keeps.
     std::uint64_t maxBytes = std::uint64_t{16} << 20;
 
-    /// Bytes of the document that make one tag, text, CDATA section, comment or instruction.
-    /// Looked at where the document is read, in blocks of 48 KiB: a piece that is longer by two
-    /// blocks is refused for certain, a shorter one never. Namespace declarations are limited by it
-    /// too, since the parser looks for each prefix among all that are in force: to one for 64
-    /// bytes, 4096 by default.
+    /// Bytes of the document that make one tag, CDATA section, comment or instruction, or a text up
+    /// to the next reference in it: an image that stands in a document is longer. Looked at where
+    /// the document is read, in blocks of 48 KiB: a piece that is longer by two blocks is refused
+    /// for certain, a shorter one never, nor may be a text, of which the parser tells a part after
+    /// a million characters. Namespace declarations are limited by it too, since the parser looks
+    /// for each prefix among all that are in force: to one for 64 bytes, 4096 by default.
     std::uint64_t maxMarkup = std::uint64_t{256} << 10;
 
     /// Elements that are open at the same time.
@@ -53,7 +57,9 @@ struct SXMLUntrusted {
     /// Processor time of the calling thread, in seconds: that of the library and the parser, and
     /// that of the callbacks. Looked at every 256 events and every block. A load whose longest step
     /// between two looks might, if it came again, pass the limit by more than a second is refused
-    /// before it.
+    /// before it. Deliberate: no limit holds a schema of the caller's own. A pattern in it can take
+    /// a time that doubles with each character, and nobody can look in between; so patterns for
+    /// documents of strangers are to be as simple as patterns for strangers are anywhere.
     unsigned int maxSeconds = 5;
 };
 
@@ -69,14 +75,17 @@ struct SXMLSchemaName {
 /// How to load. What is not set is as in a plain load with every parameter false or NULL.
 ///
 /// Fields may be added at the end in later versions. The library reads those that `size` covers, so
-/// leave it as it is.
+/// leave it as it is. One that is set and that the library does not know is an invalid parameter.
 struct SXMLLoadSettings {
+    /// Which fields there are.
     std::size_t size = sizeof(SXMLLoadSettings);
 
-    /// As the parameters of CXMLManager::LoadDocument, but for two things. A location without a
-    /// scheme is relative to the working directory, not to the document. A schema that cannot be
-    /// opened or read is an error, reported before the document is read: CXMLError (2, message 3)
-    /// with its name as the file and line 0.
+    /// As the parameters of CXMLManager::LoadDocument, but for two things, which are so with
+    /// doSchema only. A location without a scheme is relative to the working directory, not to the
+    /// document. A schema that cannot be opened or read is an error, with its name as the file and
+    /// line 0: CXMLError (2, message 3), for a file before the document is read, for what else a
+    /// URL names when the parser comes to it. A list of pairs in which the last has no location is
+    /// an invalid parameter, and so are two schemas for elements in no namespace.
     bool validate = false;
     bool doSchema = false;
     bool schemaHasNamespace = false;
@@ -96,7 +105,7 @@ struct SXMLLoadSettings {
     /// With validate: how many problems a load may find before it ends. 1 ends it at the first one,
     /// as a plain load; with more, validity errors are collected and thrown together, at the end of
     /// the document or when there are so many. A fatal error always ends the load, and is the last
-    /// one. 0 is no limit.
+    /// one. 0 is no limit; of a stranger's document 4 MiB of texts end the load.
     unsigned int problemLimit = 1;
 
     /// NULL for a document that is trusted.
@@ -105,7 +114,8 @@ struct SXMLLoadSettings {
     /// Called as the document is read: with the bytes read so far, which only grow, and all that
     /// there are, 0 if that is not known. At the end it is called once more if the last call did
     /// not tell of all bytes. If it returns false the load ends with a CXMLError (9, message 3,
-    /// "stopped by the program"). What it throws ends the load, and arrives unchanged.
+    /// "stopped by the program"). What it throws ends the load, and arrives unchanged but for a
+    /// CXMLException, which arrives as a CXMLError.
     bool (*progress)(void* context, std::uint64_t read, std::uint64_t total) = nullptr;
     void* progressContext = nullptr;
 };
@@ -115,6 +125,7 @@ struct SXMLLoadSettings {
 ///
 /// As with the settings, leave `size` as it is.
 struct SXMLSource {
+    /// Which fields there are.
     std::size_t size = sizeof(SXMLSource);
 
     /// A file, or what the parser's URLs name, as in CXMLManager::LoadDocument.
@@ -132,8 +143,8 @@ struct SXMLSource {
 
     /// Reads up to `room` bytes, and returns how many: at least 1, or 0 at the end; or, where
     /// reading fails, the negative of an error number of the system, which becomes CXMLError (1,
-    /// "Error loading '%s':..."). What it throws arrives unchanged. Each byte is asked for once, in
-    /// order.
+    /// "Error loading '%s':..."). What it throws is as for progress. Each byte is asked for once,
+    /// in order.
     std::ptrdiff_t (*read)(void* context, char* to, std::size_t room) = nullptr;
     void* readContext = nullptr;
 
@@ -149,7 +160,8 @@ struct SXMLSource {
 NORVASK_API CXMLDocument* XMLLoad(const SXMLSource& source, const SXMLLoadSettings& settings);
 
 /// Loads a document as callbacks. A CXMLException that a callback throws arrives as a CXMLError
-/// with its class and text, a CXMLError with its problems, too.
+/// with its class and text; one of a class derived from it, CXMLError itself among them, arrives
+/// unchanged.
 NORVASK_API void XMLLoad(const SXMLSource& source, const SXMLLoadSettings& settings,
                          CXMLSaxHandler& handler);
 

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <new>
+#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "foundation/errors.h"
 #include "foundation/parser_state.h"
@@ -26,11 +28,18 @@ namespace {
 // can read it, and read it again. A document of callbacks is told as it comes in.
 const std::size_t MOST_AHEAD = std::size_t{16} << 20;
 
-// A program may be older than the library, and have fewer fields.
+// A program may be older than the library, and have fewer fields. A newer one may have more: where
+// it sets one of those, it asks for what this library does not do.
 template <typename Struct>
 Struct Known(const Struct& given) {
     Struct known;
     std::memcpy(static_cast<void*>(&known), &given, std::min(given.size, sizeof known));
+    const char* const bytes = reinterpret_cast<const char*>(&given);
+    for (std::size_t i = sizeof known; i < given.size; ++i) {
+        if (bytes[i] != 0) {
+            ThrowInvalidParameter();
+        }
+    }
     return known;
 }
 
@@ -155,6 +164,8 @@ void LoadChecked(const SXMLSource& givenSource, const SXMLLoadSettings& givenSet
                     });
     } catch (CXMLException&) {
         XMLRethrowAsError();
+    } catch (const xercesc::OutOfMemoryException&) {
+        throw std::bad_alloc();
     }
 }
 

@@ -18,15 +18,41 @@ namespace {
 
 using xercesc::XMLUni;
 
+class CPause {
+public:
+    CPause(CReaderLink* link, CWatchedReader& reader) noexcept : m_pLink(link), m_Reader(reader) {
+        if (m_pLink != nullptr) {
+            m_pLink->SetReader(nullptr);
+        }
+    }
+    CPause(const CPause&) = delete;
+    CPause& operator=(const CPause&) = delete;
+    ~CPause() {
+        if (m_pLink != nullptr) {
+            m_pLink->SetReader(&m_Reader);
+        }
+    }
+
+private:
+    CReaderLink* const m_pLink;
+    CWatchedReader& m_Reader;
+};
+
 // The bytes on their way to the parser.
 class CWatchedStream final : public xercesc::BinInputStream {
 public:
     CWatchedStream(std::unique_ptr<xercesc::BinInputStream> stream, CWatchedReader& reader,
-                   CWatch& watch, CSourcePlaces* places) noexcept
-        : m_pStream(std::move(stream)), m_Reader(reader), m_Watch(watch), m_pPlaces(places) {}
+                   CReaderLink* link, CWatch& watch, CSourcePlaces* places) noexcept
+        : m_pStream(std::move(stream)),
+          m_Reader(reader),
+          m_pLink(link),
+          m_Watch(watch),
+          m_pPlaces(places) {}
 
     XMLFilePos curPos() const override { return m_pStream->curPos(); }
+    // The program's functions are called here, when the parser can tell no position.
     XMLSize_t readBytes(XMLByte* const to, const XMLSize_t room) override {
+        const CPause pause(m_pLink, m_Reader);
         const XMLSize_t count = m_pStream->readBytes(to, room);
         if (m_pPlaces != nullptr) {
             m_pPlaces->Feed(reinterpret_cast<const char*>(to), count);
@@ -40,6 +66,7 @@ public:
 private:
     const std::unique_ptr<xercesc::BinInputStream> m_pStream;
     CWatchedReader& m_Reader;
+    CReaderLink* const m_pLink;
     CWatch& m_Watch;
     CSourcePlaces* const m_pPlaces;  // NULL for a source that can be read again
 };
@@ -47,11 +74,12 @@ private:
 class CWatchedInput final : public xercesc::InputSource {
 public:
     CWatchedInput(const xercesc::InputSource& source, std::uint64_t size, CWatchedReader& reader,
-                  CWatch& watch, CSourcePlaces* places)
+                  CReaderLink* link, CWatch& watch, CSourcePlaces* places)
         : InputSource(source.getSystemId(), source.getPublicId()),
           m_Source(source),
           m_nSize(size),
           m_Reader(reader),
+          m_pLink(link),
           m_Watch(watch),
           m_pPlaces(places) {
         setEncoding(source.getEncoding());
@@ -65,16 +93,20 @@ public:
         }
         m_Reader.Obey(m_Watch.Begin(m_nSize));
         return new (getMemoryManager())
-            CWatchedStream(std::move(stream), m_Reader, m_Watch, m_pPlaces);
+            CWatchedStream(std::move(stream), m_Reader, m_pLink, m_Watch, m_pPlaces);
     }
 
 private:
     const xercesc::InputSource& m_Source;
     const std::uint64_t m_nSize;
     CWatchedReader& m_Reader;
+    CReaderLink* const m_pLink;
     CWatch& m_Watch;
     CSourcePlaces* const m_pPlaces;
 };
+
+// What the problems of a stranger's document may take, all texts together.
+const std::size_t MOST_BYTES_OF_PROBLEMS = std::size_t{4} << 20;
 
 // Without validation there is but one.
 unsigned int ProblemLimit(const SXMLLoadSettings& settings) noexcept {
@@ -87,7 +119,8 @@ CWatchedLoad::CWatchedLoad(const SXMLLoadSettings& settings, CDocumentSource& so
     : m_Settings(settings),
       m_Source(source),
       m_Watch(settings),
-      m_Problems(ProblemLimit(settings)),
+      m_Problems(ProblemLimit(settings),
+                 settings.untrusted != nullptr ? MOST_BYTES_OF_PROBLEMS : 0),
       m_Schemas(settings) {}
 
 void CWatchedLoad::Begin() {
@@ -145,7 +178,8 @@ void CWatchedLoad::SetValidation(xercesc::SAX2XMLReader& reader) const {
 }
 
 void CWatchedLoad::Parse(CMySAXHandler& handler, bool calculatesOffsets, CReaderLink* link) {
-    CWatchedReader reader(handler, m_Watch, m_Problems, m_Settings.validate ? &m_Schemas : nullptr,
+    CWatchedReader reader(m_Memory, handler, m_Watch, m_Problems,
+                          m_Settings.validate ? &m_Schemas : nullptr, m_Source.Name(),
                           m_Settings.validate && m_Settings.requireGrammar, link == nullptr);
     if (link != nullptr) {
         link->SetReader(&reader);
@@ -158,7 +192,7 @@ void CWatchedLoad::Parse(CMySAXHandler& handler, bool calculatesOffsets, CReader
     m_bIsFedWhileRead = m_Source.Bytes() == nullptr;
     CSourcePlaces* const places = m_bIsFedWhileRead ? &m_Places : nullptr;
     m_Source.Parse(reader, [&](const xercesc::InputSource& source, std::uint64_t size) {
-        return std::make_unique<CWatchedInput>(source, size, reader, m_Watch, places);
+        return std::make_unique<CWatchedInput>(source, size, reader, link, m_Watch, places);
     });
     reader.Finish();
 }
@@ -194,7 +228,7 @@ void CWatchedLoad::Throw() {
 // Where nothing has a place there is nothing to look for.
 void CWatchedLoad::CompletePlaces() {
     std::vector<SXMLProblem*> problems = m_Problems.InDocument();
-    if (problems.empty() && !m_Problems.IsOfDecoding()) {
+    if (problems.empty() && m_Problems.Decoding() == EDecoding::NOTHING) {
         return;
     }
     CByteSource* const bytes = m_bIsFedWhileRead ? nullptr : m_Source.Bytes();
@@ -205,6 +239,11 @@ void CWatchedLoad::CompletePlaces() {
         m_Places.End();
         for (SXMLProblem* const problem : problems) {
             problem->column = m_Places.HasPairs() ? 0 : problem->column;
+        }
+    }
+    if (!m_Places.KnowsColumns()) {
+        for (SXMLProblem* const problem : problems) {
+            problem->column = 0;
         }
     }
     if (m_Places.IsIllFormed() && MayBeIllFormed()) {
@@ -221,13 +260,16 @@ bool CWatchedLoad::MayBeIllFormed() const {
     }
     const auto place = std::make_pair(problem.line, problem.column);
     const auto bad = std::make_pair(m_Places.BadLine(), m_Places.BadColumn());
-    return m_Problems.IsOfDecoding() || (m_Problems.IsLastInDocument() && bad <= place);
+    return (m_Problems.Decoding() == EDecoding::FAILED &&
+            (m_Problems.IsLastInDocument() || m_Problems.IsOfOpening())) ||
+           (m_Problems.Decoding() == EDecoding::PERHAPS && m_Problems.IsLastInDocument() &&
+            bad <= place);
 }
 
-// Of a file that could not be opened or read the parser does not tell the name.
+// Of a document that could not be opened or read the parser does not tell the name.
 void CWatchedLoad::CompleteReason() {
     SXMLProblem& problem = m_Problems.Last();
-    if (problem.severity == EXMLSeverity::FATAL && problem.file.empty()) {
+    if (m_Problems.IsOfOpening() && problem.file.empty()) {
         problem.file = m_Source.Name();
         const std::string reason = m_Source.WhyNot();
         if (!reason.empty()) {

@@ -59,6 +59,7 @@ private:
     CProblems m_Problems;
     const CSchemaNames m_Schemas;
     CSourcePlaces m_Places;
+    CCountingMemory m_Memory;
     bool m_bIsFedWhileRead = false;
 };
 

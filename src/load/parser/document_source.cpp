@@ -246,8 +246,30 @@ CByteSource* CReadSource::Bytes() noexcept {
     return &*m_Bytes;
 }
 
+// The parser tells the encoding by what its first read gives: the byte order mark, and the
+// declaration to its end. Of a document without one that is the first tag, or not much.
+void CReadSource::ReadBeginning() {
+    const std::size_t FEW = 4;  // and the units of the encodings have as many bytes, at most
+    const std::size_t MOST = 1024;
+    const std::size_t BLOCK = 49152;
+    const auto isEnough = [&] {
+        if (m_nAhead < FEW) {
+            return false;
+        }
+        const char end = m_Ahead[0] == '\x4C' ? '\x6E' : '>';  // EBCDIC has others
+        const bool isWide = std::memchr(m_Ahead.data(), '\0', FEW) != nullptr;
+        return m_nAhead >= MOST || (std::memchr(m_Ahead.data(), end, m_nAhead) != nullptr &&
+                                    (!isWide || m_nAhead % FEW == 0));
+    };
+    while (!m_bIsOver && !isEnough()) {
+        m_Ahead.resize(std::max(m_Ahead.size(), BLOCK));
+        m_nAhead += ReadOn(&m_Ahead[m_nAhead], m_Ahead.size() - m_nAhead);
+    }
+}
+
 void CReadSource::Parse(SAX2XMLReader& reader, const CWrap& wrap) {
     m_nUsed = 0;
+    ReadBeginning();
     ParseWrapped(reader, CInput(*this), m_Bytes.has_value() ? m_nAhead : 0, wrap);
 }
 

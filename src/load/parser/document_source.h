@@ -121,6 +121,7 @@ public:
 private:
     class CInput;
 
+    void ReadBeginning();
     std::size_t Read(char* to, std::size_t room);
     std::size_t ReadOn(char* to, std::size_t room);
 
@@ -128,7 +129,7 @@ private:
     const char* m_pName;
     std::string m_Ahead;
     std::size_t m_nAhead = 0;  // bytes in it
-    std::size_t m_nUsed = 0;  // of them, by the parser
+    std::size_t m_nUsed = 0;   // of them, by the parser
     bool m_bIsOver = false;
     std::optional<CMemoryBytes> m_Bytes;  // those read ahead, if they are all
 };

@@ -16,7 +16,9 @@ void CElementPath::StartElement(const char16_t* name) {
     level.name = number;
     level.place = place;
     level.children.clear();
-    level.furtherChildren.clear();
+    if (!level.furtherChildren.empty()) {  // a table that was large stays so
+        level.furtherChildren = {};
+    }
     if (number == NO_NAME) {
         level.rare = name;
     }

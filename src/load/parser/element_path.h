@@ -21,13 +21,13 @@ public:
     void StartElement(const char16_t* name);
     void EndElement() noexcept { --m_nDepth; }
 
-    // "/orders/order[3]"; empty outside of the root, and for one of more than 64 KiB.
+    // "/orders/order[3]"; empty outside of the root, and for one of more than 4 KiB.
     std::string Text() const;
 
 private:
     static const std::size_t MOST_NAMES = 4096;
     static const std::size_t MOST_UNITS = 131072;
-    static const std::size_t MOST_BYTES = 65536;
+    static const std::size_t MOST_BYTES = 4096;
     static const std::size_t FEW = 16;
     static const std::uint32_t NO_NAME = static_cast<std::uint32_t>(-1);
 

@@ -16,8 +16,11 @@ struct SParserName {
     const char16_t* name;
 
     std::size_t Size() const noexcept { return Utf16Length(uri) + Utf16Length(name); }
-    // Both decide: a document may bind one prefix to ever new namespaces.
-    std::uint32_t Hash() const noexcept { return HashOf(name) + 0x9E3779B1U * HashOf(uri); }
+    // Both decide: a document may bind one prefix to ever new namespaces. Of a URI the beginning
+    // does: a tag may name a long one in each of its attributes.
+    std::uint32_t Hash() const noexcept {
+        return HashOf(name, Utf16Length(name)) + 0x9E3779B1U * HashOf(uri, BeginningOf(uri));
+    }
 
     // A name that was met. Deliberate: the text of a URI is compared only once for each place where
     // it lies, since the parser keeps its URIs in a pool that does not change during a load.
@@ -59,9 +62,16 @@ struct SParserName {
     };
 
 private:
-    static std::uint32_t HashOf(const char16_t* text) noexcept {
-        return CNameTable::Hash(reinterpret_cast<const char*>(text),
-                                Utf16Length(text) * sizeof(char16_t));
+    static std::uint32_t HashOf(const char16_t* text, std::size_t units) noexcept {
+        return CNameTable::Hash(reinterpret_cast<const char*>(text), units * sizeof(char16_t));
+    }
+    static std::size_t BeginningOf(const char16_t* uri) noexcept {
+        const std::size_t MOST_UNITS = 256;
+        std::size_t units = 0;
+        while (units < MOST_UNITS && uri[units] != 0) {
+            ++units;
+        }
+        return units;
     }
 };
 

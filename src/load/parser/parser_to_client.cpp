@@ -32,7 +32,7 @@ void CParserToClient::startElement(const XMLCh* uri, const XMLCh* localname, con
         return;
     }
     const bool own = CDOMString::IsOwnInForce();
-    m_Narrow.Clear();
+    BeginEvent();
     const std::size_t count = PlaceAttributes(attributes, own);
     const SPlacedName name = Place(uri, localname, qname, own);
     CEventAttributes& shown = m_Forwarder.Attributes();
@@ -66,33 +66,50 @@ CParserToClient::SPlacedName CParserToClient::PlaceUnlikely(const XMLCh* uri,
                                                             const XMLCh* qname, bool own) {
     if (own) {
         CNames::SName* const kept =
-            m_Names.Find({uri, qname}, [&] { return Keep(Append(uri, localname, qname)); });
+            m_Names.Find({uri, qname}, [&] { return Keep(uri, localname, qname); });
         if (kept != nullptr) {
-            return {kept, 0};
+            return {kept, 0, 0};
         }
     }
-    return {nullptr, Append(uri, localname, qname)};
+    return Append(uri, localname, qname);
 }
 
-// Three strings, one behind the other.
-std::size_t CParserToClient::Append(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname) {
-    const std::size_t place = m_Narrow.Append(uri);
-    m_Narrow.Append(localname);
+CParserToClient::SPlacedName CParserToClient::Append(const XMLCh* uri, const XMLCh* localname,
+                                                     const XMLCh* qname) {
+    const std::size_t uriPlace = AppendUri(uri);
+    const std::size_t place = m_Narrow.Append(localname);
     m_Narrow.Append(qname);
-    return place;
+    return {nullptr, uriPlace, place};
 }
 
-SEventName CParserToClient::ThreeAt(const char* strings) noexcept {
-    const char* const localName = strings + std::strlen(strings) + 1;
-    return {strings, localName, localName + std::strlen(localName) + 1};
+// A client's converter is asked for each string each time.
+std::size_t CParserToClient::AppendUri(const XMLCh* uri) {
+    const std::size_t LONG = 256;
+    if (!CDOMString::IsOwnInForce() || Utf16Length(uri) < LONG) {
+        return m_Narrow.Append(uri);
+    }
+    for (const auto& known : m_LongUris) {
+        if (known.first == uri) {
+            return known.second;
+        }
+    }
+    m_LongUris.emplace_back(uri, m_Narrow.Append(uri));
+    return m_LongUris.back().second;
 }
 
-// Three strings that were appended last.
-CParserToClient::SKeptName CParserToClient::Keep(std::size_t place) const {
-    const std::size_t bytes = m_Narrow.End() - place;
-    std::unique_ptr<char[]> block(new char[bytes]);
-    std::memcpy(block.get(), m_Narrow.At(place), bytes);
-    const SEventName shown = ThreeAt(block.get());
+SEventName CParserToClient::ShownAt(const char* uri, const char* names) noexcept {
+    return {uri, names, names + std::strlen(names) + 1};
+}
+
+CParserToClient::SKeptName CParserToClient::Keep(const XMLCh* uri, const XMLCh* localname,
+                                                 const XMLCh* qname) {
+    CDOMString narrow;
+    narrow.Append(uri);
+    const std::size_t names = narrow.Append(localname);
+    narrow.Append(qname);
+    std::unique_ptr<char[]> block(new char[narrow.End()]);
+    std::memcpy(block.get(), narrow.At(0), narrow.End());
+    const SEventName shown = ShownAt(block.get(), block.get() + names);
     return {std::move(block), shown};
 }
 
@@ -107,8 +124,8 @@ void CParserToClient::endElement(const XMLCh* uri, const XMLCh* localname, const
         m_Names.Ended(kept);
         m_Forwarder.EndElement(kept->payload.shown);
     } else {
-        m_Narrow.Clear();
-        m_Forwarder.EndElement(Shown({nullptr, Append(uri, localname, qname)}));
+        BeginEvent();
+        m_Forwarder.EndElement(Shown(Append(uri, localname, qname)));
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "load/parser/my_sax_handler.h"
@@ -53,9 +54,11 @@ private:
     };
     using CNames = CNamePredictor<SParserName, SKeptName>;
 
-    // A name of the event under way: kept, or else three strings at this place of m_Narrow.
+    // A name of the event under way: kept, or else strings at these places of m_Narrow: the URI, and
+    // the other two, one behind the other.
     struct SPlacedName {
         CNames::SName* kept;
+        std::size_t uri;
         std::size_t place;
     };
     struct SPlacedAttribute {
@@ -69,22 +72,31 @@ private:
     // search.
     SPlacedName Place(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname, bool own) {
         CNames::SName* const likely = own ? m_Names.FindLikely(SParserName{uri, qname}) : nullptr;
-        return likely != nullptr ? SPlacedName{likely, 0}
+        return likely != nullptr ? SPlacedName{likely, 0, 0}
                                  : PlaceUnlikely(uri, localname, qname, own);
     }
     SPlacedName PlaceUnlikely(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname,
                               bool own);
-    std::size_t Append(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname);
-    SKeptName Keep(std::size_t place) const;
-    SEventName Shown(const SPlacedName& name) const noexcept {
-        return name.kept != nullptr ? name.kept->payload.shown : ThreeAt(m_Narrow.At(name.place));
+    SPlacedName Append(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname);
+    std::size_t AppendUri(const XMLCh* uri);
+    void BeginEvent() {
+        m_Narrow.Clear();
+        m_LongUris.clear();
     }
-    static SEventName ThreeAt(const char* strings) noexcept;
+    SKeptName Keep(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname);
+    SEventName Shown(const SPlacedName& name) const noexcept {
+        return name.kept != nullptr ? name.kept->payload.shown
+                                    : ShownAt(m_Narrow.At(name.uri), m_Narrow.At(name.place));
+    }
+    static SEventName ShownAt(const char* uri, const char* names) noexcept;
 
     CEventForwarder& m_Forwarder;
     CReaderLink* m_pLink;
     CNames m_Names;
     std::vector<CNames::SName*> m_Open;  // the open elements; NULL for a name that is not kept
+    // The long URIs of the event under way, by where the parser has them, and their places: a tag may
+    // name one in each of thousands of attributes.
+    std::vector<std::pair<const XMLCh*, std::size_t>> m_LongUris;
     std::vector<SPlacedAttribute> m_Attributes;  // of the element under way, and room for more
 };
 

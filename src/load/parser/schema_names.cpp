@@ -1,6 +1,8 @@
 // CSchemaNames: paths as URLs.
 #include "load/parser/schema_names.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -63,13 +65,16 @@ std::string PathOf(const std::string& url) {
 }  // namespace
 
 CSchemaNames::CSchemaNames(const SXMLLoadSettings& settings) {
-    if (!settings.validate) {
+    if (!settings.validate || !settings.doSchema) {
         return;
     }
     if (settings.schemaLocation != nullptr && settings.schemaHasNamespace) {
         AddPairs(settings.schemaLocation);
     } else if (settings.schemaLocation != nullptr) {
         Add("", settings.schemaLocation);
+    }
+    if (settings.schemas == nullptr && settings.schemaCount != 0) {
+        ThrowInvalidParameter();
     }
     for (std::size_t i = 0; i < settings.schemaCount; ++i) {
         const SXMLSchemaName& schema = settings.schemas[i];
@@ -80,13 +85,17 @@ CSchemaNames::CSchemaNames(const SXMLLoadSettings& settings) {
     }
 }
 
+// A URL of a file is one of its path, however its scheme is written.
 void CSchemaNames::Add(const std::string& uri, const std::string& location) {
     SName name;
-    if (IsUrl(location)) {
-        name.url = location;
-    } else {
+    if (!IsUrl(location)) {
         name.path = AbsolutePath(location);
         name.url = UrlOf(name.path);
+    } else if (strncasecmp(location.c_str(), "file:///", std::strlen("file:///")) == 0) {
+        name.path = PathOf(location);
+        name.url = UrlOf(name.path);
+    } else {
+        name.url = location;
     }
     if (!uri.empty()) {
         m_Pairs += (m_Pairs.empty() ? "" : " ") + uri + ' ' + name.url;
@@ -98,17 +107,15 @@ void CSchemaNames::Add(const std::string& uri, const std::string& location) {
     m_Names.push_back(std::move(name));
 }
 
-// A namespace without a location is left to the parser.
 void CSchemaNames::AddPairs(const std::string& list) {
     std::istringstream words(list);
     std::string uri;
     std::string location;
     while (words >> uri) {
-        if (words >> location) {
-            Add(uri, location);
-        } else {
-            m_Pairs += (m_Pairs.empty() ? "" : " ") + uri;
+        if (!(words >> location)) {
+            ThrowInvalidParameter();
         }
+        Add(uri, location);
     }
 }
 
@@ -132,10 +139,13 @@ std::string CSchemaNames::NameOf(const std::string& file) const {
     return isInFolder ? PathOf(file) : file;
 }
 
-bool CSchemaNames::IsQuoted(const std::string& text) const {
-    return std::any_of(m_Names.begin(), m_Names.end(), [&text](const SName& name) {
-        return text.find('\'' + name.url + '\'') != std::string::npos;
-    });
+std::string CSchemaNames::Quoted(const std::string& text) const {
+    for (const SName& name : m_Names) {
+        if (text.find('\'' + name.url + '\'') != std::string::npos) {
+            return name.path.empty() ? name.url : name.path;
+        }
+    }
+    return "";
 }
 
 }  // namespace norvask

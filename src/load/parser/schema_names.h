@@ -30,8 +30,8 @@ public:
     // What the parser calls a file, as the program calls it: the path of one that was named by a
     // path, or of a file in the same folder or below.
     std::string NameOf(const std::string& file) const;
-    // Whether the parser's text quotes one of them.
-    bool IsQuoted(const std::string& text) const;
+    // The one that the parser's text quotes, as the program calls it; empty for none.
+    std::string Quoted(const std::string& text) const;
 
 private:
     struct SName {

@@ -1,7 +1,9 @@
 // CWatchedReader: the events on their way, and problems.
 #include "load/parser/watched_reader.h"
 
-#include <cstdint>
+#include <algorithm>
+#include <utility>
+#include <vector>
 #include <xercesc/framework/XMLValidityCodes.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax2/Attributes.hpp>
@@ -10,6 +12,7 @@
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/schema/SchemaSymbols.hpp>
 
+#include "foundation/utf8.h"
 #include "norvask/exception.h"
 
 namespace norvask {
@@ -19,7 +22,7 @@ using xercesc::XMLString;
 using xercesc::XMLUni;
 
 const char NO_GRAMMAR[] =
-    "no grammar to validate by: neither the document nor the program names one";
+    "no grammar to validate by: the program names none, and the document none that is read";
 
 // What the parser finds in text that is not allowed; it does not tell of such text at all.
 bool IsOfText(unsigned int code, const XMLCh* domain) {
@@ -32,7 +35,11 @@ bool IsOfOpening(unsigned int code, const XMLCh* domain) {
            XMLString::equals(domain, XMLUni::fgExceptDomain);
 }
 
-bool IsOfDecoding(unsigned int code, const XMLCh* domain) {
+// What a fatal error has to do with bytes that cannot be decoded.
+EDecoding DecodingOf(unsigned int code, const XMLCh* domain) {
+    if (!XMLString::equals(domain, XMLUni::fgExceptDomain)) {
+        return EDecoding::PERHAPS;
+    }
     switch (code) {
         case xercesc::XMLExcepts::Reader_CouldNotDecodeFirstLine:
         case xercesc::XMLExcepts::Trans_BadSrcSeq:
@@ -41,16 +48,67 @@ bool IsOfDecoding(unsigned int code, const XMLCh* domain) {
         case xercesc::XMLExcepts::UTF8_Irregular_3BytesSeq:
         case xercesc::XMLExcepts::UTF8_Invalid_4BytesSeq:
         case xercesc::XMLExcepts::UTF8_Exceeds_BytesLimit:
-            return XMLString::equals(domain, XMLUni::fgExceptDomain);
+            return EDecoding::FAILED;
+        case xercesc::XMLExcepts::Gen_UnexpectedEOF:
+            return EDecoding::PERHAPS;
         default:
-            return false;
+            return EDecoding::NOTHING;
     }
 }
 
-// Whether the text has this behind the word, in quotes.
-bool Names(const std::string& text, const char* word, const char* name) {
-    return text.find(std::string(word) + " '" + name + "'") != std::string::npos;
+bool Begins(const std::string& text, const std::string& beginning) noexcept {
+    return text.compare(0, beginning.size(), beginning) == 0;
 }
+
+// With what the parser begins a text about an attribute: its name, its value, or both. Further on a
+// text has whatever the document put there.
+struct SAttributeTexts {
+    SAttributeTexts(const std::string& qname, const std::string& uri, const std::string& local,
+                    const std::string& value)
+        : name(qname),
+          written("attribute '" + qname + '\''),
+          expanded("attribute '{" + uri + '}' + local + '\''),
+          ofValue("value '" + value + '\''),
+          ofId("ID " + ofValue),
+          ofBoth(ofValue + " for " + written),
+          hasQuote(value.find('\'') != std::string::npos) {}
+
+    const std::string name;
+    const std::string written;
+    const std::string expanded;
+    const std::string ofValue;
+    const std::string ofId;
+    const std::string ofBoth;
+    const bool hasQuote;  // then the value may look like another text
+};
+
+// The attribute of which a text tells, if that is beyond doubt.
+class CNamedAttribute {
+public:
+    void Compare(const std::string& text, const SAttributeTexts& attribute) {
+        const bool isByName = Begins(text, attribute.written) || Begins(text, attribute.expanded) ||
+                              Begins(text, attribute.ofBoth);
+        if (!isByName && !Begins(text, attribute.ofValue) && !Begins(text, attribute.ofId)) {
+            return;
+        }
+        ++m_nFound;
+        m_bMayBeOther = m_bMayBeOther || attribute.hasQuote;
+        m_nByName += isByName ? 1U : 0U;
+        if (isByName || m_nByName == 0) {
+            m_Name = attribute.name;
+        }
+    }
+    // Empty for none.
+    std::string Name() const {
+        return m_nFound == 1 || (m_nByName == 1 && !m_bMayBeOther) ? m_Name : "";
+    }
+
+private:
+    std::string m_Name;
+    std::size_t m_nFound = 0;
+    std::size_t m_nByName = 0;
+    bool m_bMayBeOther = false;
+};
 
 bool NamesSchema(const xercesc::Attributes& attributes) {
     const XMLCh* const uri = xercesc::SchemaSymbols::fgURI_XSI;
@@ -69,7 +127,7 @@ public:
         m_Reader.m_pLocator = locator;
     }
     void startDocument() override {
-        m_Reader.m_Document = m_Reader.Narrow(m_Reader.m_pLocator->getSystemId());
+        m_Reader.m_Document = m_Reader.NarrowByOwn(m_Reader.m_pLocator->getSystemId());
         Meet();
         m_Next.startDocument();
     }
@@ -84,6 +142,7 @@ public:
         m_Reader.m_Path.StartElement(qname);
         m_Reader.StartElement(attributes);
         m_Reader.Obey(m_Reader.m_Watch.StartElement());
+        m_Reader.Obey(m_Reader.m_Watch.Names(m_Reader.m_Memory.InUse()));
         try {
             m_Next.startElement(uri, localname, qname, attributes);
         } catch (CXMLException& exception) {
@@ -155,12 +214,16 @@ private:
     CMySAXHandler& m_Next;
 };
 
-CWatchedReader::CWatchedReader(CMySAXHandler& handler, CWatch& watch, CProblems& problems,
-                               const CSchemaNames* schemas, bool requiresGrammar, bool isTree)
-    : m_Handler(handler),
+CWatchedReader::CWatchedReader(CCountingMemory& memory, CMySAXHandler& handler, CWatch& watch,
+                               CProblems& problems, const CSchemaNames* schemas,
+                               const std::string& name, bool requiresGrammar, bool isTree)
+    : SAX2XMLReaderImpl(watch.IsUntrusted() ? &memory : xercesc::XMLPlatformUtils::fgMemoryManager),
+      m_Memory(memory),
+      m_Handler(handler),
       m_Watch(watch),
       m_Problems(problems),
       m_pSchemas(schemas),
+      m_Name(name),
       m_bRequiresGrammar(requiresGrammar),
       m_bIsTree(isTree),
       m_pEvents(std::make_unique<CEvents>(*this)),
@@ -192,10 +255,7 @@ void CWatchedReader::StartElement(const xercesc::Attributes& attributes) {
 
 void CWatchedReader::Settle(const xercesc::Attributes* attributes) {
     if (m_nWaiting != 0 && attributes != nullptr) {
-        m_Problems.ForLast(m_nWaiting, [&](SXMLProblem& problem) {
-            problem.path = m_Path.Text();
-            NameAttribute(problem, *attributes);
-        });
+        PlaceInTag(*attributes);
     }
     m_nWaiting = 0;
     if (m_bIsEnding) {
@@ -203,27 +263,24 @@ void CWatchedReader::Settle(const xercesc::Attributes* attributes) {
     }
 }
 
-// The parser names it, or tells its value, which may be that of one only.
-void CWatchedReader::NameAttribute(SXMLProblem& problem, const xercesc::Attributes& attributes) {
-    if (problem.path.empty()) {
-        return;
-    }
-    std::string found;
-    std::size_t count = 0;
+// Of a tag with more problems than this the others have no attribute: each is compared with all.
+void CWatchedReader::PlaceInTag(const xercesc::Attributes& attributes) {
+    const std::size_t MOST = 64;
+    std::vector<CNamedAttribute> named(std::min(m_nWaiting, MOST));
     for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
-        const std::string name = Narrow(attributes.getQName(i));
-        if (Names(problem.text, "attribute", name.c_str())) {
-            found = name;
-            count = 1;
-            break;
-        }
-        if (Names(problem.text, "value", Narrow(attributes.getValue(i)).c_str())) {
-            found = name;
-            ++count;
+        const SAttributeTexts texts(
+            NarrowByOwn(attributes.getQName(i)), NarrowByOwn(attributes.getURI(i)),
+            NarrowByOwn(attributes.getLocalName(i)), NarrowByOwn(attributes.getValue(i)));
+        for (std::size_t number = 0; number < named.size(); ++number) {
+            named[number].Compare(m_Problems.OfLast(m_nWaiting, number).text, texts);
         }
     }
-    if (count == 1) {
-        problem.path += "/@" + found;
+    const std::string path = m_Path.Text();
+    for (std::size_t number = 0; number < m_nWaiting; ++number) {
+        SXMLProblem& problem = m_Problems.OfLast(m_nWaiting, number);
+        const bool isNamed =
+            number < named.size() && !path.empty() && !named[number].Name().empty();
+        problem.path = isNamed ? path + "/@" + named[number].Name() : path;
     }
 }
 
@@ -233,11 +290,18 @@ std::string CWatchedReader::Narrow(const XMLCh* text) {
     return text == nullptr ? std::string() : std::string(m_Narrow.Convert(text).text);
 }
 
-// Where the parser is.
+// A client's converter is asked for no more than in a plain load.
+std::string CWatchedReader::NarrowByOwn(const XMLCh* text) {
+    return text == nullptr ? std::string()
+                           : std::string(m_Narrow.ConvertByOwn(text, Utf16Length(text)).text);
+}
+
+// Where the parser is; in the document before it has begun.
 SXMLProblem CWatchedReader::Place() {
     SXMLProblem problem;
+    problem.file = m_Name;
     if (m_pLocator != nullptr) {
-        problem.file = Narrow(m_pLocator->getSystemId());
+        problem.file = NarrowByOwn(m_pLocator->getSystemId());
         problem.line = m_pLocator->getLineNumber();
         problem.column = m_pLocator->getColumnNumber();
     }
@@ -259,7 +323,7 @@ void CWatchedReader::Refuse(ERefusal refusal) {
     SXMLProblem problem = Place();
     problem.text = m_Watch.Words(refusal);
     problem.path = m_Path.Text();
-    const bool inDocument = problem.file == m_Document;
+    const bool inDocument = m_pLocator != nullptr && problem.file == m_Document;
     m_Problems.AddRefusal(std::move(problem), inDocument);
     throw SLoadEnd();
 }
@@ -267,14 +331,13 @@ void CWatchedReader::Refuse(ERefusal refusal) {
 void CWatchedReader::error(const unsigned int code, const XMLCh* const domain, const ErrTypes type,
                            const XMLCh* const text, const XMLCh* const systemId, const XMLCh* const,
                            const XMLFileLoc line, const XMLFileLoc column) {
-    const bool isFatal = type == ErrType_Fatal;
     // A schema that cannot be opened: one of the program's, or any where there must be one.
-    const bool isOfSchema = type == ErrType_Warning && m_pSchemas != nullptr &&
-                            IsOfOpening(code, domain) &&
-                            (m_bRequiresGrammar || m_pSchemas->IsQuoted(Narrow(text)));
-    if (type == ErrType_Warning && !isOfSchema) {
+    const std::string schema = m_pSchemas == nullptr ? "" : m_pSchemas->Quoted(NarrowByOwn(text));
+    if (type == ErrType_Warning &&
+        (!IsOfOpening(code, domain) || (schema.empty() && !m_bRequiresGrammar))) {
         return;
     }
+    const bool isFatal = type == ErrType_Fatal || (type == ErrType_Warning && !schema.empty());
     if (m_bIsEnding) {
         if (isFatal) {
             throw SLoadEnd();
@@ -283,18 +346,20 @@ void CWatchedReader::error(const unsigned int code, const XMLCh* const domain, c
     }
     SXMLProblem problem;
     problem.severity = isFatal ? EXMLSeverity::FATAL : EXMLSeverity::ERROR;
+    problem.text = Narrow(text);
     problem.file = Narrow(systemId);
     problem.line = line;
     problem.column = column;
-    problem.text = Narrow(text);
-    const bool inDocument = !problem.file.empty() && problem.file == m_Document;
+    const bool inDocument = !m_Document.empty() && NarrowByOwn(systemId) == m_Document;
     if (inDocument) {
         problem.path = m_Path.Text();
+    } else if (problem.file.empty()) {
+        problem.file = schema;
     } else if (m_pSchemas != nullptr) {
         problem.file = m_pSchemas->NameOf(problem.file);
     }
-    if (isFatal && IsOfDecoding(code, domain)) {
-        m_Problems.SetOfDecoding();
+    if (isFatal) {
+        m_Problems.SetFatal(m_Document.empty(), DecodingOf(code, domain));
     }
     m_Problems.Add(std::move(problem), 2, inDocument);
     m_bIsEnding = isFatal || m_Problems.IsFull();

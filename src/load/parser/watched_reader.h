@@ -15,6 +15,7 @@
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 
+#include "load/parser/counting_memory.h"
 #include "load/parser/dom_string.h"
 #include "load/parser/element_path.h"
 #include "load/parser/my_sax_handler.h"
@@ -26,11 +27,13 @@ namespace norvask {
 
 class CWatchedReader final : public xercesc::SAX2XMLReaderImpl {
 public:
-    // All of these outlive the reader. `schemas` is NULL without validation. A reader that requires
+    // All of these outlive the reader. `schemas` is NULL without validation; `name` is what errors
+    // call the document before the parser has a name for it. A reader that requires
     // a grammar refuses a document without. If `isTree`, what the handler throws of an element is a
     // problem of the document.
-    CWatchedReader(CMySAXHandler& handler, CWatch& watch, CProblems& problems,
-                   const CSchemaNames* schemas, bool requiresGrammar, bool isTree);
+    CWatchedReader(CCountingMemory& memory, CMySAXHandler& handler, CWatch& watch,
+                   CProblems& problems, const CSchemaNames* schemas, const std::string& name,
+                   bool requiresGrammar, bool isTree);
     ~CWatchedReader() override;
 
     // The reader reads the schemas that the document names.
@@ -59,14 +62,17 @@ private:
     void AddException(CXMLException& exception);
     // The next event is there: a start tag with these attributes, or for NULL none.
     void Settle(const xercesc::Attributes* attributes);
-    void NameAttribute(SXMLProblem& problem, const xercesc::Attributes& attributes);
+    void PlaceInTag(const xercesc::Attributes& attributes);
     std::string Narrow(const XMLCh* text);
+    std::string NarrowByOwn(const XMLCh* text);
     SXMLProblem Place();
 
+    const CCountingMemory& m_Memory;
     CMySAXHandler& m_Handler;
     CWatch& m_Watch;
     CProblems& m_Problems;
     const CSchemaNames* const m_pSchemas;
+    const std::string m_Name;
     const bool m_bRequiresGrammar;
     const bool m_bIsTree;
     const std::unique_ptr<CEvents> m_pEvents;

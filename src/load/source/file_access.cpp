@@ -2,6 +2,7 @@
 #include "load/source/file_access.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -21,8 +22,11 @@ std::string WhyNotReadable(const std::string& path) {
     if (descriptor < 0) {
         return WordsOf(errno);
     }
+    // What a pipe has can be read once only.
+    struct stat what = {};
     char byte = 0;
-    const bool isReadable = read(descriptor, &byte, 1) >= 0 || errno == EAGAIN;
+    const bool isReadable = (fstat(descriptor, &what) == 0 && S_ISFIFO(what.st_mode)) ||
+                            read(descriptor, &byte, 1) >= 0 || errno == EAGAIN;
     const int error = errno;
     close(descriptor);
     return isReadable ? "" : WordsOf(error);

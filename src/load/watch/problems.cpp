@@ -22,17 +22,24 @@ void CProblems::Tell(const CXMLException& told) {
 }
 
 void CProblems::Add(SXMLProblem problem, int id, bool inDocument) {
-    const CXMLError told = Message(id, problem);
-    Add(std::move(problem), told, inDocument);
+    if (m_Problems.empty()) {
+        Tell(Message(id, problem));
+    }
+    Keep(std::move(problem), inDocument);
 }
 
 void CProblems::Add(SXMLProblem problem, const CXMLException& told, bool inDocument) {
-    if (inDocument) {
-        m_InDocument.push_back(m_Problems.size());
-    }
     if (m_Problems.empty()) {
         Tell(told);
     }
+    Keep(std::move(problem), inDocument);
+}
+
+void CProblems::Keep(SXMLProblem problem, bool inDocument) {
+    if (inDocument) {
+        m_InDocument.push_back(m_Problems.size());
+    }
+    m_nBytes += sizeof problem + problem.file.size() + problem.text.size() + problem.path.size();
     m_Problems.push_back(std::move(problem));
 }
 
@@ -61,16 +68,17 @@ std::vector<SXMLProblem*> CProblems::InDocument() {
 // nothing of it, and another is told.
 void CProblems::SetIllFormed(const CSourcePlaces& places, const std::string& document) {
     SXMLProblem& problem = m_Problems.back();
+    const bool isOfDecoding = m_Decoding == EDecoding::FAILED;
     if (problem.file.empty()) {
         problem.file = document;
     }
-    if (m_bIsOfDecoding) {
+    if (isOfDecoding) {
         problem.path.clear();
     }
     problem.line = places.BadLine();
     problem.column = places.BadColumn();
     problem.text = "invalid UTF-8: " + places.BadBytes();
-    if (m_Problems.size() == 1 && !m_bIsOfDecoding) {
+    if (m_Problems.size() == 1 && !isOfDecoding) {
         Tell(Message(2, problem));
     }
 }

@@ -19,32 +19,42 @@ class CSourcePlaces;
 // takes it for his own.
 struct SLoadEnd {};
 
+// What a fatal error has to do with bytes that cannot be decoded: it may be no more than what came
+// of them.
+enum class EDecoding { NOTHING, PERHAPS, FAILED };
+
 class CProblems {
 public:
-    // Holds so many; 0 for all.
-    explicit CProblems(unsigned int limit) noexcept : m_nLimit(limit) {}
+    // Holds so many, and so many bytes of them; 0 for all.
+    explicit CProblems(unsigned int limit, std::size_t bytes = 0) noexcept
+        : m_nLimit(limit), m_nMostBytes(bytes) {}
     CProblems(const CProblems&) = delete;
     CProblems& operator=(const CProblems&) = delete;
 
     bool IsEmpty() const noexcept { return m_Problems.empty(); }
     // Whether the load ends, since there are so many.
-    bool IsFull() const noexcept { return m_nLimit != 0 && m_Problems.size() >= m_nLimit; }
+    bool IsFull() const noexcept {
+        return (m_nLimit != 0 && m_Problems.size() >= m_nLimit) ||
+               (m_nMostBytes != 0 && m_nBytes >= m_nMostBytes);
+    }
 
     // `inDocument` tells whether it lies in the document rather than in another file. The text of
     // the load is that of its first problem, with this class and message 3, or what is told of it.
     void Add(SXMLProblem problem, int id, bool inDocument);
     void Add(SXMLProblem problem, const CXMLException& told, bool inDocument = false);
     void AddRefusal(SXMLProblem problem, bool inDocument);
-    // The problem that is added next comes from bytes that could not be decoded.
-    void SetOfDecoding() noexcept { m_bIsOfDecoding = true; }
-    bool IsOfDecoding() const noexcept { return m_bIsOfDecoding; }
+    // The problem that is added next is fatal: one of a document that is not opened yet, or one that
+    // may come from bytes that could not be decoded.
+    void SetFatal(bool isOfOpening, EDecoding decoding) noexcept {
+        m_bIsOfOpening = isOfOpening;
+        m_Decoding = decoding;
+    }
+    bool IsOfOpening() const noexcept { return m_bIsOfOpening; }
+    EDecoding Decoding() const noexcept { return m_Decoding; }
     bool IsRefused() const noexcept { return m_bIsRefused; }
-    // For each of the last `count`.
-    template <typename Do>
-    void ForLast(std::size_t count, Do apply) {
-        for (std::size_t i = m_Problems.size() - count; i < m_Problems.size(); ++i) {
-            apply(m_Problems[i]);
-        }
+    // One of the last `count`, and the last.
+    SXMLProblem& OfLast(std::size_t count, std::size_t number) noexcept {
+        return m_Problems[m_Problems.size() - count + number];
     }
     SXMLProblem& Last() noexcept { return m_Problems.back(); }
     const SXMLProblem& Last() const noexcept { return m_Problems.back(); }
@@ -65,11 +75,15 @@ public:
 
 private:
     void Tell(const CXMLException& told);
+    void Keep(SXMLProblem problem, bool inDocument);
     static CXMLError Message(int id, const SXMLProblem& problem);
 
     const unsigned int m_nLimit;
+    const std::size_t m_nMostBytes;
+    std::size_t m_nBytes = 0;
     int m_nID = 0;
-    bool m_bIsOfDecoding = false;
+    bool m_bIsOfOpening = false;
+    EDecoding m_Decoding = EDecoding::NOTHING;
     bool m_bIsRefused = false;
     std::string m_Text;
     std::vector<SXMLProblem> m_Problems;

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <iterator>
 #include <utility>
 
 #include "foundation/utf8.h"
@@ -21,17 +23,17 @@ const std::size_t MOST_UTF8 = 4;
 
 bool IsSpace(char c) noexcept { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-// The encoding that a declaration at the front names; empty for none.
-std::string DeclaredEncoding(const std::string& front) {
+// The value of a pseudo-attribute in a declaration at the front; empty for none.
+std::string Declared(const std::string& front, const std::string& name) {
     if (front.compare(0, 5, "<?xml") != 0) {
         return "";
     }
     const std::string declaration = front.substr(0, front.find("?>"));
-    std::size_t at = declaration.find("encoding");
+    std::size_t at = declaration.find(name);
     if (at == std::string::npos) {
         return "";
     }
-    at += std::string("encoding").size();
+    at += name.size();
     while (at < declaration.size() && (IsSpace(declaration[at]) || declaration[at] == '=')) {
         ++at;
     }
@@ -44,6 +46,26 @@ std::string DeclaredEncoding(const std::string& front) {
 
 bool IsNamed(const std::string& encoding, const char* name) noexcept {
     return strcasecmp(encoding.c_str(), name) == 0;
+}
+
+// Of the encodings with one byte a character, those that are met.
+bool HasOneByteACharacter(const std::string& encoding) {
+    static const char* const BEGINNINGS[] = {"ISO-8859-", "ISO8859-", "windows-",
+                                             "US-ASCII",  "ASCII",    "latin",
+                                             "KOI8-",     "IBM",      "macintosh"};
+    return std::any_of(
+        std::begin(BEGINNINGS), std::end(BEGINNINGS), [&encoding](const char* beginning) {
+            return strncasecmp(encoding.c_str(), beginning, std::strlen(beginning)) == 0;
+        });
+}
+
+// The character of a well-formed sequence of two or three bytes.
+char32_t DecodedShort(const char* at, std::size_t length) noexcept {
+    const auto bits = [at](std::size_t i) {
+        return static_cast<char32_t>(static_cast<unsigned char>(at[i]) & 0x3F);
+    };
+    return length == 2 ? ((bits(0) & 0x1F) << 6) | bits(1)
+                       : ((bits(0) & 0x0F) << 12) | (bits(1) << 6) | bits(2);
 }
 
 }  // namespace
@@ -91,12 +113,16 @@ void CSourcePlaces::End() {
     Units(1);  // what the parser found at the end
 }
 
-// A byte order mark is no character.
+// A byte order mark is no character. Four bytes a character and the encodings in which "<" is not
+// that of ASCII are not looked at.
 void CSourcePlaces::Sniff() {
     const auto begins = [this](const char* bytes, std::size_t count) {
         return m_Pending.compare(0, count, bytes, count) == 0;
     };
-    if (begins("\xFF\xFE", 2) || begins("<\0", 2)) {
+    if (begins("\xFF\xFE\0\0", 4) || begins("\0\0\xFE\xFF", 4) || begins("<\0\0\0", 4) ||
+        begins("\0\0\0<", 4) || begins("\x4C\x6F\xA7\x94", 4)) {
+        m_Encoding = EEncoding::OTHER;
+    } else if (begins("\xFF\xFE", 2) || begins("<\0", 2)) {
         m_Encoding = EEncoding::UTF16LE;
         m_nAt = m_Pending[0] == '<' ? 0 : 2;
     } else if (begins("\xFE\xFF", 2) || begins("\0<", 2)) {
@@ -104,10 +130,14 @@ void CSourcePlaces::Sniff() {
         m_nAt = m_Pending[0] == '\0' ? 0 : 2;
     } else {
         m_nAt = begins("\xEF\xBB\xBF", 3) ? 3 : 0;
-        const std::string encoding = DeclaredEncoding(m_Pending.substr(m_nAt, MOST_DECLARATION));
-        m_Encoding = encoding.empty() || IsNamed(encoding, "UTF-8") || IsNamed(encoding, "UTF8")
-                         ? EEncoding::UTF8
-                         : EEncoding::OTHER;
+        const std::string front = m_Pending.substr(m_nAt, MOST_DECLARATION);
+        const std::string encoding = Declared(front, "encoding");
+        m_bHasMoreLineEnds = Declared(front, "version") == "1.1";
+        if (encoding.empty() || IsNamed(encoding, "UTF-8") || IsNamed(encoding, "UTF8")) {
+            m_Encoding = EEncoding::UTF8;
+        } else {
+            m_Encoding = HasOneByteACharacter(encoding) ? EEncoding::ONE_BYTE : EEncoding::OTHER;
+        }
     }
 }
 
@@ -116,6 +146,8 @@ void CSourcePlaces::Decode(bool isEnd) {
         while (DecodeUtf8(isEnd)) {
         }
     } else if (m_Encoding == EEncoding::OTHER) {
+        m_nAt = m_Pending.size();
+    } else if (m_Encoding == EEncoding::ONE_BYTE) {
         for (; m_nAt < m_Pending.size(); ++m_nAt) {
             Character(static_cast<unsigned char>(m_Pending[m_nAt]));
         }
@@ -151,9 +183,10 @@ bool CSourcePlaces::DecodeUtf8(bool isEnd) {
     }
     if (length == MOST_UTF8) {
         m_bHasPairs = true;
+        m_bIsAfterCR = false;
         Units(2);
     } else {
-        Character(length == 1 ? static_cast<char32_t>(*at) : U'\xFFFD');
+        Character(length == 1 ? static_cast<char32_t>(*at) : DecodedShort(at, length));
     }
     m_nAt += length;
     return true;
@@ -170,6 +203,7 @@ bool CSourcePlaces::DecodeUtf16() {
     const unsigned int unit = isLittle ? byte(0) | (byte(1) << 8) : byte(1) | (byte(0) << 8);
     if (unit >= 0xD800 && unit < 0xDC00) {
         m_bHasPairs = true;
+        m_bIsAfterCR = false;
         if (m_Pending.size() - m_nAt < 4) {
             return false;
         }
@@ -182,15 +216,17 @@ bool CSourcePlaces::DecodeUtf16() {
     return true;
 }
 
-// CR LF is one end of a line, and so is a CR alone.
+// CR LF is one end of a line, and so is a CR alone. XML 1.1 has more.
 void CSourcePlaces::Character(char32_t character) {
-    const bool isSecond = character == U'\n' && m_bIsAfterCR;
+    const bool isNel = m_bHasMoreLineEnds && character == U'\x85';
+    const bool isSecond = m_bIsAfterCR && (character == U'\n' || isNel);
     m_bIsAfterCR = character == U'\r';
     if (isSecond) {
         return;
     }
     Units(1);
-    if (character == U'\n' || character == U'\r') {
+    if (character == U'\n' || character == U'\r' || isNel ||
+        (m_bHasMoreLineEnds && character == U'\x2028')) {
         ++m_nLine;
         m_nUnits = 0;
         m_nCharacters = 0;

@@ -6,8 +6,8 @@
 // place that is no UTF-8 is found. A source that cannot be read twice is looked at while it is read; then nothing
 // can be corrected, but it is known whether there was anything to correct.
 //
-// The encoding is that of the byte order mark or of the declaration. In one that is neither UTF-8
-// nor UTF-16 units are taken for characters.
+// The encoding is that of the byte order mark or of the declaration. Of one that is not UTF-8 or
+// UTF-16 and has more than one byte a character no columns are known.
 #ifndef NORVASK_LOAD_WATCH_SOURCE_PLACES_H
 #define NORVASK_LOAD_WATCH_SOURCE_PLACES_H
 
@@ -37,6 +37,9 @@ public:
     // Where the bytes that were fed end.
     std::uint64_t Line() const noexcept { return m_nLine; }
 
+    // Whether columns can be told in this encoding, once there was an End.
+    bool KnowsColumns() const noexcept { return m_Encoding != EEncoding::OTHER; }
+
     // Whether there was a character beyond U+FFFF.
     bool HasPairs() const noexcept { return m_bHasPairs; }
 
@@ -47,7 +50,7 @@ public:
     const std::string& BadBytes() const noexcept { return m_BadBytes; }  // "0xC3 0x28"
 
 private:
-    enum class EEncoding { UNKNOWN, UTF8, UTF16LE, UTF16BE, OTHER };
+    enum class EEncoding { UNKNOWN, UTF8, UTF16LE, UTF16BE, ONE_BYTE, OTHER };
 
     void Sniff();
     void Decode(bool isEnd);
@@ -64,6 +67,7 @@ private:
     std::uint64_t m_nUnits = 0;       // in this line, in front of the next character
     std::uint64_t m_nCharacters = 0;  // the same
     bool m_bIsAfterCR = false;
+    bool m_bHasMoreLineEnds = false;  // XML 1.1
     bool m_bHasPairs = false;
     std::uint64_t m_nBadLine = 0;
     std::uint64_t m_nBadColumn = 0;

@@ -19,6 +19,10 @@ std::uint64_t Now(clockid_t clock) noexcept {
            static_cast<std::uint64_t>(time.tv_nsec);
 }
 
+std::string Counted(std::uint64_t number, const char* what) {
+    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
+}
+
 std::uint64_t Limit(std::uint64_t field) noexcept { return field == 0 ? NO_LIMIT : field; }
 
 }  // namespace
@@ -30,6 +34,7 @@ CWatch::CWatch(const SXMLLoadSettings& settings) noexcept
       m_nMaxMarkup(NO_LIMIT),
       m_nMaxDepth(NO_LIMIT),
       m_nMaxNamespaces(NO_LIMIT),
+      m_nMaxNames(NO_LIMIT),
       m_nMaxNanoseconds(0),
       m_nBegin(0) {
     if (m_bIsUntrusted) {
@@ -37,7 +42,12 @@ CWatch::CWatch(const SXMLLoadSettings& settings) noexcept
         m_nMaxBytes = Limit(limits.maxBytes);
         m_nMaxMarkup = Limit(limits.maxMarkup);
         m_nMaxDepth = Limit(limits.maxDepth);
-        m_nMaxNamespaces = limits.maxMarkup == 0 ? NO_LIMIT : limits.maxMarkup / BYTES_OF_NAMESPACE;
+        m_nMaxNamespaces = limits.maxMarkup == 0
+                               ? NO_LIMIT
+                               : std::max(limits.maxMarkup / BYTES_OF_NAMESPACE, FEW_NAMESPACES);
+        m_nMaxNames = limits.maxBytes == 0 || limits.maxBytes > NO_LIMIT / NAMES_OF_BYTES
+                          ? NO_LIMIT
+                          : limits.maxBytes * NAMES_OF_BYTES;
         m_nMaxNanoseconds = limits.maxSeconds * NANOSECONDS;
     }
     if (m_nMaxNanoseconds != 0) {
@@ -67,7 +77,8 @@ ERefusal CWatch::Read(std::size_t bytes) {
     if (!IsInTime()) {
         return ERefusal::TIME;
     }
-    return m_nRead > m_nTold ? Tell() : ERefusal::NONE;
+    // The byte that a window reads ahead is told with those behind it.
+    return m_nRead > m_nTold + 1 ? Tell() : ERefusal::NONE;
 }
 
 // A thread has no more processor time than passes. Asking for what passes takes a tenth of the time
@@ -109,19 +120,20 @@ std::string CWatch::Words(ERefusal refusal) const {
         case ERefusal::DTD:
             return "the document type declaration is not allowed";
         case ERefusal::BYTES:
-            return "larger than " + std::to_string(m_nMaxBytes) + " bytes (maxBytes)";
+            return "larger than " + Counted(m_nMaxBytes, "byte") + " (maxBytes)";
         case ERefusal::MARKUP:
-            return "a tag, text or comment of more than " + std::to_string(m_nMaxMarkup) +
-                   " bytes (maxMarkup)";
+            return "a tag, text or other piece of more than " + Counted(m_nMaxMarkup, "byte") +
+                   " (maxMarkup)";
         case ERefusal::DEPTH:
-            return "deeper than " + std::to_string(m_nMaxDepth) + " elements (maxDepth)";
+            return "deeper than " + Counted(m_nMaxDepth, "element") + " (maxDepth)";
         case ERefusal::NAMESPACES:
-            return "more than " + std::to_string(m_nMaxNamespaces) +
-                   " namespace declarations in force (maxMarkup / " +
-                   std::to_string(BYTES_OF_NAMESPACE) + ")";
+            return "more than " + Counted(m_nMaxNamespaces, "namespace declaration") +
+                   " in force (maxMarkup / 64)";
+        case ERefusal::NAMES:
+            return "names that take more than " + Counted(m_nMaxNames, "byte") +
+                   " of memory (4 * maxBytes)";
         case ERefusal::TIME:
-            return "more than " + std::to_string(m_nMaxNanoseconds / NANOSECONDS) +
-                   (m_nMaxNanoseconds == NANOSECONDS ? " second" : " seconds") +
+            return "more than " + Counted(m_nMaxNanoseconds / NANOSECONDS, "second") +
                    " of processor time (maxSeconds)";
         default:
             return "stopped by the program";

@@ -15,7 +15,7 @@
 
 namespace norvask {
 
-enum class ERefusal { NONE, DTD, BYTES, MARKUP, DEPTH, NAMESPACES, TIME, STOPPED };
+enum class ERefusal { NONE, DTD, BYTES, MARKUP, DEPTH, NAMESPACES, NAMES, TIME, STOPPED };
 
 class CWatch {
 public:
@@ -55,6 +55,10 @@ public:
         return m_nNamespaces > m_nMaxNamespaces ? ERefusal::NAMESPACES : Event();
     }
     void EndNamespace() noexcept { --m_nNamespaces; }
+    // So much memory is in use for names.
+    ERefusal Names(std::uint64_t bytes) const noexcept {
+        return bytes > m_nMaxNames ? ERefusal::NAMES : ERefusal::NONE;
+    }
 
     // For a reading that knows where it is: whether so many elements may be open, and so many
     // declarations of namespaces in force; and whether it may go on behind this byte, up to which
@@ -80,7 +84,10 @@ private:
     static const unsigned int LOOKED_AT = 256;
     // The parser looks for a prefix among all that are in force, for each attribute of a tag. A
     // common declaration takes about so many bytes.
-    static const unsigned int BYTES_OF_NAMESPACE = 64;
+    static const std::uint64_t BYTES_OF_NAMESPACE = 64;
+    static constexpr std::uint64_t FEW_NAMESPACES = 64;
+    // It keeps each name and namespace that it meets, in memory that is a multiple of their bytes.
+    static const std::uint64_t NAMES_OF_BYTES = 4;
 
     bool IsLookedAt() noexcept {
         ++m_nEvents;
@@ -94,6 +101,7 @@ private:
     std::uint64_t m_nMaxMarkup;
     std::uint64_t m_nMaxDepth;
     std::uint64_t m_nMaxNamespaces;
+    std::uint64_t m_nMaxNames;
     std::uint64_t m_nMaxNanoseconds;  // 0 for no limit
     std::uint64_t m_nBegin;           // of the time
     std::uint64_t m_nUsed = 0;        // when it was asked for last

@@ -5,11 +5,84 @@
 
 #include <norvask/norvask.h>
 
+#include <cstring>
+#include <filesystem>
+#include <sstream>
 #include <string>
 
 namespace norvask_test {
 
 using namespace norvask;
+
+namespace {
+
+// All options, with which a document like these loads as without.
+SXMLLoadOptions AllOptions(int& told) {
+    SXMLUntrusted limits;
+    limits.maxDepth = 100;
+    return SXMLLoadOptions()
+        .KeepPrefixes()
+        .Untrusted()
+        .Untrusted(limits)
+        .CollectProblems()
+        .CollectProblems(5)
+        .Progress([&told](std::uint64_t, std::uint64_t) { ++told; })
+        .Progress([&told](std::uint64_t, std::uint64_t) { return ++told > 0; })
+        .Stop([] { return true; })
+        .Name("name");
+}
+
+// Every source, as trees and as callbacks; returns how many elements there were.
+int UseSources(const char* fileName) {
+    int told = 0;
+    int elements = 0;
+    CXMLLambdaHandler handler;
+    handler.onStartElement = [&](const SXMLStartTag&) { ++elements; };
+    const SXMLLoadOptions options = AllOptions(told);
+    const std::filesystem::path path(fileName);
+    const auto count = [&](const CXMLDocumentPtr& document) {
+        if (document != nullptr && document->GetRoot() != nullptr) ++elements;
+    };
+    count(XMLLoadFile(path));
+    count(XMLLoadFile(path, options));
+    XMLLoadFile(path, handler, options);
+    std::istringstream stream("<a/>");
+    count(XMLLoadStream(stream, options));
+    std::istringstream again("<a/>");
+    XMLLoadStream(again, handler, options);
+    const char* rest = "<a/>";
+    const auto read = [&rest](char* to, std::size_t) {
+        const std::size_t length = std::strlen(rest);
+        std::memcpy(to, rest, length);
+        rest += length;
+        return static_cast<std::ptrdiff_t>(length);
+    };
+    count(XMLLoadReader(read, options));
+    rest = "<a/>";
+    XMLLoadReader(read, handler, options);
+    count(XMLLoadText("<!DOCTYPE a [<!ELEMENT a ANY>]><a/>", SXMLLoadOptions().RequireGrammar()));
+#if defined(__cpp_exceptions)
+    // These fail, in programs that can hear of it.
+    try {
+        XMLLoadDescriptor(-1, options);
+    } catch (const CXMLError& e) {
+        if (e.Problems().empty() && *e.what() != '\0' && e.GetID() == 1) ++elements;
+    }
+    try {
+        XMLLoadText("<a/>", SXMLLoadOptions().Schema("urn:a", "/no/such.xsd"));
+    } catch (const std::exception&) {
+        ++elements;
+    }
+#endif
+    SXMLProblem problem;
+    problem.severity = EXMLSeverity::ERROR;
+    const CXMLError error(5, "own", {problem});
+    const CXMLError copy(error);
+    if (std::strcmp(copy.GetMessage(), "own") == 0 && copy.Problems().size() == 1) ++elements;
+    return told > 0 ? elements : 0;
+}
+
+}  // namespace
 
 std::string UseConveniences(const char* fileName) {
     CXMLDocumentPtr made = XMLNewDocument("list");
@@ -63,6 +136,7 @@ std::string UseConveniences(const char* fileName) {
         XMLWriteElement(writer, "alarm", true);
     });
     writer.EndDocument();
+    used += " " + std::to_string(UseSources(fileName));
     return used + " " + XMLToString(*XMLLoadFile(fileName));
 }
 

@@ -55,7 +55,7 @@ int ErrorOf(Work load) {
 TEST(ConvenienceDocument, AClientUsesThemAll) {
     TemporaryFile file;
     EXPECT_EQ(UseConveniences(file.Name()),
-              "1 book data Äpfel xmlns: found 4 <?xml version=\"1.0\"?><row><name>Möhlau</name>"
+              "1 book data Äpfel xmlns: found 4 15 <?xml version=\"1.0\"?><row><name>Möhlau</name>"
               "<level>2.5</level><count>3</count><alarm>true</alarm></row>");
 }
 

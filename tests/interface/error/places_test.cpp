@@ -101,8 +101,9 @@ TEST(ErrorPlaces, TheColumnCountsCharacters) {
         {"\xEF\xBB\xBF", 1},  // at this place a character
     };
     for (const auto& row : rows) {
-        for (const char* const front : {"<a>\n", "<a>\r\n", "<a>\r", "<a>\n\r\n \r\r\n",
-                                        "<a>\xF0\x9F\x98\x80\n", "<a>\xF0\x9F\x98\x80\r\n\r\n"}) {
+        for (const char* const front :
+             {"<a>\n", "<a>\r\n", "<a>\r", "<a>\n\r\n \r\r\n", "<a>\xF0\x9F\x98\x80\n",
+              "<a>\xF0\x9F\x98\x80\r\n\r\n", "<a>\r\xF0\x9F\x98\x80\n"}) {
             int line = 1;
             for (std::size_t i = 0; i < std::strlen(front); ++i)
                 line += front[i] == '\n' || (front[i] == '\r' && front[i + 1] != '\n') ? 1 : 0;
