@@ -47,7 +47,7 @@ CWatch::CWatch(const SXMLLoadSettings& settings) noexcept
                                : std::max(limits.maxMarkup / BYTES_OF_NAMESPACE, FEW_NAMESPACES);
         m_nMaxNames = limits.maxBytes == 0 || limits.maxBytes > NO_LIMIT / NAMES_OF_BYTES
                           ? NO_LIMIT
-                          : limits.maxBytes * NAMES_OF_BYTES;
+                          : std::max(limits.maxBytes * NAMES_OF_BYTES, FEW_BYTES_OF_NAMES);
         m_nMaxNanoseconds = limits.maxSeconds * NANOSECONDS;
     }
     if (m_nMaxNanoseconds != 0) {

@@ -87,7 +87,9 @@ private:
     static const std::uint64_t BYTES_OF_NAMESPACE = 64;
     static constexpr std::uint64_t FEW_NAMESPACES = 64;
     // It keeps each name and namespace that it meets, in memory that is a multiple of their bytes.
+    // What it needs for any document, and a schema, is in that.
     static const std::uint64_t NAMES_OF_BYTES = 4;
+    static constexpr std::uint64_t FEW_BYTES_OF_NAMES = std::uint64_t{4} << 20;
 
     bool IsLookedAt() noexcept {
         ++m_nEvents;
