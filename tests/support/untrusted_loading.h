@@ -109,7 +109,7 @@ inline SExpected Invalid(std::uint64_t line, const std::string& text) { return {
 
 inline constexpr const char* NO_DTD = "the document type declaration is not allowed";
 inline constexpr const char* TOO_LONG =
-    "a tag, text or comment of more than 262144 bytes (maxMarkup)";
+    "a tag, text or other piece of more than 262144 bytes (maxMarkup)";
 inline constexpr const char* TOO_DEEP = "deeper than 256 elements (maxDepth)";
 inline constexpr const char* TOO_SLOW = "more than 5 seconds of processor time (maxSeconds)";
 inline constexpr const char* TOO_LARGE = "larger than 16777216 bytes (maxBytes)";
