@@ -342,10 +342,11 @@ TEST(Attacks, AHintedSchemaIsNoGrammar) {
     const std::string xml =
         "<r" + XSI + "x:noNamespaceSchemaLocation='" + schema.Name() + "'><n>1</n></r>";
     XMLLoadText(xml, SXMLLoadOptions().ValidateBySchema().RequireGrammar());
-    ExpectAttackEnds(
-        xml,
-        {Invalid(1, "no grammar to validate by: neither the document nor the program names one")},
-        Strangers().ValidateBySchema().RequireGrammar());
+    ExpectAttackEnds(xml,
+                     {Invalid(1,
+                              "no grammar to validate by: the program names none, and the document "
+                              "none that is read")},
+                     Strangers().ValidateBySchema().RequireGrammar());
 }
 
 // Nor do other names lead anywhere.
@@ -538,8 +539,8 @@ TEST(Attacks, ManyNamespaces) {
     const std::string one = "<a>" + Numbered(500000, "<b xmlns:a#='u#'/>") + "</a>";
     ASSERT_LT(one.size(), std::size_t{16 << 20});
     for (const SLoadWay& way : FewWays()) {
-        ExpectCheap([&] { return LoadsOrIsRefused(way, one, Strangers(), TOO_SLOW); });
-        ExpectCheap([&] { return LoadsOrIsRefused(way, LATIN1 + one, Strangers(), TOO_SLOW); });
+        ExpectCheap([&] { return LoadsOrIsRefused(way, one, Strangers(), "(max"); });
+        ExpectCheap([&] { return LoadsOrIsRefused(way, LATIN1 + one, Strangers(), "(max"); });
     }
 }
 
