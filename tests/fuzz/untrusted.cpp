@@ -134,6 +134,10 @@ struct SOutcome {
     bool isOfDecoding = false;
 };
 
+std::string Shown(const SOutcome& outcome) {
+    return "class " + std::to_string(outcome.id) + ": " + outcome.text;
+}
+
 void Describe(CXMLDocument& document, SOutcome& outcome) {
     outcome.text = Saved(document, false);
     const char* const name = document.GetDTDName();
@@ -220,7 +224,7 @@ bool IsHarmless(const std::string& xml) {
 // piece which is decoded first; and of such an error it is the untrusted load that tells more.
 void RequireSameOutcome(const char* what, const SOutcome& one, const SOutcome& other, bool isUtf8) {
     if (one.id == 9 || one.id == -1 || other.id == 9 || other.id == -1) return;
-    Require(one.id == other.id, what);
+    if (one.id != other.id) Fail(what, Shown(one), Shown(other));
     if (one.id == 0 || (isUtf8 && !one.isOfDecoding && !other.isOfDecoding))
         RequireSame(what, one.text, other.text);
 }

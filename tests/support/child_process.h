@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -73,6 +74,7 @@ inline double ForgetPeak() {
     } catch (...) {
         report = "the work threw";
     }
+    report.resize(std::min<std::size_t>(report.size(), 32000));  // what a pipe holds in any case
     const double cost[] = {ProcessorSeconds() - begin,
                            IS_SANITIZED ? -1.0 : StatusOfProcess("VmHWM") - before};
     bool isWritten = write(pipe, cost, sizeof cost) == sizeof cost;
@@ -85,7 +87,7 @@ inline double ForgetPeak() {
 }
 
 // Runs the work in a child. `ceiling` are seconds of processor time, after which the system ends
-// the child. `meanwhile` is called about every millisecond until the child has said something.
+// the child. `meanwhile` is called about every millisecond until then.
 inline SCost InChild(const std::function<std::string()>& work, unsigned int ceiling = 30,
                      const std::function<void()>& meanwhile = nullptr) {
     SCost cost;
@@ -134,8 +136,8 @@ inline SCost InChild(const std::function<std::string()>& work, unsigned int ceil
 // The work must be done, report nothing, and stay below the ceilings. The sanitizers multiply time
 // and memory.
 inline void ExpectCheap(const std::function<std::string()>& work, double seconds = 6,
-                        double megabytes = 200) {
-    const SCost cost = InChild(work, IS_SANITIZED ? 100 : 30);
+                        double megabytes = 200, const std::function<void()>& meanwhile = nullptr) {
+    const SCost cost = InChild(work, IS_SANITIZED ? 100 : 12, meanwhile);
     EXPECT_EQ(cost.end, "");
     EXPECT_EQ(cost.report, "");
     EXPECT_LE(cost.seconds, IS_SANITIZED ? seconds * 8 : seconds);

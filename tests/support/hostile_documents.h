@@ -112,7 +112,7 @@ inline std::string Utf7(const std::string& ascii) {
             bytes += c;
             continue;
         }
-        const unsigned int bits = static_cast<unsigned char>(c) << 2;  // 16 bits in three digits
+        const unsigned int bits = static_cast<unsigned char>(c) * 4U;  // 16 bits in three digits
         bytes += '+';
         for (int shift = 12; shift >= 0; shift -= 6)
             bytes += DIGITS[bits >> shift & 63];

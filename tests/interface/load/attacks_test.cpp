@@ -6,6 +6,7 @@
 #include "support/child_process.h"
 #include "support/files.h"
 #include "support/hostile_documents.h"
+#include "support/recording_handler.h"
 #include "support/silent_server.h"
 #include "support/testing.h"
 #include "support/untrusted_loading.h"
@@ -126,17 +127,19 @@ void ExpectDeclarationsRefused(const std::function<std::string(const std::string
         SCOPED_TRACE(attack.name);
         const std::string xml = coded(attack.xml);
         const TemporaryFile file(".xml", xml);
-        ExpectCheap([&] {
-            std::string report;
-            for (const SNamedOptions& how : AllOptions(schema)) {
-                for (const SLoadWay& way : AllWays()) {
-                    const std::string wrong =
-                        LoadsAs(way, xml, file.Name(), how.options, {Refused(attack.line, NO_DTD)});
-                    if (!wrong.empty()) report += how.name + ", " + wrong;
+        ExpectCheap(
+            [&] {
+                std::string report;
+                for (const SNamedOptions& how : AllOptions(schema)) {
+                    for (const SLoadWay& way : AllWays()) {
+                        const std::string wrong = LoadsAs(way, xml, file.Name(), how.options,
+                                                          {Refused(attack.line, NO_DTD)});
+                        if (!wrong.empty()) report += how.name + ", " + wrong;
+                    }
                 }
-            }
-            return report;
-        });
+                return report;
+            },
+            6, 200, [&server] { server.HangUp(); });
     }
     EXPECT_EQ(server.Connections(), 0U);
 }
@@ -203,6 +206,7 @@ TEST(Attacks, DeclarationsInUtf7) { ExpectDeclarationsRefused(Utf7); }
 
 TEST(Attacks, DeclarationsInUtf16) {
     for (const bool bigEndian : {false, true}) {
+        if (IS_SANITIZED && bigEndian) continue;
         SCOPED_TRACE(bigEndian);
         ExpectDeclarationsRefused(
             [&](const std::string& xml) { return Wide(xml, 2, bigEndian, true); });
@@ -212,6 +216,7 @@ TEST(Attacks, DeclarationsInUtf16) {
 // Without a mark they are known by their first characters.
 TEST(Attacks, DeclarationsInUtf32) {
     for (const bool bigEndian : {false, true}) {
+        if (IS_SANITIZED && bigEndian) continue;
         SCOPED_TRACE(bigEndian);
         ExpectDeclarationsRefused([&](const std::string& xml) {
             return Wide("<?xml version='1.0' encoding='UCS-4'?>" + xml, 4, bigEndian, false);
@@ -221,6 +226,7 @@ TEST(Attacks, DeclarationsInUtf32) {
 
 TEST(Attacks, DeclarationsInUtf16WithoutAMark) {
     for (const bool bigEndian : {false, true}) {
+        if (IS_SANITIZED && bigEndian) continue;
         SCOPED_TRACE(bigEndian);
         ExpectDeclarationsRefused([&](const std::string& xml) {
             return Wide("<?xml version='1.0' encoding='UTF-16'?>" + xml, 2, bigEndian, false);
@@ -313,20 +319,22 @@ TEST(Attacks, SchemaHints) {
                    true)}) {
             SCOPED_TRACE(xml);
             const TemporaryFile file(".xml", xml);
-            ExpectCheap([&] {
-                std::string report;
-                for (const SNamedOptions& how : AllOptions(schema)) {
-                    for (const SLoadWay& way : AllWays()) {
-                        const std::string wrong =
-                            LoadsAs(way, xml, file.Name(), how.options, {Loads()});
-                        if (!wrong.empty()) report += how.name + ", " + wrong;
+            ExpectCheap(
+                [&] {
+                    std::string report;
+                    for (const SNamedOptions& how : AllOptions(schema)) {
+                        for (const SLoadWay& way : AllWays()) {
+                            const std::string wrong =
+                                LoadsAs(way, xml, file.Name(), how.options, {Loads()});
+                            if (!wrong.empty()) report += how.name + ", " + wrong;
+                        }
+                        if (XMLToString(*XMLLoadText(xml, how.options)).find("added") !=
+                            std::string::npos)
+                            report += how.name + ": the schema was read";
                     }
-                    if (XMLToString(*XMLLoadText(xml, how.options)).find("added") !=
-                        std::string::npos)
-                        report += how.name + ": the schema was read";
-                }
-                return report;
-            });
+                    return report;
+                },
+                6, 200, [&server] { server.HangUp(); });
         }
     }
     EXPECT_EQ(server.Connections(), 0U);
@@ -365,7 +373,7 @@ TEST(Attacks, NamesThatNobodyFollows) {
 // --- what is long
 
 TEST(Attacks, LongPieces) {
-    const std::size_t length = 10 << 20;
+    const std::size_t length = IS_SANITIZED ? 2 << 20 : 10 << 20;
     const std::string x(length, 'x');
     const std::string blanks(length, ' ');
     const std::vector<SAttack> attacks = {
@@ -378,7 +386,7 @@ TEST(Attacks, LongPieces) {
         {"instruction", "<a><?p " + x + "?></a>"},
         {"name of an instruction", "<a><?" + x + " p?></a>"},
         {"name of an element", "<" + x + "/>"},
-        {"name of an element with a prefix", "<" + x.substr(1 << 20) + ":a/>"},
+        {"name of an element with a prefix", "<" + x.substr(1 << 19) + ":a/>"},
         {"name of an attribute", "<a " + x + "='1'/>"},
         {"name of a prefix", "<a xmlns:" + x + "='u'/>"},
         {"name of a namespace", "<a xmlns='" + x + "'/>"},
@@ -531,11 +539,12 @@ TEST(Attacks, CollidingNamesInALargeDocument) {
 // --- namespaces
 
 TEST(Attacks, ManyNamespaces) {
-    const std::string one = "<a>" + Numbered(500000, "<b xmlns:a#='u#'/>") + "</a>";
+    const std::string one =
+        "<a>" + Numbered(IS_SANITIZED ? 100000 : 500000, "<b xmlns:a#='u#'/>") + "</a>";
     ASSERT_LT(one.size(), std::size_t{16 << 20});
     for (const SLoadWay& way : FewWays()) {
-        ExpectCheap([&] { return LoadsOrIsRefused(way, one, Strangers(), TOO_SLOW); });
-        ExpectCheap([&] { return LoadsOrIsRefused(way, LATIN1 + one, Strangers(), TOO_SLOW); });
+        ExpectCheap([&] { return LoadsOrIsRefused(way, one, Strangers(), "max"); });
+        ExpectCheap([&] { return LoadsOrIsRefused(way, LATIN1 + one, Strangers(), "max"); });
     }
 }
 
@@ -579,6 +588,25 @@ TEST(Attacks, ByteByByte) {
     }
 }
 
+// What a document is does not depend on the pieces in which it arrives.
+TEST(Attacks, PiecesOfAnyEncoding) {
+    const std::string events =
+        "StartDocument\nStartElement a\nCharacters \"x\"\nEndElement a\nEndDocument\n";
+    for (const std::string& xml :
+         {std::string("<a>x</a>"), std::string("\xEF\xBB\xBF<a>x</a>"), LATIN1 + "<a>x</a>",
+          Wide("<a>x</a>", 2, false, true), Wide("<a>x</a>", 2, true, true),
+          Wide("<?xml version='1.0' encoding='UTF-16'?><a>x</a>", 2, true, false),
+          Wide("<?xml version='1.0' encoding='UCS-4'?><a>x</a>", 4, false, false)}) {
+        for (const std::size_t most : {1U, 2U, 3U, 4U, 5U, 7U, 50U, 65536U}) {
+            SCOPED_TRACE(std::to_string(most) + " of " + xml);
+            CPieces pieces(xml, most);
+            CRecordingHandler handler;
+            EXPECT_NO_THROW(XMLLoadReader(std::ref(pieces), handler, Strangers()));
+            EXPECT_EQ(handler.Transcript(), events);
+        }
+    }
+}
+
 // --- problems, and validation by the caller's schema
 
 TEST(Attacks, ProblemsByTheMillion) {
@@ -612,10 +640,11 @@ TEST(Attacks, LongValuesOfTypes) {
     const std::string types[] = {"int",      "decimal", "double",   "boolean",   "dateTime",
                                  "duration", "ID",      "IDREFS",   "NMTOKENS",  "anyURI",
                                  "QName",    "token",   "language", "hexBinary", "base64Binary"};
-    const std::string digits(250000, '1');
-    const std::string blanks(250000, ' ');
-    const std::string letters(250000, 'a');
-    const std::string words = Times(125000, "a ");
+    const std::size_t length = IS_SANITIZED ? 50000 : 250000;
+    const std::string digits(length, '1');
+    const std::string blanks(length, ' ');
+    const std::string letters(length, 'a');
+    const std::string words = Times(length / 2, "a ");
     for (const std::string& type : types) {
         SCOPED_TRACE(type);
         const TemporaryFile schema(".xsd",

@@ -52,10 +52,12 @@ SXMLProblem ProblemOf(const std::string& xml, const SXMLUntrusted& limits) {
 }
 
 std::string TooDeep(unsigned int depth) {
-    return "deeper than " + std::to_string(depth) + " elements (maxDepth)";
+    return "deeper than " + std::to_string(depth) + (depth == 1 ? " element" : " elements") +
+           " (maxDepth)";
 }
 std::string TooLarge(std::uint64_t bytes) {
-    return "larger than " + std::to_string(bytes) + " bytes (maxBytes)";
+    return "larger than " + std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes") +
+           " (maxBytes)";
 }
 std::string TooLong(std::uint64_t bytes) {
     return "a tag, text or other piece of more than " + std::to_string(bytes) +
