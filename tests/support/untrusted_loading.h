@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "support/sanitizers.h"
 #include "support/testing.h"
 
 namespace norvask_test {
@@ -32,6 +33,9 @@ inline const std::vector<SLoadWay>& FewWays() {
     static const std::vector<SLoadWay> ways = {{true, EOrigin::MEMORY}, {false, EOrigin::READER}};
     return ways;
 }
+
+// In a sanitized process each load takes ten times as long.
+inline const std::vector<SLoadWay>& TriedWays() { return IS_SANITIZED ? FewWays() : AllWays(); }
 
 inline std::string Shown(const SLoadWay& way) {
     const char* const origins[] = {"memory", "a file", "a reader"};

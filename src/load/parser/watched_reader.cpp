@@ -71,6 +71,7 @@ struct SAttributeTexts {
           ofValue("value '" + value + '\''),
           ofId("ID " + ofValue),
           ofBoth(ofValue + " for " + written),
+          ofType("unable to find validator for simple type of " + written),
           hasQuote(value.find('\'') != std::string::npos) {}
 
     const std::string name;
@@ -79,6 +80,7 @@ struct SAttributeTexts {
     const std::string ofValue;
     const std::string ofId;
     const std::string ofBoth;
+    const std::string ofType;
     const bool hasQuote;  // then the value may look like another text
 };
 
@@ -87,7 +89,7 @@ class CNamedAttribute {
 public:
     void Compare(const std::string& text, const SAttributeTexts& attribute) {
         const bool isByName = Begins(text, attribute.written) || Begins(text, attribute.expanded) ||
-                              Begins(text, attribute.ofBoth);
+                              Begins(text, attribute.ofBoth) || Begins(text, attribute.ofType);
         if (!isByName && !Begins(text, attribute.ofValue) && !Begins(text, attribute.ofId)) {
             return;
         }

@@ -239,7 +239,9 @@ TEST(AllocationFailureSettings, OfRefusals) {
     stopping.progress = [](void*, std::uint64_t, std::uint64_t) { return false; };
     const SResult stopped = LoadOnce(Memory(large), stopping, true, 0, Failing::One);
     EXPECT_NE(std::string(stopped.attempt.told).find("stopped by the program"), std::string::npos);
-    ExpectEveryFailureTold(Memory(large), stopping, stopped.attempt.told);
+    // Stopped in its first read, the parser loses a block; the fast lane has none to lose.
+    ExpectEveryFailureTold(
+        Memory(large), stopping, stopped.attempt.told, [] {}, 1);
 }
 
 // A stream is looked at while it is read, or read ahead.
