@@ -22,7 +22,7 @@ struct SLoadWay {
     EOrigin origin;
 };
 
-inline const std::vector<SLoadWay>& AllWays() {
+inline const std::vector<SLoadWay>& EveryWay() {
     static const std::vector<SLoadWay> ways = {{true, EOrigin::MEMORY}, {true, EOrigin::FILE},
                                                {true, EOrigin::READER}, {false, EOrigin::MEMORY},
                                                {false, EOrigin::FILE},  {false, EOrigin::READER}};
@@ -35,7 +35,7 @@ inline const std::vector<SLoadWay>& FewWays() {
 }
 
 // In a sanitized process each load takes ten times as long.
-inline const std::vector<SLoadWay>& TriedWays() { return IS_SANITIZED ? FewWays() : AllWays(); }
+inline const std::vector<SLoadWay>& TriedWays() { return IS_SANITIZED ? FewWays() : EveryWay(); }
 
 inline std::string Shown(const SLoadWay& way) {
     const char* const origins[] = {"memory", "a file", "a reader"};

@@ -1,6 +1,8 @@
 // CElementPath: counting children by name.
 #include "load/parser/element_path.h"
 
+#include <algorithm>
+
 #include "load/parser/dom_string.h"
 
 namespace norvask {
@@ -42,10 +44,10 @@ std::uint32_t CElementPath::Find(const char16_t* name) {
 
 // One more child of this name; returns how many there are now.
 std::uint64_t CElementPath::Count(SLevel& parent, std::uint32_t name) {
-    for (auto& child : parent.children) {
-        if (child.first == name) {
-            return ++child.second;
-        }
+    const auto known = std::find_if(parent.children.begin(), parent.children.end(),
+                                    [name](const auto& child) { return child.first == name; });
+    if (known != parent.children.end()) {
+        return ++known->second;
     }
     if (parent.children.size() < FEW) {
         parent.children.emplace_back(name, 1);

@@ -2,6 +2,7 @@
 // lie in one block, which may move until the last of them is there, so they are shown only then.
 #include "load/parser/parser_to_client.h"
 
+#include <algorithm>
 #include <cstring>
 #include <xercesc/sax2/Attributes.hpp>
 
@@ -88,10 +89,10 @@ std::size_t CParserToClient::AppendUri(const XMLCh* uri) {
     if (!CDOMString::IsOwnInForce() || Utf16Length(uri) < LONG) {
         return m_Narrow.Append(uri);
     }
-    for (const auto& known : m_LongUris) {
-        if (known.first == uri) {
-            return known.second;
-        }
+    const auto known = std::find_if(m_LongUris.begin(), m_LongUris.end(),
+                                    [uri](const auto& other) { return other.first == uri; });
+    if (known != m_LongUris.end()) {
+        return known->second;
     }
     m_LongUris.emplace_back(uri, m_Narrow.Append(uri));
     return m_LongUris.back().second;

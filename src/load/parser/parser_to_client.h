@@ -54,8 +54,8 @@ private:
     };
     using CNames = CNamePredictor<SParserName, SKeptName>;
 
-    // A name of the event under way: kept, or else strings at these places of m_Narrow: the URI, and
-    // the other two, one behind the other.
+    // A name of the event under way: kept, or else strings at these places of m_Narrow: the URI,
+    // and the other two, one behind the other.
     struct SPlacedName {
         CNames::SName* kept;
         std::size_t uri;
@@ -94,8 +94,8 @@ private:
     CReaderLink* m_pLink;
     CNames m_Names;
     std::vector<CNames::SName*> m_Open;  // the open elements; NULL for a name that is not kept
-    // The long URIs of the event under way, by where the parser has them, and their places: a tag may
-    // name one in each of thousands of attributes.
+    // The long URIs of the event under way, by where the parser has them, and their places: a tag
+    // may name one in each of thousands of attributes.
     std::vector<std::pair<const XMLCh*, std::size_t>> m_LongUris;
     std::vector<SPlacedAttribute> m_Attributes;  // of the element under way, and room for more
 };

@@ -140,12 +140,13 @@ std::string CSchemaNames::NameOf(const std::string& file) const {
 }
 
 std::string CSchemaNames::Quoted(const std::string& text) const {
-    for (const SName& name : m_Names) {
-        if (text.find('\'' + name.url + '\'') != std::string::npos) {
-            return name.path.empty() ? name.url : name.path;
-        }
+    const auto quoted = std::find_if(m_Names.begin(), m_Names.end(), [&text](const SName& name) {
+        return text.find('\'' + name.url + '\'') != std::string::npos;
+    });
+    if (quoted == m_Names.end()) {
+        return "";
     }
-    return "";
+    return quoted->path.empty() ? quoted->url : quoted->path;
 }
 
 }  // namespace norvask

@@ -1,6 +1,7 @@
 // CProblems: gathering, and the error that is thrown in the end.
 #include "load/watch/problems.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -47,25 +48,23 @@ void CProblems::AddRefusal(SXMLProblem problem, bool inDocument) {
     m_bIsRefused = true;
     Tell(Message(9, problem));
     m_Problems.insert(m_Problems.begin(), std::move(problem));
-    for (std::size_t& number : m_InDocument) {
-        ++number;
-    }
+    std::transform(m_InDocument.begin(), m_InDocument.end(), m_InDocument.begin(),
+                   [](std::size_t number) { return number + 1; });
     if (inDocument) {
         m_InDocument.insert(m_InDocument.begin(), 0);
     }
 }
 
 std::vector<SXMLProblem*> CProblems::InDocument() {
-    std::vector<SXMLProblem*> problems;
-    for (const std::size_t number : m_InDocument) {
-        problems.push_back(&m_Problems[number]);
-    }
+    std::vector<SXMLProblem*> problems(m_InDocument.size());
+    std::transform(m_InDocument.begin(), m_InDocument.end(), problems.begin(),
+                   [this](std::size_t number) { return &m_Problems[number]; });
     return problems;
 }
 
-// Where the parser stopped says little: it finds out when it decodes a block, elements away from the
-// bytes, and at the end of a document it takes what is cut off for the end. Only then its text says
-// nothing of it, and another is told.
+// Where the parser stopped says little: it finds out when it decodes a block, elements away from
+// the bytes, and at the end of a document it takes what is cut off for the end. Only then its text
+// says nothing of it, and another is told.
 void CProblems::SetIllFormed(const CSourcePlaces& places, const std::string& document) {
     SXMLProblem& problem = m_Problems.back();
     const bool isOfDecoding = m_Decoding == EDecoding::FAILED;

@@ -43,8 +43,8 @@ public:
     void Add(SXMLProblem problem, int id, bool inDocument);
     void Add(SXMLProblem problem, const CXMLException& told, bool inDocument = false);
     void AddRefusal(SXMLProblem problem, bool inDocument);
-    // The problem that is added next is fatal: one of a document that is not opened yet, or one that
-    // may come from bytes that could not be decoded.
+    // The problem that is added next is fatal: one of a document that is not opened yet, or one
+    // that may come from bytes that could not be decoded.
     void SetFatal(bool isOfOpening, EDecoding decoding) noexcept {
         m_bIsOfOpening = isOfOpening;
         m_Decoding = decoding;

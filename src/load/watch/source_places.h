@@ -3,8 +3,8 @@
 // The parser counts columns in units of UTF-16, and of bytes that are no UTF-8 it often notices
 // only what comes of them. So when a load has failed, the bytes are looked at once more: where a
 // line has characters beyond U+FFFF, which are two units, columns are corrected, and the first
-// place that is no UTF-8 is found. A source that cannot be read twice is looked at while it is read; then nothing
-// can be corrected, but it is known whether there was anything to correct.
+// place that is no UTF-8 is found. A source that cannot be read twice is looked at while it is
+// read; then nothing can be corrected, but it is known whether there was anything to correct.
 //
 // The encoding is that of the byte order mark or of the declaration. Of one that is not UTF-8 or
 // UTF-16 and has more than one byte a character no columns are known.

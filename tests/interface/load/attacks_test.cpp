@@ -256,7 +256,7 @@ TEST(Attacks, TrustingLoadsConnect) {
                                          : hint + server.Url() + "'/>";
         const SCost cost = InChild(
             [&] {
-                const SLoaded loaded = LoadInWay(AllWays()[0], xml, "", SXMLLoadOptions());
+                const SLoaded loaded = LoadInWay(EveryWay()[0], xml, "", SXMLLoadOptions());
                 return "class " + std::to_string(loaded.id);
             },
             30, [&server] { server.HangUp(); });
@@ -409,7 +409,8 @@ TEST(Attacks, LongPieces) {
         std::vector<SExpected> expected = {Refused(1, TOO_LONG)};
         if (attack.name == std::string("no markup"))
             expected = {Invalid(1, "invalid document structure")};
-        ExpectAttackEndsForBoth(attack.xml, expected, {AllWays()[0], AllWays()[1], AllWays()[5]});
+        ExpectAttackEndsForBoth(attack.xml, expected,
+                                {EveryWay()[0], EveryWay()[1], EveryWay()[5]});
     }
 }
 
@@ -656,7 +657,7 @@ TEST(Attacks, LongValuesOfTypes) {
                  {digits, "0." + digits, "-" + digits + "-01-01T00:00:00", "P" + digits + "Y",
                   blanks, letters, words, letters + ":" + letters}) {
                 const SLoaded loaded =
-                    LoadInWay(AllWays()[0], "<a>" + value.substr(0, 260000) + "</a>", "",
+                    LoadInWay(EveryWay()[0], "<a>" + value.substr(0, 260000) + "</a>", "",
                               Strangers().ValidateBySchema(schema.Name()));
                 if (loaded.id != 0 && loaded.id != 2) return loaded.text;
             }

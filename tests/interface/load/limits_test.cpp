@@ -29,16 +29,16 @@ SXMLUntrusted MaxSeconds(unsigned int seconds) { return {0, 0, 0, seconds}; }
 
 SXMLLoadOptions Within(const SXMLUntrusted& limits) { return SXMLLoadOptions().Untrusted(limits); }
 
-void ExpectInAllWays(const std::string& xml, const SXMLUntrusted& limits,
-                     const SExpected& expected) {
+void ExpectInEveryWay(const std::string& xml, const SXMLUntrusted& limits,
+                      const SExpected& expected) {
     const TemporaryFile file(".xml", xml);
-    for (const SLoadWay& way : AllWays())
+    for (const SLoadWay& way : EveryWay())
         EXPECT_EQ(LoadsAs(way, xml, file.Name(), Within(limits), {expected}), "");
 }
 void ExpectForBoth(const std::string& xml, const SXMLUntrusted& limits, const SExpected& expected) {
-    ExpectInAllWays(xml, limits, expected);
+    ExpectInEveryWay(xml, limits, expected);
     SCOPED_TRACE("for the parser");
-    ExpectInAllWays(LATIN1 + xml, limits, expected);
+    ExpectInEveryWay(LATIN1 + xml, limits, expected);
 }
 
 SXMLProblem ProblemOf(const std::string& xml, const SXMLUntrusted& limits) {
@@ -125,16 +125,16 @@ TEST(Limits, Bytes) {
         SCOPED_TRACE(size);
         const std::string xml = "<a>" + std::string(size - 7, 'x') + "</a>";
         ASSERT_EQ(xml.size(), size);
-        ExpectInAllWays(xml, MaxBytes(size), Loads());
-        ExpectInAllWays(xml, MaxBytes(size + 1), Loads());
-        ExpectInAllWays(xml, NoLimits(), Loads());
+        ExpectInEveryWay(xml, MaxBytes(size), Loads());
+        ExpectInEveryWay(xml, MaxBytes(size + 1), Loads());
+        ExpectInEveryWay(xml, NoLimits(), Loads());
         // Any line: of a known size nothing is read.
-        ExpectInAllWays(xml, MaxBytes(size - 1), Refused(0, TooLarge(size - 1)));
-        ExpectInAllWays(xml, MaxBytes(1), Refused(0, TooLarge(1)));
+        ExpectInEveryWay(xml, MaxBytes(size - 1), Refused(0, TooLarge(size - 1)));
+        ExpectInEveryWay(xml, MaxBytes(1), Refused(0, TooLarge(1)));
         const std::string latin1 = LATIN1 + xml;
-        ExpectInAllWays(latin1, MaxBytes(latin1.size()), Loads());
-        ExpectInAllWays(latin1, MaxBytes(latin1.size() - 1),
-                        Refused(0, TooLarge(latin1.size() - 1)));
+        ExpectInEveryWay(latin1, MaxBytes(latin1.size()), Loads());
+        ExpectInEveryWay(latin1, MaxBytes(latin1.size() - 1),
+                         Refused(0, TooLarge(latin1.size() - 1)));
     }
 }
 
@@ -392,7 +392,7 @@ TEST(Limits, SchemasOfTheCaller) {
     const std::string wrongHere = "<r>\n<n>x</n><e xmlns='urn:t'>2</e></r>";
     const std::string wrongThere = "<r>\n<n>1</n>\n<e xmlns='urn:t'>x</e></r>";
     const TemporaryFile file(".xml", wrongHere);
-    for (const SLoadWay& way : AllWays()) {
+    for (const SLoadWay& way : EveryWay()) {
         EXPECT_EQ(LoadsAs(way, wrongHere, file.Name(), options, {Invalid(2, NO_INTEGER)}), "");
         if (way.origin == EOrigin::FILE) continue;
         EXPECT_EQ(LoadsAs(way, wrongThere, "", options, {Invalid(3, NO_INTEGER)}), "");

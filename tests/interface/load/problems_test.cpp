@@ -244,7 +244,8 @@ TEST(LoadGrammar, ASchemaThatTheDocumentNamesIsOne) {
     EXPECT_EQ(
         FailureOf([&] { XMLLoadText(whole + "<n>x</n></list>", options); }).problems.at(0).path,
         "/list/n[1]");
-    // A hint is none if it cannot be opened, if hints are not read, or if schemas are not asked for.
+    // A hint is none if it cannot be opened, if hints are not read, or if schemas are not asked
+    // for.
     const SFailure missing =
         FailureOf([&] { XMLLoadText(root + "/no/such.xsd'><n>1</n></list>", options); });
     EXPECT_EQ(missing.id, 2) << missing.Told();

@@ -135,7 +135,7 @@ TEST_F(LoadSchemas, UrlsAreTakenAsTheyAre) {
     EXPECT_NE(missing.text.find("/no.xsd"), std::string::npos) << missing.text;
 }
 
-// Relative to the working directory, whereever the document is.
+// Relative to the working directory, wherever the document is.
 TEST_F(LoadSchemas, ARelativeNameIsThatOfTheWorkingDirectory) {
     ASSERT_EQ(mkdir("here", 0700), 0);
     ASSERT_EQ(mkdir("there", 0700), 0);
