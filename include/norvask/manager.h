@@ -102,8 +102,8 @@ public:
     ///
     /// Nesting: the parser takes time that grows with the square of the depth (100,000 levels:
     /// about 20 seconds), and whoever sends a document can leave it to the parser, so a program
-    /// that must answer in time limits what it accepts. A plain document takes time that grows with
-    /// its length only.
+    /// that must answer in time limits what it accepts (SXMLUntrusted, load.h). A plain document
+    /// takes time that grows with its length only.
     ///
     /// std::bad_alloc and the exceptions of an installed converter pass through unchanged, and so
     /// does the parser's own out-of-memory exception.
