@@ -40,7 +40,8 @@ namespace norvask {
 struct SXMLUntrusted {
     /// Bytes that are read from the source. A source whose size is known and greater is refused
     /// before anything is read. The parser may need four times as many, or 1 MiB, for the names of
-    /// the document, all of which it keeps.
+    /// the document, all of which it keeps; with a schema of the caller's eight times as many,
+    /// since it keeps the keys of elements too.
     std::uint64_t maxBytes = std::uint64_t{16} << 20;
 
     /// Bytes of the document that make one tag, CDATA section, comment or instruction, or a text up
@@ -65,7 +66,8 @@ struct SXMLUntrusted {
 
 /// A schema to validate by.
 struct SXMLSchemaName {
-    /// The namespace whose elements it describes; NULL or empty for elements in none.
+    /// The namespace whose elements it describes, without blanks; NULL or empty for elements in
+    /// none.
     const char* uri = nullptr;
     /// A path, relative to the working directory, or a URL. Blanks and other characters stand as
     /// they are in a path.
@@ -82,8 +84,8 @@ struct SXMLLoadSettings {
 
     /// As the parameters of CXMLManager::LoadDocument, but for two things, which are so with
     /// doSchema only. A location without a scheme is relative to the working directory, not to the
-    /// document. A schema that cannot be opened or read is an error, with its name as the file and
-    /// line 0: CXMLError (2, message 3), for a file before the document is read, for what else a
+    /// document. A schema that cannot be opened or read is an error: CXMLError (2, message 3), for
+    /// a file before the document is read and with its name as the file and line 0, for what else a
     /// URL names when the parser comes to it. A list of pairs in which the last has no location is
     /// an invalid parameter, and so are two schemas for elements in no namespace.
     bool validate = false;

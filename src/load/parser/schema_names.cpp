@@ -45,21 +45,45 @@ std::string UrlOf(const std::string& path) {
     return url;
 }
 
-// The other way round.
-std::string PathOf(const std::string& url) {
+bool Begins(const std::string& text, const char* beginning) noexcept {
+    return strncasecmp(text.c_str(), beginning, std::strlen(beginning)) == 0;
+}
+
+// The path in a URL of a file of this machine, still encoded; empty for any other.
+std::string EncodedPathOf(const std::string& url) {
+    for (const char* const beginning : {"file:///", "file://localhost/", "file:/"}) {
+        if (Begins(url, beginning)) {
+            const std::string path = url.substr(std::strlen(beginning) - 1);
+            return Begins(path, "//") ? "" : path;
+        }
+    }
+    return "";
+}
+
+// A path, or the rest of a URL, without what is encoded.
+std::string Decoded(const std::string& encoded) {
     std::string path;
-    for (std::size_t i = std::strlen(FILE_SCHEME); i < url.size(); ++i) {
-        const bool isEncoded = url[i] == '%' && i + 2 < url.size() &&
-                               std::isxdigit(static_cast<unsigned char>(url[i + 1])) != 0 &&
-                               std::isxdigit(static_cast<unsigned char>(url[i + 2])) != 0;
+    for (std::size_t i = 0; i < encoded.size(); ++i) {
+        const bool isEncoded = encoded[i] == '%' && i + 2 < encoded.size() &&
+                               std::isxdigit(static_cast<unsigned char>(encoded[i + 1])) != 0 &&
+                               std::isxdigit(static_cast<unsigned char>(encoded[i + 2])) != 0;
         if (isEncoded) {
-            path += static_cast<char>(std::stoi(url.substr(i + 1, 2), nullptr, 16));
+            path += static_cast<char>(std::stoi(encoded.substr(i + 1, 2), nullptr, 16));
             i += 2;
         } else {
-            path += url[i];
+            path += encoded[i];
         }
     }
     return path;
+}
+
+// In a list of pairs a blank would end it.
+std::string WithoutBlanks(const std::string& url) {
+    std::string encoded;
+    for (const char c : url) {
+        encoded += c == ' ' ? "%20" : std::string(1, c);
+    }
+    return encoded;
 }
 
 }  // namespace
@@ -87,15 +111,18 @@ CSchemaNames::CSchemaNames(const SXMLLoadSettings& settings) {
 
 // A URL of a file is one of its path, however its scheme is written.
 void CSchemaNames::Add(const std::string& uri, const std::string& location) {
+    if (location.empty() || uri.find_first_of(" \t\r\n") != std::string::npos) {
+        ThrowInvalidParameter();
+    }
     SName name;
     if (!IsUrl(location)) {
         name.path = AbsolutePath(location);
         name.url = UrlOf(name.path);
-    } else if (strncasecmp(location.c_str(), "file:///", std::strlen("file:///")) == 0) {
-        name.path = PathOf(location);
+    } else if (!EncodedPathOf(location).empty()) {
+        name.path = Decoded(EncodedPathOf(location));
         name.url = UrlOf(name.path);
     } else {
-        name.url = location;
+        name.url = WithoutBlanks(location);
     }
     if (!uri.empty()) {
         m_Pairs += (m_Pairs.empty() ? "" : " ") + uri + ' ' + name.url;
@@ -136,7 +163,7 @@ std::string CSchemaNames::NameOf(const std::string& file) const {
         return !name.path.empty() &&
                file.compare(0, name.url.rfind('/') + 1, name.url, 0, name.url.rfind('/') + 1) == 0;
     });
-    return isInFolder ? PathOf(file) : file;
+    return isInFolder ? Decoded(EncodedPathOf(file)) : file;
 }
 
 std::string CSchemaNames::Quoted(const std::string& text) const {

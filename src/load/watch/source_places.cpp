@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <iterator>
 #include <utility>
 
@@ -115,20 +116,24 @@ void CSourcePlaces::End() {
 // A byte order mark is no character. Four bytes a character and the encodings in which "<" is not
 // that of ASCII are not looked at.
 void CSourcePlaces::Sniff() {
-    const auto begins = [this](const char* bytes, std::size_t count) {
-        return m_Pending.compare(0, count, bytes, count) == 0;
+    const auto begins = [this](std::initializer_list<unsigned char> bytes) {
+        return m_Pending.size() >= bytes.size() &&
+               std::equal(bytes.begin(), bytes.end(), m_Pending.begin(),
+                          [](unsigned char byte, char c) {
+                              return byte == static_cast<unsigned char>(c);
+                          });
     };
-    if (begins("\xFF\xFE\0\0", 4) || begins("\0\0\xFE\xFF", 4) || begins("<\0\0\0", 4) ||
-        begins("\0\0\0<", 4) || begins("\x4C\x6F\xA7\x94", 4)) {
+    if (begins({0xFF, 0xFE, 0, 0}) || begins({0, 0, 0xFE, 0xFF}) || begins({'<', 0, 0, 0}) ||
+        begins({0, 0, 0, '<'}) || begins({0x4C, 0x6F, 0xA7, 0x94})) {
         m_Encoding = EEncoding::OTHER;
-    } else if (begins("\xFF\xFE", 2) || begins("<\0", 2)) {
+    } else if (begins({0xFF, 0xFE}) || begins({'<', 0})) {
         m_Encoding = EEncoding::UTF16LE;
         m_nAt = m_Pending[0] == '<' ? 0 : 2;
-    } else if (begins("\xFE\xFF", 2) || begins("\0<", 2)) {
+    } else if (begins({0xFE, 0xFF}) || begins({0, '<'})) {
         m_Encoding = EEncoding::UTF16BE;
         m_nAt = m_Pending[0] == '\0' ? 0 : 2;
     } else {
-        m_nAt = begins("\xEF\xBB\xBF", 3) ? 3 : 0;
+        m_nAt = begins({0xEF, 0xBB, 0xBF}) ? 3 : 0;
         const std::string front = m_Pending.substr(m_nAt, MOST_DECLARATION);
         const std::string encoding = Declared(front, "encoding");
         m_bHasMoreLineEnds = Declared(front, "version") == "1.1";

@@ -45,9 +45,12 @@ CWatch::CWatch(const SXMLLoadSettings& settings) noexcept
         m_nMaxNamespaces = limits.maxMarkup == 0
                                ? NO_LIMIT
                                : std::max(limits.maxMarkup / BYTES_OF_NAMESPACE, FEW_NAMESPACES);
-        m_nMaxNames = limits.maxBytes == 0 || limits.maxBytes > NO_LIMIT / NAMES_OF_BYTES
+        m_nMaxNames = limits.maxBytes == 0 || limits.maxBytes > NO_LIMIT / (2 * NAMES_OF_BYTES)
                           ? NO_LIMIT
                           : std::max(limits.maxBytes * NAMES_OF_BYTES, FEW_NAMES);
+        if (m_nMaxNames != NO_LIMIT && settings.validate && settings.doSchema) {
+            m_nMaxNames *= 2;  // keys of elements
+        }
         m_nMaxNanoseconds = limits.maxSeconds * NANOSECONDS;
     }
     if (m_nMaxNanoseconds != 0) {
@@ -131,7 +134,7 @@ std::string CWatch::Words(ERefusal refusal) const {
             return "more than " + Counted(m_nMaxNamespaces, "namespace declaration") +
                    " in force (maxMarkup / 64)";
         case ERefusal::NAMES:
-            return "names that take more than " + Counted(m_nMaxNames, "byte") +
+            return "names and keys that take more than " + Counted(m_nMaxNames, "byte") +
                    " of memory (maxBytes)";
         case ERefusal::TIME:
             return "more than " + Counted(m_nMaxNanoseconds / NANOSECONDS, "second") +

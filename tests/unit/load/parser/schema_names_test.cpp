@@ -68,8 +68,23 @@ TEST(SchemaNames, RelativeOnesBeginInTheWorkingDirectory) {
     EXPECT_EQ(Names({{"", ":x"}}).WithoutNamespace(), SlowUrl(here + "/:x"));
     EXPECT_EQ(Names({{"", "a b:x"}}).WithoutNamespace(), SlowUrl(here + "/a b:x"));
     EXPECT_EQ(Names({{"", "1ab:x"}}).WithoutNamespace(), SlowUrl(here + "/1ab:x"));
-    for (const char* const url : {"http://x/y z", "file://host/a", "x-y.z+1:a", "ab:"})
+    for (const char* const url : {"http://x/y%20z", "file://host/a", "x-y.z+1:a", "ab:"})
         EXPECT_EQ(Names({{"", url}}).WithoutNamespace(), url);
+    EXPECT_EQ(Names({{"", "http://x/y z"}}).WithoutNamespace(), "http://x/y%20z");
+}
+
+TEST(SchemaNames, UrlsOfFilesArePaths) {
+    for (const char* const url : {"file:/a%20b", "FILE:///a%20b", "file://LocalHost/a%20b"}) {
+        const CSchemaNames names = Names({{"", url}});
+        EXPECT_EQ(names.WithoutNamespace(), "file:///a%20b") << url;
+        EXPECT_EQ(names.NameOf("file:///a%20b"), "/a b") << url;
+    }
+}
+
+TEST(SchemaNames, WhatWouldBreakAListIsRefused) {
+    EXPECT_THROW(Names({{"urn:a b", "/x"}}), CXMLException);
+    EXPECT_THROW(Names({{" ", "/x"}}), CXMLException);
+    EXPECT_THROW(Names({{"urn:a", ""}}), CXMLException);
 }
 
 TEST(SchemaNames, ListsAreSplitAndJoined) {
