@@ -284,6 +284,7 @@ inline std::ptrdiff_t ReadStream(void* context, char* to, std::size_t room) {
         count = stream.rdbuf()->sgetn(to, static_cast<std::streamsize>(room));
     } catch (...) {
         if ((stream.exceptions() & std::ios::badbit) != 0) throw;
+        stream.setstate(std::ios::badbit);
         return -EIO;
     }
 #else

@@ -50,8 +50,8 @@ struct SXMLProblem {
     /// of the place at which the problem was noticed: mostly just behind it. A TAB is one, and so
     /// is the pair of a carriage return and a line feed. 0 where it is not known: for a file that
     /// could not be opened; for the column in a document of an encoding other than UTF-8, UTF-16
-    /// and those of one byte a character, and in one that has characters beyond U+FFFF and cannot
-    /// be read twice.
+    /// and the common ones of one byte a character (US-ASCII, ISO-8859, windows-125x, KOI8), and in
+    /// one that has characters beyond U+FFFF and cannot be read twice.
     std::uint64_t line = 0;
     std::uint64_t column = 0;
 

@@ -2,9 +2,11 @@
 #include "load/watched_load.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
@@ -49,9 +51,31 @@ public:
           m_Watch(watch),
           m_pPlaces(places) {}
 
-    XMLFilePos curPos() const override { return m_pStream->curPos(); }
-    // The program's functions are called here, when the parser can tell no position.
+    // Reads the first block. Deliberate: before the parser makes its reader, which loses two strings
+    // when its own first read is ended by an exception.
+    void Begin() {
+        m_First.resize(FIRST_BLOCK);
+        m_First.resize(Read(m_First.data(), m_First.size()));
+    }
+
+    XMLFilePos curPos() const override { return m_pStream->curPos() - (m_First.size() - m_nUsed); }
     XMLSize_t readBytes(XMLByte* const to, const XMLSize_t room) override {
+        const XMLSize_t count = std::min(room, m_First.size() - m_nUsed);
+        if (count == 0) {
+            return Read(to, room);
+        }
+        std::memcpy(to, m_First.data() + m_nUsed, count);
+        m_nUsed += count;
+        return count;
+    }
+    const XMLCh* getContentType() const override { return m_pStream->getContentType(); }
+    const XMLCh* getEncoding() const override { return m_pStream->getEncoding(); }
+
+private:
+    static const std::size_t FIRST_BLOCK = 49152;  // as the parser reads
+
+    // The program's functions are called here, when the parser can tell no position.
+    XMLSize_t Read(XMLByte* to, XMLSize_t room) {
         const CPause pause(m_pLink, m_Reader);
         const XMLSize_t count = m_pStream->readBytes(to, room);
         if (m_pPlaces != nullptr) {
@@ -60,10 +84,9 @@ public:
         m_Reader.Obey(m_Watch.Read(count));
         return count;
     }
-    const XMLCh* getContentType() const override { return m_pStream->getContentType(); }
-    const XMLCh* getEncoding() const override { return m_pStream->getEncoding(); }
 
-private:
+    std::vector<XMLByte> m_First;
+    std::size_t m_nUsed = 0;  // of the first block
     const std::unique_ptr<xercesc::BinInputStream> m_pStream;
     CWatchedReader& m_Reader;
     CReaderLink* const m_pLink;
@@ -92,8 +115,10 @@ public:
             return nullptr;
         }
         m_Reader.Obey(m_Watch.Begin(m_nSize));
-        return new (getMemoryManager())
-            CWatchedStream(std::move(stream), m_Reader, m_pLink, m_Watch, m_pPlaces);
+        std::unique_ptr<CWatchedStream> watched(new (getMemoryManager()) CWatchedStream(
+            std::move(stream), m_Reader, m_pLink, m_Watch, m_pPlaces));
+        watched->Begin();
+        return watched.release();
     }
 
 private:

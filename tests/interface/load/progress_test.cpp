@@ -8,6 +8,7 @@
 #include "support/heap.h"
 #include "support/problems.h"
 #include "support/recording_handler.h"
+#include "support/sanitizers.h"
 #include "support/testing.h"
 
 using namespace norvask_test;
@@ -53,7 +54,7 @@ std::vector<std::string> Documents(std::size_t size) {
             "<a>" + children + "<c x\xC2\xB7='1'/>" + children + "</a>",
             "<a>" + children + "</a>\n<!--c-->\n"};
 }
-const std::size_t SIZES[] = {0, 1000, 49140, 65536, 200000};
+const std::size_t SIZES[] = {0, 1000, 49140, 65536, IS_SANITIZED ? 100000U : 200000U};
 
 std::string Stopped(const std::string& file, const std::string& line) {
     return "Load error:\nFile: '" + file + "'  Line '" + line + "':\n\n'stopped by the program'";
@@ -140,7 +141,7 @@ TEST(LoadProgress, TakesNothingFromSourceOffsets) {
 
 // At the n-th call, for every n: nothing is left, and the error says so.
 TEST(LoadProgress, ALoadIsStoppedAtEveryCall) {
-    for (const std::string& xml : Documents(150000)) {
+    for (const std::string& xml : Documents(IS_SANITIZED ? 60000 : 150000)) {
         SCOPED_TRACE(Quoted(xml.substr(0, 60)));
         const TemporaryFile file(".xml", xml);
         CRecordingHandler handler;
