@@ -51,8 +51,8 @@ public:
           m_Watch(watch),
           m_pPlaces(places) {}
 
-    // Reads the first block. Deliberate: before the parser makes its reader, which loses two strings
-    // when its own first read is ended by an exception.
+    // Reads the first block. Deliberate: before the parser makes its reader, which loses two
+    // strings when its own first read is ended by an exception.
     void Begin() {
         m_First.resize(FIRST_BLOCK);
         m_First.resize(Read(m_First.data(), m_First.size()));
