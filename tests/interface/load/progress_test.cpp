@@ -141,7 +141,7 @@ TEST(LoadProgress, TakesNothingFromSourceOffsets) {
 
 // At the n-th call, for every n: nothing is left, and the error says so.
 TEST(LoadProgress, ALoadIsStoppedAtEveryCall) {
-    for (const std::string& xml : Documents(IS_SANITIZED ? 60000 : 150000)) {
+    for (const std::string& xml : Documents(IS_SANITIZED ? 100000 : 150000)) {
         SCOPED_TRACE(Quoted(xml.substr(0, 60)));
         const TemporaryFile file(".xml", xml);
         CRecordingHandler handler;
