@@ -76,35 +76,35 @@ TEST(ElementPath, NamesAreShownAsTheyAre) {
 
 TEST(ElementPath, WhatIsKeptIsBounded) {
     CElementPath path;
-    path.StartElement(u"root");
+    path.StartElement(u"top");
     for (int i = 0; i < 4095; ++i) {
         path.StartElement(Wide("n" + std::to_string(i)).c_str());
         path.EndElement();
     }
     path.StartElement(u"late");
-    EXPECT_EQ(path.Text(), "/root/late[?]");
+    EXPECT_EQ(path.Text(), "/top/late[?]");
     path.StartElement(u"n4094");
-    EXPECT_EQ(path.Text(), "/root/late[?]/n4094[1]");
+    EXPECT_EQ(path.Text(), "/top/late[?]/n4094[1]");
     path.EndElement();
     path.StartElement(u"later");
-    EXPECT_EQ(path.Text(), "/root/late[?]/later[?]");
+    EXPECT_EQ(path.Text(), "/top/late[?]/later[?]");
     path.EndElement();
     path.EndElement();
     path.StartElement(u"n4094");
-    EXPECT_EQ(path.Text(), "/root/n4094[2]");
+    EXPECT_EQ(path.Text(), "/top/n4094[2]");
 }
 
 // Long names use up what is kept sooner.
 TEST(ElementPath, LongNamesAreBoundedToo) {
     CElementPath path;
-    path.StartElement(u"root");
+    path.StartElement(u"top");
     for (int i = 0; i < 200; ++i) {
         path.StartElement(Wide(std::string(1000, 'n') + std::to_string(i)).c_str());
         EXPECT_EQ(path.Text().substr(path.Text().size() - 3), i < 130 ? "[1]" : "[?]") << i;
         path.EndElement();
     }
     path.StartElement(u"short");
-    EXPECT_EQ(path.Text(), "/root/short[1]");
+    EXPECT_EQ(path.Text(), "/top/short[1]");
 }
 
 TEST(ElementPath, ALongPathIsNone) {
