@@ -259,7 +259,7 @@ void CWatchedLoad::CompletePlaces() {
     CByteSource* const bytes = m_bIsFedWhileRead ? nullptr : m_Source.Bytes();
     if (bytes != nullptr) {
         m_Places.Correct(problems);
-        m_Places.FeedAll(*bytes);
+        m_Places.FeedNeeded(*bytes, m_Problems.Decoding() == EDecoding::FAILED);
     } else {
         m_Places.End();
         for (SXMLProblem* const problem : problems) {

@@ -90,6 +90,22 @@ void CSourcePlaces::Feed(const char* bytes, std::size_t count) {
     Decode(false);
 }
 
+// What is left undecided of the last block is of no interest: there is no End.
+void CSourcePlaces::FeedNeeded(CByteSource& source, bool seeksIllFormed) {
+    std::vector<char> block(BLOCK);
+    for (;;) {
+        const std::size_t count = source.Read(block.data(), block.size());
+        if (count == 0) {
+            End();
+            return;
+        }
+        Feed(block.data(), count);
+        if (m_nNext == m_Problems.size() && (IsIllFormed() || !seeksIllFormed)) {
+            return;
+        }
+    }
+}
+
 void CSourcePlaces::FeedAll(CByteSource& source, std::uint64_t most) {
     std::vector<char> block(BLOCK);
     while (most != 0) {

@@ -29,6 +29,9 @@ public:
 
     // The next bytes of the document.
     void Feed(const char* bytes, std::size_t count);
+    // Of a source, as far as it can be read, as much as is needed to correct the problems, and, if
+    // asked for, to find what is ill-formed.
+    void FeedNeeded(CByteSource& source, bool seeksIllFormed);
     // All of a source, as far as it can be read, or as many of its bytes.
     void FeedAll(CByteSource& source, std::uint64_t most = UINT64_MAX);
     // There are no more.
